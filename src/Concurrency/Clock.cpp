@@ -1,0 +1,17 @@
+#include "Concurrency/Clock.h"
+
+#include <condition_variable>
+#include <mutex>
+
+namespace kestrova {
+
+bool SystemClock::sleep(std::chrono::nanoseconds duration, const std::stop_token &stop)
+{
+    std::mutex mutex;
+    std::condition_variable_any never;
+    std::unique_lock lock(mutex);
+    never.wait_for(lock, stop, duration, [] { return false; });
+    return !stop.stop_requested();
+}
+
+} // namespace kestrova

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <chrono>
+
+namespace kestrova {
+
+/// Every wait of the text insertion, passed in so that tests need not sit through them.
+struct Timings
+{
+    /// How long an application may take to come to the front after a normal activation.
+    std::chrono::nanoseconds focusWait = std::chrono::seconds(2);
+    /// The same after an activation by script.
+    std::chrono::nanoseconds scriptFocusWait = std::chrono::seconds(1);
+    /// How often the front application is looked at meanwhile.
+    std::chrono::nanoseconds focusPollInterval = std::chrono::milliseconds(40);
+    /// Between writing the pasteboard and sending the keystroke.
+    std::chrono::nanoseconds pauseBeforePaste = std::chrono::milliseconds(140);
+};
+
+} // namespace kestrova

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+namespace kestrova {
+
+/// Where the dictation pipeline stands, as shown to the user.
+struct DictationState
+{
+    enum class Kind { idle, recording, processing, error };
+
+    Kind kind = Kind::idle;
+    QString errorMessage; ///< empty unless kind is error
+
+    static DictationState idle() { return {Kind::idle, {}}; }
+    static DictationState recording() { return {Kind::recording, {}}; }
+    static DictationState processing() { return {Kind::processing, {}}; }
+    static DictationState error(const QString &message) { return {Kind::error, message}; }
+
+    bool operator==(const DictationState &) const = default;
+};
+
+} // namespace kestrova

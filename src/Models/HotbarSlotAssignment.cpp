@@ -1,0 +1,51 @@
+#include "Models/HotbarSlotAssignment.h"
+
+#include "Models/JsonObjectReader.h"
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+QString HotbarSlotAssignment::displayName() const
+{
+    if (appName && !appName->isEmpty())
+        return *appName;
+    if (bundleIdentifier && !bundleIdentifier->isEmpty())
+        return *bundleIdentifier;
+    return u"Unassigned"_s;
+}
+
+std::optional<HotkeyShortcut> HotbarSlotAssignment::effectiveShortcut() const
+{
+    if (shortcut)
+        return shortcut;
+    if (slotIndex < 1 || slotIndex > slotCount)
+        return std::nullopt;
+    return HotkeyShortcut::defaultHotbarNumber(int(slotIndex));
+}
+
+HotbarSlotAssignment HotbarSlotAssignment::fromJson(const QJsonObject &object)
+{
+    const JsonObjectReader reader(object);
+    HotbarSlotAssignment slot;
+    slot.slotIndex = reader.int64("slotIndex"_L1);
+    slot.bundleIdentifier = reader.optionalString("bundleIdentifier"_L1);
+    slot.appName = reader.optionalString("appName"_L1);
+    if (const auto shortcut = reader.optionalObject("shortcut"_L1))
+        slot.shortcut = HotkeyShortcut::fromJson(*shortcut);
+    return slot;
+}
+
+QJsonObject HotbarSlotAssignment::toJson() const
+{
+    QJsonObject object{{"slotIndex"_L1, slotIndex}};
+    if (bundleIdentifier)
+        object.insert("bundleIdentifier"_L1, *bundleIdentifier);
+    if (appName)
+        object.insert("appName"_L1, *appName);
+    if (shortcut)
+        object.insert("shortcut"_L1, shortcut->toJson());
+    return object;
+}
+
+} // namespace kestrova

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/AudioRecorder.h"
+#include "Platform/KeyEventPosting.h"
+#include "Platform/Pasteboard.h"
+#include "Platform/ProcessRunning.h"
+#include "Platform/ScriptRunning.h"
+#include "Platform/StandardDirectories.h"
+#include "Platform/UserDefaults.h"
+#include "Platform/Workspace.h"
+
+#include <memory>
+
+namespace kestrova {
+
+/// One of each platform service. Built and destroyed on the main thread; outlives every service
+/// that was given a reference to one of its members.
+struct Platform
+{
+    std::unique_ptr<StandardDirectories> directories;
+    std::unique_ptr<UserDefaults> userDefaults;
+    std::unique_ptr<ProcessRunning> processes;
+    std::unique_ptr<AudioInput> audioInput;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<KeyEventPosting> keyEvents;
+    std::unique_ptr<ScriptRunning> scripts;
+};
+
+/// The services of the system and session that the program finds itself in. Needs a
+/// QCoreApplication. Without a desktop session the members that need one report that nothing is
+/// running and nothing can be sent; nothing throws.
+Platform makePlatform();
+
+} // namespace kestrova

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Models/TargetApplication.h"
+
+#include <QList>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+
+namespace kestrova {
+
+/// One running application, as seen at one moment.
+struct RunningApplication
+{
+    qint32 processIdentifier = 0;
+    std::optional<QString> bundleIdentifier; ///< none when no installed application matches
+    std::optional<QString> localizedName;
+    bool isTerminated = false;
+    bool isActive = false;  ///< it is the frontmost application
+    bool isRegular = false; ///< it shows ordinary windows to the user
+
+    /// None when the process identifier is below 1.
+    std::optional<TargetApplication> asTarget() const;
+
+    bool operator==(const RunningApplication &) const = default;
+};
+
+/// The applications of the desktop. Used on the main thread only; every call returns promptly.
+class Workspace
+{
+public:
+    /// Ends the observation when it is destroyed.
+    class Observation
+    {
+    public:
+        virtual ~Observation() = default;
+    };
+
+    virtual ~Workspace() = default;
+
+    /// The application whose window has the keyboard; none on an empty desktop.
+    virtual std::optional<RunningApplication> frontmostApplication() = 0;
+    virtual std::optional<RunningApplication> runningApplication(qint32 processIdentifier) = 0;
+    /// Every running instance with exactly this identifier, oldest first.
+    virtual QList<RunningApplication> runningApplications(const QString &bundleIdentifier) = 0;
+
+    /// Asks for the application to come to the front; it may take a while or not happen at all.
+    virtual void activate(const RunningApplication &application) = 0;
+    /// Whether an application with this identifier is installed.
+    virtual bool isInstalled(const QString &bundleIdentifier) = 0;
+    /// Starts the application and asks for it to come to the front. Failures are not reported.
+    virtual void openApplication(const QString &bundleIdentifier) = 0;
+    /// Opens an address with the application that handles it; false when none took it.
+    virtual bool openAddress(const QUrl &address) = 0;
+
+    /// Calls the handler on the main thread with each application that comes to the front.
+    [[nodiscard]] virtual std::unique_ptr<Observation>
+    observeActivations(std::function<void(const RunningApplication &)> handler) = 0;
+};
+
+} // namespace kestrova

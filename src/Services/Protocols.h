@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Models/AudioRecording.h"
+#include "Models/HotkeyShortcut.h"
+#include "Models/ModelStatus.h"
+#include "Models/PermissionSnapshot.h"
+#include "Models/TargetApplication.h"
+#include "Models/TranscriptionResult.h"
+#include "Models/UsageRecords.h"
+#include "Models/UsageTrendPeriod.h"
+
+#include <QList>
+#include <QUrl>
+
+#include <stop_token>
+
+/// The service interfaces: the coordinator and the controller hold each service only through
+/// these. Blocking operations are called on a worker. They throw KestrovaError for failures that
+/// the service detects itself, let errors of the platform pass through unchanged, and throw
+/// Cancelled where they honour a stop request.
+namespace kestrova {
+
+class AudioCapturing
+{
+public:
+    virtual ~AudioCapturing() = default;
+
+    /// True while a recording is under way.
+    virtual bool isRecording() const = 0;
+    virtual void startRecording() = 0;
+    virtual AudioRecording stopRecording() = 0;
+};
+
+class Transcribing
+{
+public:
+    virtual ~Transcribing() = default;
+
+    /// Blocks for as long as the transcription takes.
+    virtual TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL) = 0;
+};
+
+class TextInserting
+{
+public:
+    virtual ~TextInserting() = default;
+
+    /// Inserts the text into the target, or into whatever is in front when there is none.
+    virtual void insert(const QString &text, const std::optional<TargetApplication> &target,
+                        const std::stop_token &stop) = 0;
+};
+
+class HotkeyManaging
+{
+public:
+    virtual ~HotkeyManaging() = default;
+
+    /// Replaces all earlier bindings. Main thread.
+    virtual void registerBindings(const QList<HotkeyBinding> &bindings) = 0;
+    /// Removes all bindings. Main thread.
+    virtual void unregister() = 0;
+};
+
+class ModelManaging
+{
+public:
+    virtual ~ModelManaging() = default;
+
+    /// Returns the file URL of the ready model, downloading it first where needed.
+    virtual QUrl prepareModelIfNeeded(bool forceDownload, const std::stop_token &stop) = 0;
+    /// Reads the disk only, without hashing and without the network. Any thread.
+    virtual ModelStatus modelStatus() = 0;
+};
+
+class PermissionManaging
+{
+public:
+    virtual ~PermissionManaging() = default;
+
+    virtual PermissionSnapshot currentPermissions() = 0;
+    /// Returns whether the microphone may be used. Never throws.
+    virtual bool requestMicrophonePermission() = 0;
+    /// Asks the system to show its accessibility prompt.
+    virtual void promptForAccessibility() = 0;
+};
+
+/// All operations are synchronous and never throw.
+class UsageAnalyticsManaging
+{
+public:
+    virtual ~UsageAnalyticsManaging() = default;
+
+    /// Drops events older than the retention period.
+    virtual void refreshRetention() = 0;
+    virtual void record(const UsageEvent &event) = 0;
+    virtual UsageDashboardSnapshot dashboardSnapshot(Date now) = 0;
+    virtual QList<UsageBucket> trendBuckets(UsageTrendPeriod period, Date now) = 0;
+};
+
+} // namespace kestrova
