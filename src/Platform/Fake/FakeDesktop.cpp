@@ -1,0 +1,208 @@
+#include "Platform/Fake/FakeDesktop.h"
+
+#include "Models/ReadableError.h"
+
+#include <algorithm>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+void FakeDesktop::setRunning(const QList<RunningApplication> &applications)
+{
+    const std::lock_guard lock(m_mutex);
+    m_running = applications;
+}
+
+void FakeDesktop::setInstalled(const QStringList &bundleIdentifiers)
+{
+    const std::lock_guard lock(m_mutex);
+    m_installed = bundleIdentifiers;
+}
+
+void FakeDesktop::bringToFront(qint32 processIdentifier)
+{
+    std::optional<RunningApplication> front;
+    std::vector<Observer> observers;
+    {
+        const std::lock_guard lock(m_mutex);
+        for (RunningApplication &application : m_running) {
+            application.isActive = application.processIdentifier == processIdentifier;
+            if (application.isActive)
+                front = application;
+        }
+        observers = m_observers;
+    }
+    if (!front)
+        return;
+    for (const Observer &observer : observers)
+        observer.handler(*front);
+}
+
+void FakeDesktop::setHook(Hook hook)
+{
+    const std::lock_guard lock(m_mutex);
+    m_hook = std::move(hook);
+}
+
+void FakeDesktop::setScriptsSucceed(bool succeed)
+{
+    const std::lock_guard lock(m_mutex);
+    m_scriptsSucceed = succeed;
+}
+
+void FakeDesktop::setScriptStartFailure(const QString &problem)
+{
+    const std::lock_guard lock(m_mutex);
+    m_scriptStartFailure = problem;
+}
+
+void FakeDesktop::setKeyEventsAvailable(bool available)
+{
+    const std::lock_guard lock(m_mutex);
+    m_keyEventsAvailable = available;
+}
+
+QStringList FakeDesktop::actions() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_actions;
+}
+
+void FakeDesktop::note(const QString &action)
+{
+    Hook hook;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_actions.append(action);
+        hook = m_hook;
+    }
+    if (hook)
+        hook(action);
+}
+
+QList<RunningApplication> FakeDesktop::running() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_running;
+}
+
+std::optional<RunningApplication> FakeWorkspace::frontmostApplication()
+{
+    for (const RunningApplication &application : m_desktop->running()) {
+        if (application.isActive)
+            return application;
+    }
+    return std::nullopt;
+}
+
+std::optional<RunningApplication> FakeWorkspace::runningApplication(qint32 processIdentifier)
+{
+    for (const RunningApplication &application : m_desktop->running()) {
+        if (application.processIdentifier == processIdentifier)
+            return application;
+    }
+    return std::nullopt;
+}
+
+QList<RunningApplication> FakeWorkspace::runningApplications(const QString &bundleIdentifier)
+{
+    QList<RunningApplication> matching;
+    for (const RunningApplication &application : m_desktop->running()) {
+        if (application.bundleIdentifier == bundleIdentifier)
+            matching.append(application);
+    }
+    return matching;
+}
+
+void FakeWorkspace::activate(const RunningApplication &application)
+{
+    m_desktop->note(u"activate %1"_s.arg(application.processIdentifier));
+}
+
+bool FakeWorkspace::isInstalled(const QString &bundleIdentifier)
+{
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return m_desktop->m_installed.contains(bundleIdentifier);
+}
+
+void FakeWorkspace::openApplication(const QString &bundleIdentifier)
+{
+    m_desktop->note(u"open "_s + bundleIdentifier);
+}
+
+bool FakeWorkspace::openAddress(const QUrl &address)
+{
+    m_desktop->note(u"address "_s + address.toString());
+    return true;
+}
+
+std::unique_ptr<Workspace::Observation>
+FakeWorkspace::observeActivations(std::function<void(const RunningApplication &)> handler)
+{
+    struct Registration final : Observation
+    {
+        Registration(std::shared_ptr<FakeDesktop> observed, int number)
+            : desktop(std::move(observed)), id(number)
+        {
+        }
+        ~Registration() override
+        {
+            const std::lock_guard lock(desktop->m_mutex);
+            std::erase_if(desktop->m_observers,
+                          [this](const auto &observer) { return observer.id == id; });
+        }
+        std::shared_ptr<FakeDesktop> desktop;
+        int id;
+    };
+
+    const std::lock_guard lock(m_desktop->m_mutex);
+    const int id = m_desktop->m_nextObserver++;
+    m_desktop->m_observers.push_back({id, std::move(handler)});
+    return std::make_unique<Registration>(m_desktop, id);
+}
+
+bool FakeKeyEventPosting::postCommandV()
+{
+    {
+        const std::lock_guard lock(m_desktop->m_mutex);
+        if (!m_desktop->m_keyEventsAvailable)
+            return false;
+    }
+    m_desktop->note(u"paste"_s);
+    return true;
+}
+
+QString FakeScriptRunning::runnerName() const
+{
+    return u"fakescript"_s;
+}
+
+bool FakeScriptRunning::activateApplication(const QString &bundleIdentifier)
+{
+    m_desktop->note(u"script activate "_s + bundleIdentifier);
+    return succeeds();
+}
+
+bool FakeScriptRunning::activateApplicationNamed(const QString &name)
+{
+    m_desktop->note(u"script activate name "_s + name);
+    return succeeds();
+}
+
+bool FakeScriptRunning::paste(const std::optional<QString> &bundleIdentifier)
+{
+    m_desktop->note(u"script paste "_s + bundleIdentifier.value_or(QString()));
+    const std::lock_guard lock(m_desktop->m_mutex);
+    if (!m_desktop->m_scriptStartFailure.isEmpty())
+        throw PlatformError(m_desktop->m_scriptStartFailure);
+    return m_desktop->m_scriptsSucceed;
+}
+
+bool FakeScriptRunning::succeeds() const
+{
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return m_desktop->m_scriptsSucceed;
+}
+
+} // namespace kestrova

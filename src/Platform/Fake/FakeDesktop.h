@@ -1,0 +1,115 @@
+#pragma once
+
+#include "Platform/KeyEventPosting.h"
+#include "Platform/ScriptRunning.h"
+#include "Platform/Workspace.h"
+
+#include <QStringList>
+
+#include <mutex>
+#include <vector>
+
+namespace kestrova {
+
+/// The desktop that the fake workspace, key events and scripts share, as tests set it and read
+/// what was done to it. Usable from any thread.
+class FakeDesktop
+{
+public:
+    /// Plays the desktop's answer to an action; called without the lock, on the acting thread.
+    using Hook = std::function<void(const QString &action)>;
+
+    void setRunning(const QList<RunningApplication> &applications);
+    void setInstalled(const QStringList &bundleIdentifiers);
+    /// 0: no application is in front. Observers are told.
+    void bringToFront(qint32 processIdentifier);
+    /// Called after each action has been noted.
+    void setHook(Hook hook);
+    /// Whether the script runner's activations and paste succeed.
+    void setScriptsSucceed(bool succeed);
+    /// Not empty: the paste script cannot be started, with this text.
+    void setScriptStartFailure(const QString &problem);
+    void setKeyEventsAvailable(bool available);
+
+    /// What was done, oldest first: "activate 12", "open ID", "address URL", "paste",
+    /// "script activate ID", "script activate name NAME", "script paste ID" (ID empty: none).
+    QStringList actions() const;
+
+private:
+    friend class FakeWorkspace;
+    friend class FakeKeyEventPosting;
+    friend class FakeScriptRunning;
+
+    struct Observer
+    {
+        int id;
+        std::function<void(const RunningApplication &)> handler;
+    };
+
+    void note(const QString &action);
+    QList<RunningApplication> running() const;
+
+    mutable std::mutex m_mutex;
+    QList<RunningApplication> m_running;
+    QStringList m_installed;
+    QStringList m_actions;
+    Hook m_hook;
+    bool m_scriptsSucceed = false;
+    QString m_scriptStartFailure;
+    bool m_keyEventsAvailable = true;
+    int m_nextObserver = 0;
+    std::vector<Observer> m_observers;
+};
+
+class FakeWorkspace final : public Workspace
+{
+public:
+    explicit FakeWorkspace(std::shared_ptr<FakeDesktop> desktop) : m_desktop(std::move(desktop)) {}
+
+    std::optional<RunningApplication> frontmostApplication() override;
+    std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
+    QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
+    void activate(const RunningApplication &application) override;
+    bool isInstalled(const QString &bundleIdentifier) override;
+    void openApplication(const QString &bundleIdentifier) override;
+    bool openAddress(const QUrl &address) override;
+    std::unique_ptr<Observation>
+    observeActivations(std::function<void(const RunningApplication &)> handler) override;
+
+private:
+    std::shared_ptr<FakeDesktop> m_desktop;
+};
+
+class FakeKeyEventPosting final : public KeyEventPosting
+{
+public:
+    explicit FakeKeyEventPosting(std::shared_ptr<FakeDesktop> desktop)
+        : m_desktop(std::move(desktop))
+    {
+    }
+
+    bool postCommandV() override;
+
+private:
+    std::shared_ptr<FakeDesktop> m_desktop;
+};
+
+class FakeScriptRunning final : public ScriptRunning
+{
+public:
+    explicit FakeScriptRunning(std::shared_ptr<FakeDesktop> desktop) : m_desktop(std::move(desktop))
+    {
+    }
+
+    QString runnerName() const override;
+    bool activateApplication(const QString &bundleIdentifier) override;
+    bool activateApplicationNamed(const QString &name) override;
+    bool paste(const std::optional<QString> &bundleIdentifier) override;
+
+private:
+    bool succeeds() const;
+
+    std::shared_ptr<FakeDesktop> m_desktop;
+};
+
+} // namespace kestrova
