@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Models/DictationState.h"
+#include "Models/TranscriptInsertionPayload.h"
+
+#include <functional>
+#include <variant>
+
+namespace kestrova {
+
+namespace DictationEvent {
+
+/// The pipeline entered recording, processing or idle; never the error state.
+struct StateChanged
+{
+    DictationState state;
+    bool operator==(const StateChanged &) const = default;
+};
+
+struct TranscriptInserted
+{
+    TranscriptInsertionPayload payload;
+    bool operator==(const TranscriptInserted &) const = default;
+};
+
+/// A start or the processing failed; the pipeline is idle again.
+struct Error
+{
+    QString message;
+    bool operator==(const Error &) const = default;
+};
+
+} // namespace DictationEvent
+
+/// What the coordinator reports.
+using DictationCoordinatorEvent =
+    std::variant<DictationEvent::StateChanged, DictationEvent::TranscriptInserted,
+                 DictationEvent::Error>;
+
+/// Takes the events, in order. Called on any thread with the coordinator locked: it must not block
+/// and must not call the coordinator.
+using DictationEventSink = std::function<void(const DictationCoordinatorEvent &)>;
+
+} // namespace kestrova

@@ -1,0 +1,157 @@
+#include "Services/WhisperCppTranscriber.h"
+
+#include "Concurrency/Cancelled.h"
+#include "Models/KestrovaError.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+#include <QUuid>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Beam width and number of candidates of the accurate profile.
+constexpr int accurateDecoderCount = 10;
+
+QString normalizedLanguage(const QString &language)
+{
+    const QString trimmed = language.trimmed();
+    return trimmed.isEmpty() ? u"auto"_s : trimmed.toLower();
+}
+
+/// None when the bytes are not UTF-8.
+std::optional<QString> decodedUtf8(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder.decode(bytes);
+    return decoder.hasError() ? std::nullopt : std::optional(text);
+}
+
+QStringList profileArguments(WhisperDecodingProfile profile, int decoderCount)
+{
+    if (profile == WhisperDecodingProfile::balanced)
+        return {};
+    const QString count = QString::number(decoderCount);
+    return {u"-bs"_s, count, u"-bo"_s, count, u"-sns"_s};
+}
+
+/// The transcript that the tool wrote, which is then removed; what it printed when it wrote none.
+QString takeTranscript(const QString &outputPath, const ProcessOutcome &outcome)
+{
+    QFile file(outputPath);
+    if (!file.exists())
+        return decodedUtf8(outcome.standardOutput).value_or(QString());
+
+    if (!file.open(QIODevice::ReadOnly))
+        throw PlatformError(outputPath + u": "_s + file.errorString());
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFile::NoError)
+        throw PlatformError(outputPath + u": "_s + file.errorString());
+    const auto text = decodedUtf8(bytes);
+    if (!text)
+        throw PlatformError(outputPath + u": The transcript is not valid UTF-8 text."_s);
+    file.remove();
+    return *text;
+}
+
+} // namespace
+
+WhisperCppTranscriber::WhisperCppTranscriber(WhisperCppConfigProvider configProvider,
+                                             ProcessRunning &processes,
+                                             StandardDirectories &directories,
+                                             std::stop_token programEnding)
+    : m_configProvider(std::move(configProvider)), m_processes(processes),
+      m_directories(directories), m_programEnding(std::move(programEnding))
+{
+}
+
+QStringList WhisperCppTranscriber::executableCandidates(const QString &configuredPath,
+                                                        const QString &searchPath)
+{
+    QStringList candidates;
+    if (const QString trimmed = configuredPath.trimmed(); !trimmed.isEmpty())
+        candidates.append(trimmed);
+    candidates += {u"/opt/homebrew/bin/whisper-cli"_s, u"/usr/local/bin/whisper-cli"_s,
+                   u"/opt/homebrew/bin/whisper-cpp"_s, u"/usr/local/bin/whisper-cpp"_s};
+    for (const QString &directory : searchPath.split(u':', Qt::SkipEmptyParts))
+        candidates += {directory + u"/whisper-cli"_s, directory + u"/whisper-cpp"_s};
+    return candidates;
+}
+
+std::optional<QString> WhisperCppTranscriber::resolveExecutablePath(const QString &configuredPath)
+{
+    for (const QString &path : executableCandidates(configuredPath, qEnvironmentVariable("PATH"))) {
+        const QFileInfo file(path);
+        if (file.isFile() && file.isExecutable())
+            return path;
+    }
+    return std::nullopt;
+}
+
+TranscriptionResult WhisperCppTranscriber::transcribe(const QUrl &audioURL, const QUrl &modelURL)
+{
+    const WhisperCppConfig config = m_configProvider();
+    const auto executable = resolveExecutablePath(config.cliPath);
+    if (!executable) {
+        throw KestrovaError::configuration(
+            u"whisper-cli not found. Install whisper.cpp (for example: `brew install "
+            "whisper-cpp`) and set the CLI path in Settings."_s);
+    }
+    if (!QFileInfo::exists(modelURL.toLocalFile()))
+        throw KestrovaError::missingModel(modelURL);
+
+    const QString outputBase = m_directories.temporaryDirectory() + u"/kestrova-transcript-"_s +
+                               QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    const QString outputPath = outputBase + u".txt"_s;
+    const QStringList arguments{u"-m"_s,    modelURL.toLocalFile(),
+                                u"-f"_s,    audioURL.toLocalFile(),
+                                u"-of"_s,   outputBase,
+                                u"-otxt"_s, u"-nt"_s,
+                                u"-l"_s,    normalizedLanguage(config.language)};
+
+    QElapsedTimer timer;
+    timer.start();
+    const ProcessOutcome outcome = runTool(*executable, arguments, config.decodingProfile);
+    if (outcome.wasStopped) {
+        QFile::remove(outputPath);
+        throw Cancelled();
+    }
+    if (outcome.terminationStatus != 0) {
+        throw KestrovaError::processFailed(
+            u"whisper-cli failed with status %1. "_s.arg(outcome.terminationStatus) +
+            decodedUtf8(outcome.standardError).value_or(QString()));
+    }
+    const QString text = takeTranscript(outputPath, outcome).trimmed();
+    if (text.isEmpty())
+        throw KestrovaError::emptyTranscription();
+    return {text, timer.elapsed()};
+}
+
+ProcessOutcome WhisperCppTranscriber::runTool(const QString &executable,
+                                              const QStringList &arguments,
+                                              WhisperDecodingProfile profile)
+{
+    // A name without a slash would be looked up in PATH, where something else may stand.
+    const QString path = QDir::current().absoluteFilePath(executable);
+    const int decoderCount = m_decoderLimits.limit(path).value_or(accurateDecoderCount);
+    ProcessOutcome outcome =
+        m_processes.run(path, arguments + profileArguments(profile, decoderCount), m_programEnding);
+
+    // Versions differ in how many decoders they run, and only say so when asked for too many.
+    if (profile != WhisperDecodingProfile::accurate || outcome.wasStopped ||
+        outcome.terminationStatus == 0)
+        return outcome;
+    const auto limit = DecoderLimits::limitNamedIn(outcome.standardError, decoderCount);
+    if (!limit)
+        return outcome;
+    m_decoderLimits.remember(path, *limit);
+    return m_processes.run(path, arguments + profileArguments(profile, *limit), m_programEnding);
+}
+
+} // namespace kestrova
