@@ -13,8 +13,8 @@ struct ProcessOutcome
 {
     bool wasStopped = false;   ///< ended because stop was requested; the rest may be incomplete
     int terminationStatus = 0; ///< the exit status, or the number of the signal that ended it
-    QByteArray standardOutput;
-    QByteArray standardError;
+    QByteArray standardOutput = {};
+    QByteArray standardError = {};
 };
 
 /// Runs child processes. Called on a worker.

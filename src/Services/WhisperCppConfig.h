@@ -17,9 +17,9 @@ struct WhisperCppConfig
         return QStringLiteral("9f70a352f9c9c4209f3e8f79f4f4f0f6b27f2b7d");
     }
 
-    QString cliPath; ///< as the user configured it: may be empty or padded with blanks
+    QString cliPath = {}; ///< as the user configured it: may be empty or padded with blanks
     QString pinnedCommit = knownCommit();
-    QString language;
+    QString language = {};
     WhisperDecodingProfile decodingProfile = WhisperDecodingProfile::balanced;
 };
 

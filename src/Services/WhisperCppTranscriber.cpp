@@ -65,9 +65,11 @@ QString takeTranscript(const QString &outputPath, const ProcessOutcome &outcome)
 WhisperCppTranscriber::WhisperCppTranscriber(WhisperCppConfigProvider configProvider,
                                              ProcessRunning &processes,
                                              StandardDirectories &directories,
-                                             std::stop_token programEnding)
+                                             std::stop_token programEnding,
+                                             ExecutableResolver resolver)
     : m_configProvider(std::move(configProvider)), m_processes(processes),
-      m_directories(directories), m_programEnding(std::move(programEnding))
+      m_directories(directories), m_programEnding(std::move(programEnding)),
+      m_resolver(std::move(resolver))
 {
 }
 
@@ -97,7 +99,7 @@ std::optional<QString> WhisperCppTranscriber::resolveExecutablePath(const QStrin
 TranscriptionResult WhisperCppTranscriber::transcribe(const QUrl &audioURL, const QUrl &modelURL)
 {
     const WhisperCppConfig config = m_configProvider();
-    const auto executable = resolveExecutablePath(config.cliPath);
+    const auto executable = m_resolver(config.cliPath);
     if (!executable) {
         throw KestrovaError::configuration(
             u"whisper-cli not found. Install whisper.cpp (for example: `brew install "

@@ -13,10 +13,13 @@ namespace kestrova {
 class WhisperCppTranscriber final : public Transcribing
 {
 public:
+    using ExecutableResolver = std::function<std::optional<QString>(const QString &configuredPath)>;
+
     /// What is referred to outlives the transcriber. A running tool is ended when programEnding is
     /// requested to stop; nothing else ends it early.
     WhisperCppTranscriber(WhisperCppConfigProvider configProvider, ProcessRunning &processes,
-                          StandardDirectories &directories, std::stop_token programEnding);
+                          StandardDirectories &directories, std::stop_token programEnding,
+                          ExecutableResolver resolver = &resolveExecutablePath);
 
     /// Throws KestrovaError (configuration, missingModel, processFailed, emptyTranscription),
     /// PlatformError when the tool cannot be started or its output not be read, Cancelled when the
@@ -38,6 +41,7 @@ private:
     ProcessRunning &m_processes;
     StandardDirectories &m_directories;
     const std::stop_token m_programEnding;
+    const ExecutableResolver m_resolver;
     DecoderLimits m_decoderLimits;
 };
 

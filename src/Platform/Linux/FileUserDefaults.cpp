@@ -75,10 +75,11 @@ void FileUserDefaults::setData(const QString &key, const QByteArray &bytes)
     if (!QDir().mkpath(m_directory))
         fail(m_directory, u"The folder cannot be created."_s);
 
-    // QSaveFile writes beside the file, syncs, and renames.
+    // QSaveFile writes beside the file, syncs, and renames. The explicit flush is what notices a
+    // full disk: commit() does not look at how much of its buffer was written.
     QSaveFile file(path(key));
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(privateFile) ||
-        file.write(bytes) != bytes.size() || !file.commit())
+        file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
         fail(file.fileName(), file.errorString());
     syncDirectory(m_directory);
 }

@@ -26,6 +26,13 @@ constexpr mode_t privateDirectory = S_IRWXU;
         u"The folder for temporary files, %1, cannot be used: %2"_s.arg(path, reason));
 }
 
+// Not QDir::tempPath(), which answers with the working directory when TMPDIR does not exist.
+QString parentDirectory()
+{
+    const QString configured = qEnvironmentVariable("TMPDIR");
+    return QDir::isAbsolutePath(configured) ? QDir::cleanPath(configured) : u"/tmp"_s;
+}
+
 // Works on the open folder, so that nothing can be put in its place between check and use.
 QString problemWith(int directory)
 {
@@ -43,7 +50,7 @@ QString problemWith(int directory)
 
 QString LinuxStandardDirectories::temporaryDirectory()
 {
-    const QString path = QDir(QDir::tempPath()).absoluteFilePath(u"kestrova-%1"_s.arg(geteuid()));
+    const QString path = parentDirectory() + u"/kestrova-%1"_s.arg(geteuid());
     const QByteArray name = QFile::encodeName(path);
     if (mkdir(name.constData(), privateDirectory) != 0 && errno != EEXIST)
         fail(path, qt_error_string(errno));

@@ -1,0 +1,148 @@
+#include "Platform/Linux/ChildProcesses.h"
+#include "Models/ReadableError.h"
+#include "support/QtPrinting.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class ChildProcessesTest : public testing::Test
+{
+protected:
+    ProcessOutcome shell(const QString &script, const std::stop_token &stop = {})
+    {
+        return processes.run(u"/bin/sh"_s, {u"-c"_s, script}, stop);
+    }
+
+    QTemporaryDir folder;
+    ChildProcesses processes;
+};
+
+bool waitUntil(const std::function<bool()> &condition)
+{
+    const auto limit = std::chrono::steady_clock::now() + 20s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > limit)
+            return false;
+        std::this_thread::sleep_for(5ms);
+    }
+    return true;
+}
+
+bool isRunning(pid_t process)
+{
+    QFile status(u"/proc/%1/stat"_s.arg(process));
+    return status.open(QIODevice::ReadOnly) && !status.readAll().contains(") Z ");
+}
+
+pid_t pidIn(const QString &path)
+{
+    QFile file(path);
+    pid_t process = 0;
+    waitUntil([&] {
+        file.close();
+        if (file.open(QIODevice::ReadOnly))
+            process = file.readAll().trimmed().toInt();
+        return process > 0;
+    });
+    return process;
+}
+
+TEST_F(ChildProcessesTest, BothOutputsAndTheExitStatusAreTaken)
+{
+    const ProcessOutcome outcome = shell(u"printf out; printf err >&2; exit 3"_s);
+    EXPECT_EQ(outcome.terminationStatus, 3);
+    EXPECT_EQ(outcome.standardOutput, "out");
+    EXPECT_EQ(outcome.standardError, "err");
+    EXPECT_FALSE(outcome.wasStopped);
+}
+
+TEST_F(ChildProcessesTest, ArgumentsArriveAsTheyAre)
+{
+    const ProcessOutcome outcome = processes.run(
+        u"/usr/bin/printf"_s, {u"[%s]"_s, u"a b"_s, u""_s, u"\"q\" $HOME *"_s, u"é"_s}, {});
+    EXPECT_EQ(outcome.standardOutput, u"[a b][][\"q\" $HOME *][é]"_s.toUtf8());
+}
+
+TEST_F(ChildProcessesTest, MegabytesOnBothOutputsDoNotStallTheChild)
+{
+    const ProcessOutcome outcome =
+        shell(u"head -c 8000000 /dev/zero >&2 & head -c 8000000 /dev/zero; wait; echo end"_s);
+    EXPECT_EQ(outcome.terminationStatus, 0);
+    EXPECT_EQ(outcome.standardError.size(), 8'000'000);
+    EXPECT_EQ(outcome.standardOutput.size(), 8'000'004);
+    EXPECT_TRUE(outcome.standardOutput.endsWith("end\n"));
+}
+
+TEST_F(ChildProcessesTest, ACrashYieldsTheSignalsNumber)
+{
+    EXPECT_EQ(shell(u"kill -SEGV $$"_s).terminationStatus, SIGSEGV);
+}
+
+TEST_F(ChildProcessesTest, AProgramThatCannotBeStartedIsAnError)
+{
+    EXPECT_THROW(processes.run(folder.filePath(u"missing"_s), {}, {}), PlatformError);
+    QFile text(folder.filePath(u"text"_s));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    EXPECT_THROW(processes.run(text.fileName(), {}, {}), PlatformError);
+}
+
+TEST_F(ChildProcessesTest, AStopRequestEndsTheChildAndItsDescendants)
+{
+    const QString pidFile = folder.filePath(u"pid"_s);
+    std::stop_source stop;
+    ProcessOutcome outcome;
+    std::thread worker([&] {
+        outcome =
+            shell(u"trap '' TERM; sleep 1000 & echo $! > %1; while :; do wait; done"_s.arg(pidFile),
+                  stop.get_token());
+    });
+    const pid_t grandchild = pidIn(pidFile);
+    ASSERT_TRUE(isRunning(grandchild));
+    stop.request_stop();
+    worker.join();
+    EXPECT_TRUE(outcome.wasStopped);
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(grandchild); }));
+}
+
+TEST_F(ChildProcessesTest, AStopRequestedBeforehandStillEndsTheChild)
+{
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_TRUE(shell(u"sleep 1000"_s, stop.get_token()).wasStopped);
+}
+
+TEST_F(ChildProcessesTest, AChildDoesNotOutliveAProgramThatIsKilled)
+{
+    const QString pidFile = folder.filePath(u"pid"_s);
+    const pid_t program = fork();
+    if (program == 0) {
+        std::thread worker([&] { shell(u"echo $$ > %1; exec sleep 1000"_s.arg(pidFile)); });
+        worker.join();
+        _exit(0);
+    }
+    const pid_t child = pidIn(pidFile);
+    ASSERT_TRUE(isRunning(child));
+    kill(program, SIGKILL);
+    waitpid(program, nullptr, 0);
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(child); }));
+}
+
+} // namespace
+} // namespace kestrova

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "Services/Protocols.h"
+
+#include <functional>
+#include <mutex>
+#include <vector>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+/// Substitute services: each does what its member says, on the calling thread.
+struct SubstituteCapture final : AudioCapturing
+{
+    bool isRecording() const override { return false; }
+    void startRecording() override
+    {
+        ++starts;
+        if (whenStarted)
+            whenStarted();
+    }
+    AudioRecording stopRecording() override
+    {
+        ++stops;
+        if (whenStopped)
+            whenStopped();
+        return recording;
+    }
+
+    int starts = 0;
+    int stops = 0;
+    std::function<void()> whenStarted;
+    std::function<void()> whenStopped;
+    AudioRecording recording{QUrl::fromLocalFile(u"/r.wav"_s), 2.5};
+};
+
+struct SubstituteTranscriber final : Transcribing
+{
+    TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL) override
+    {
+        audio = audioURL;
+        model = modelURL;
+        if (whenAsked)
+            whenAsked();
+        return {text, 12};
+    }
+
+    QString text = u"Hello world"_s;
+    QUrl audio;
+    QUrl model;
+    std::function<void()> whenAsked;
+};
+
+struct Insertion
+{
+    QString text;
+    std::optional<TargetApplication> target;
+};
+
+struct SubstituteInserter final : TextInserting
+{
+    void insert(const QString &text, const std::optional<TargetApplication> &target,
+                const std::stop_token &stop) override
+    {
+        insertions.push_back({text, target});
+        if (whenAsked)
+            whenAsked(stop);
+    }
+
+    std::vector<Insertion> insertions;
+    std::function<void(const std::stop_token &)> whenAsked;
+};
+
+struct SubstituteModelManager final : ModelManaging
+{
+    QUrl prepareModelIfNeeded(bool forceDownload, const std::stop_token &) override
+    {
+        forced = forceDownload;
+        if (whenAsked)
+            whenAsked();
+        return QUrl::fromLocalFile(u"/m.bin"_s);
+    }
+    ModelStatus modelStatus() override { return {}; }
+
+    std::optional<bool> forced;
+    std::function<void()> whenAsked;
+};
+
+} // namespace kestrova

@@ -1,0 +1,299 @@
+#include "Services/TextInsertionService.h"
+#include "Models/KestrovaError.h"
+#include "Platform/Fake/FakeDesktop.h"
+#include "Platform/Fake/FakePasteboard.h"
+#include "support/ManualClock.h"
+#include "support/ManualExecutors.h"
+#include "support/QtPrinting.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+RunningApplication running(qint32 pid, const QString &identifier, const QString &name = {})
+{
+    RunningApplication application;
+    application.processIdentifier = pid;
+    application.bundleIdentifier = identifier;
+    if (!name.isEmpty())
+        application.localizedName = name;
+    application.isRegular = true;
+    return application;
+}
+
+class TextInsertionServiceTest : public testing::Test
+{
+protected:
+    void insert(const QString &text, const std::optional<TargetApplication> &target = {},
+                const std::stop_token &stop = {})
+    {
+        service.insert(text, target, stop);
+    }
+
+    QString failureOf(const std::optional<TargetApplication> &target)
+    {
+        try {
+            insert(u"text"_s, target);
+        } catch (const ReadableError &error) {
+            return error.errorDescription();
+        }
+        return u"no failure"_s;
+    }
+
+    /// The desktop obeys: what is activated comes to the front.
+    void obey()
+    {
+        desktop->setHook([this](const QString &action) {
+            if (action.startsWith(u"activate "_s))
+                desktop->bringToFront(action.mid(9).toInt());
+        });
+    }
+
+    std::shared_ptr<FakeDesktop> desktop = std::make_shared<FakeDesktop>();
+    FakeWorkspace workspace{desktop};
+    FakeKeyEventPosting keyEvents{desktop};
+    FakeScriptRunning scripts{desktop};
+    FakePasteboard pasteboard;
+    ImmediateMainExecutor main;
+    ManualClock clock;
+    TextInsertionService service{workspace, pasteboard, keyEvents, scripts, main, clock};
+    const TargetApplication mail{30, u"org.example.Mail"_s, u"Mail"_s};
+};
+
+TEST_F(TextInsertionServiceTest, BlankTextDoesNothing)
+{
+    pasteboard.put(u"before"_s);
+    insert(u" \n\t "_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList());
+    EXPECT_EQ(pasteboard.string(), u"before"_s);
+    EXPECT_TRUE(clock.sleeps.empty());
+}
+
+TEST_F(TextInsertionServiceTest, WithoutTargetItPastesIntoWhateverIsInFront)
+{
+    pasteboard.put(u"before"_s);
+    insert(u"  hello \n"_s);
+    EXPECT_EQ(desktop->actions(), QStringList{u"paste"_s});
+    EXPECT_EQ(pasteboard.string(), u"hello"_s);
+    EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>{140ms});
+}
+
+TEST_F(TextInsertionServiceTest, ATargetInFrontIsPastedIntoWithoutActivation)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s)});
+    desktop->bringToFront(30);
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList{u"paste"_s});
+    EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>{140ms});
+}
+
+TEST_F(TextInsertionServiceTest, ATargetBehindIsActivatedFirst)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s), running(31, u"other"_s)});
+    desktop->bringToFront(31);
+    obey();
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, AnApplicationThatIsNotRunningIsOpened)
+{
+    desktop->setInstalled({u"org.example.Mail"_s});
+    desktop->setHook([this](const QString &action) {
+        if (action.startsWith(u"open "_s)) {
+            desktop->setRunning({running(77, u"org.example.Mail"_s)});
+            desktop->bringToFront(77);
+        }
+    });
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"open org.example.Mail"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, AnApplicationThatIsNeitherRunningNorInstalledIsLeftToTheScript)
+{
+    desktop->setScriptsSucceed(true);
+    desktop->setHook([this](const QString &action) {
+        if (action == u"script activate org.example.Mail"_s) {
+            desktop->setRunning({running(77, u"org.example.Mail"_s)});
+            desktop->bringToFront(77);
+        }
+    });
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"script activate org.example.Mail"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, ATargetThatStaysBehindFailsAfterThreeAttempts)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s)});
+    pasteboard.put(u"before"_s);
+    EXPECT_EQ(failureOf(mail), u"Could not focus Mail before insertion."_s);
+    const QStringList attempt = {u"activate 30"_s, u"script activate org.example.Mail"_s,
+                                 u"script activate name Mail"_s};
+    EXPECT_EQ(desktop->actions(), attempt + attempt + attempt);
+    EXPECT_EQ(pasteboard.string(), u"before"_s);
+    // 2 s in steps of 40 ms, three times; failed scripts are not waited for.
+    EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(150, 40ms));
+}
+
+TEST_F(TextInsertionServiceTest, ASuccessfulScriptIsWaitedForOneSecond)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s)});
+    desktop->setScriptsSucceed(true);
+    EXPECT_EQ(failureOf(mail), u"Could not focus Mail before insertion."_s);
+    EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(3 * (50 + 25), 40ms));
+    EXPECT_EQ(desktop->actions().filter(u"name"_s), QStringList())
+        << "the name is not tried when the identifier worked";
+}
+
+TEST_F(TextInsertionServiceTest, AnApplicationThatComesAtTheLastMomentIsSeen)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s)});
+    clock.whenSlept = [this] {
+        if (clock.sleeps.size() == 50)
+            desktop->bringToFront(30);
+    };
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, MessagesNameTheTargetAsWellAsTheyCan)
+{
+    EXPECT_EQ(failureOf(TargetApplication{0, u"org.example.x"_s, std::nullopt}),
+              u"Could not focus org.example.x before insertion."_s);
+    EXPECT_EQ(failureOf(TargetApplication{0, u"org.example.x"_s, u""_s}),
+              u"Could not focus  before insertion."_s);
+    EXPECT_EQ(failureOf(TargetApplication{0, std::nullopt, std::nullopt}),
+              u"Could not focus target application before insertion."_s);
+}
+
+TEST_F(TextInsertionServiceTest, ATargetWithNothingToGoByIsNeverActivated)
+{
+    failureOf(TargetApplication{0, u""_s, u"  "_s});
+    EXPECT_EQ(desktop->actions(), QStringList());
+}
+
+TEST_F(TextInsertionServiceTest, AFrontLostAfterWritingIsWonBack)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s), running(31, u"other"_s)});
+    desktop->bringToFront(30);
+    pasteboard.whenWritten([this] { desktop->bringToFront(31); });
+    obey();
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, AFrontLostForGoodLeavesTheTextOnThePasteboard)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s), running(31, u"other"_s)});
+    desktop->bringToFront(30);
+    pasteboard.whenWritten([this] { desktop->setRunning({}); });
+    EXPECT_EQ(failureOf(mail), u"Lost focus on Mail before paste."_s);
+    EXPECT_EQ(pasteboard.string(), u"text"_s);
+    EXPECT_FALSE(desktop->actions().contains(u"paste"_s));
+}
+
+TEST_F(TextInsertionServiceTest, ACancelDuringThePauseSendsNoKeystroke)
+{
+    std::stop_source stop;
+    clock.whenSlept = [&] { stop.request_stop(); };
+    EXPECT_THROW(insert(u"hello"_s, {}, stop.get_token()), Cancelled);
+    EXPECT_EQ(desktop->actions(), QStringList());
+    EXPECT_EQ(pasteboard.string(), u"hello"_s);
+}
+
+TEST_F(TextInsertionServiceTest, ACancelDuringTheFocusWaitDoesNotEndTheWait)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s)});
+    std::stop_source stop;
+    clock.whenSlept = [&] {
+        stop.request_stop();
+        if (clock.sleeps.size() == 10)
+            desktop->bringToFront(30);
+    };
+    EXPECT_THROW(insert(u"hello"_s, mail, stop.get_token()), Cancelled);
+    EXPECT_EQ(clock.sleeps.size(), 11U);
+    EXPECT_EQ(pasteboard.string(), u"hello"_s);
+}
+
+TEST_F(TextInsertionServiceTest, AnUnwritablePasteboardPassesThePlatformsErrorThrough)
+{
+    pasteboard.failWriting(u"no clipboard"_s);
+    EXPECT_EQ(failureOf(std::nullopt), u"no clipboard"_s);
+    EXPECT_EQ(desktop->actions(), QStringList());
+}
+
+TEST_F(TextInsertionServiceTest, WithoutKeyEventsTheScriptPastes)
+{
+    desktop->setKeyEventsAvailable(false);
+    desktop->setScriptsSucceed(true);
+    insert(u"hello"_s);
+    EXPECT_EQ(desktop->actions(), QStringList{u"script paste "_s});
+
+    desktop->setRunning({running(30, u"org.example.Mail"_s)});
+    desktop->bringToFront(30);
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions().last(), u"script paste org.example.Mail"_s);
+}
+
+TEST_F(TextInsertionServiceTest, AFailedPasteScriptIsReportedByItsRunnersName)
+{
+    desktop->setKeyEventsAvailable(false);
+    EXPECT_EQ(failureOf(std::nullopt), u"Paste fallback failed via fakescript."_s);
+    EXPECT_EQ(pasteboard.string(), u"text"_s);
+
+    desktop->setScriptStartFailure(u"no such file"_s);
+    EXPECT_EQ(failureOf(std::nullopt), u"no such file"_s);
+}
+
+TEST_F(TextInsertionServiceTest, ATerminatedProcessIsReplacedByARunningInstance)
+{
+    RunningApplication old = running(30, u"org.example.Mail"_s);
+    old.isTerminated = true;
+    RunningApplication helper = running(40, u"org.example.Mail"_s);
+    helper.isRegular = false;
+    desktop->setRunning({old, helper, running(41, u"org.example.Mail"_s)});
+    obey();
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions().first(), u"activate 41"_s) << "the one with ordinary windows";
+
+    desktop->setRunning({old, helper});
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions().at(2), u"activate 40"_s) << "else the first";
+}
+
+TEST_F(TextInsertionServiceTest, AnIdentifierThatIsEmptyNamesNoInstance)
+{
+    desktop->setRunning({running(40, u""_s)});
+    failureOf(TargetApplication{0, u""_s, std::nullopt});
+    EXPECT_EQ(desktop->actions(), QStringList());
+}
+
+TEST(IsSameApplication, GoesByProcessThenIdentifierThenName)
+{
+    const RunningApplication front = running(30, u"org.example.Notes"_s, u" Notes Beta "_s);
+    EXPECT_TRUE(isSameApplication({30, {}, {}}, front));
+    EXPECT_FALSE(isSameApplication({31, {}, {}}, front));
+    EXPECT_TRUE(isSameApplication({31, u"org.example.Notes"_s, {}}, front));
+    EXPECT_FALSE(isSameApplication({31, u"org.example.notes"_s, {}}, front)) << "case counts";
+    EXPECT_TRUE(isSameApplication({0, u""_s, u"notes"_s}, front));
+    EXPECT_TRUE(isSameApplication({0, {}, u"My Notes Beta 2\n"_s}, front));
+    EXPECT_FALSE(isSameApplication({0, {}, u"Mail"_s}, front));
+    EXPECT_FALSE(isSameApplication({0, {}, u"  "_s}, front));
+    EXPECT_FALSE(isSameApplication({0, {}, {}}, front));
+}
+
+TEST(IsSameApplication, UnknownProcessesAndNamesMatchNothing)
+{
+    RunningApplication front;
+    EXPECT_FALSE(isSameApplication({0, {}, {}}, front));
+    EXPECT_FALSE(isSameApplication({0, u""_s, u"x"_s}, front));
+    front.bundleIdentifier = u""_s;
+    EXPECT_FALSE(isSameApplication({-1, u""_s, u""_s}, front));
+}
+
+} // namespace
+} // namespace kestrova
