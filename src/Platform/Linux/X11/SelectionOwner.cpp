@@ -1,0 +1,295 @@
+#include "Platform/Linux/X11/SelectionOwner.h"
+
+#include <algorithm>
+#include <span>
+
+namespace kestrova {
+
+namespace {
+
+// What one property carries at most: the server copies it whole, and several requestors may
+// each have one waiting. Toolkits use a quarter of a megabyte too.
+constexpr uint32_t largestPiece = 256 * 1024;
+// A ChangeProperty request's own fields, with room to spare.
+constexpr uint32_t requestOverhead = 100;
+
+// The most pairs of one MULTIPLE request that are read, in 32-bit units.
+constexpr uint32_t longestMultiple = 1024;
+
+constexpr uint32_t requestorEvents =
+    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+
+uint32_t pieceSize(xcb_connection_t *connection)
+{
+    const uint64_t longest = uint64_t(xcb_get_maximum_request_length(connection)) * 4;
+    return uint32_t(std::min<uint64_t>(longest - requestOverhead, largestPiece));
+}
+
+// Server time wraps around after 49 days.
+bool isBefore(uint32_t first, uint32_t second)
+{
+    return int32_t(first - second) < 0;
+}
+
+} // namespace
+
+SelectionOwner::SelectionOwner(xcb_connection_t *connection, xcb_window_t window,
+                               const SelectionAtoms &atoms)
+    : m_connection(connection), m_window(window), m_atoms(atoms),
+      m_pieceSize(pieceSize(connection)), m_owned{Owned{atoms.clipboard, nullptr},
+                                                  Owned{XCB_ATOM_PRIMARY, nullptr}}
+{
+}
+
+bool SelectionOwner::own(const SelectionText &text, xcb_timestamp_t time)
+{
+    const auto shared = std::make_shared<const SelectionText>(text);
+    std::array<xcb_get_selection_owner_cookie_t, 2> cookies{};
+    m_since = time;
+    for (size_t i = 0; i < m_owned.size(); ++i) {
+        const auto cookie =
+            xcb_set_selection_owner(m_connection, m_window, m_owned[i].selection, time);
+        if (i == 0)
+            m_takeoverSequence = cookie.sequence;
+        cookies[i] = xcb_get_selection_owner(m_connection, m_owned[i].selection);
+    }
+    bool ownsAll = true;
+    for (size_t i = 0; i < m_owned.size(); ++i) {
+        const XcbPointer<xcb_get_selection_owner_reply_t> reply(
+            xcb_get_selection_owner_reply(m_connection, cookies[i], nullptr));
+        const bool isOwner = reply && reply->owner == m_window;
+        m_owned[i].text = isOwner ? shared : nullptr;
+        ownsAll = ownsAll && isOwner;
+    }
+    return ownsAll;
+}
+
+bool SelectionOwner::owns(xcb_atom_t selection) const
+{
+    return std::any_of(m_owned.begin(), m_owned.end(), [&](const Owned &owned) {
+        return owned.selection == selection && owned.text;
+    });
+}
+
+void SelectionOwner::handle(const xcb_generic_event_t &event)
+{
+    switch (event.response_type & 0x7f) {
+    case XCB_SELECTION_CLEAR:
+        // One that was sent before our latest takeover is about an earlier ownership.
+        if (!isBefore(event.full_sequence, m_takeoverSequence))
+            selectionCleared(reinterpret_cast<const xcb_selection_clear_event_t &>(event));
+        break;
+    case XCB_SELECTION_REQUEST:
+        selectionRequested(reinterpret_cast<const xcb_selection_request_event_t &>(event));
+        break;
+    case XCB_PROPERTY_NOTIFY:
+        propertyDeleted(reinterpret_cast<const xcb_property_notify_event_t &>(event));
+        break;
+    case XCB_DESTROY_NOTIFY:
+        dropTransfersTo(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
+        break;
+    case 0: // an error: the requestor vanished before we wrote to it
+        dropTransfersTo(reinterpret_cast<const xcb_value_error_t &>(event).bad_value);
+        break;
+    default:
+        break;
+    }
+}
+
+void SelectionOwner::selectionCleared(const xcb_selection_clear_event_t &event)
+{
+    for (Owned &owned : m_owned) {
+        if (owned.selection == event.selection)
+            owned.text.reset();
+    }
+}
+
+const SelectionText *SelectionOwner::textFor(const xcb_selection_request_event_t &event) const
+{
+    const auto owned = std::find_if(m_owned.begin(), m_owned.end(), [&](const Owned &candidate) {
+        return candidate.selection == event.selection;
+    });
+    if (owned == m_owned.end() || !owned->text)
+        return nullptr;
+    // Whoever asks with an earlier time means what somebody else had on the selection.
+    if (event.time != XCB_CURRENT_TIME && isBefore(event.time, m_since))
+        return nullptr;
+    return owned->text.get();
+}
+
+void SelectionOwner::selectionRequested(const xcb_selection_request_event_t &event)
+{
+    // Obsolete clients leave the property open (ICCCM 2.2).
+    const xcb_atom_t property = event.property == XCB_ATOM_NONE ? event.target : event.property;
+    const SelectionText *text = textFor(event);
+    bool isConverted = false;
+    if (text && event.target == m_atoms.multiple)
+        isConverted =
+            event.property != XCB_ATOM_NONE && convertMultiple(*text, event.requestor, property);
+    else if (text)
+        isConverted = convert(*text, event.requestor, event.target, property);
+
+    // xcb sends a whole event, which is longer than this one.
+    union {
+        xcb_selection_notify_event_t notify;
+        char wholeEvent[32];
+    } answer{};
+    answer.notify.response_type = XCB_SELECTION_NOTIFY;
+    answer.notify.time = event.time;
+    answer.notify.requestor = event.requestor;
+    answer.notify.selection = event.selection;
+    answer.notify.target = event.target;
+    answer.notify.property = isConverted ? property : xcb_atom_t(XCB_ATOM_NONE);
+    xcb_send_event(m_connection, 0, event.requestor, XCB_EVENT_MASK_NO_EVENT, answer.wholeEvent);
+}
+
+bool SelectionOwner::convert(const SelectionText &text, xcb_window_t requestor, xcb_atom_t target,
+                             xcb_atom_t property)
+{
+    if (target == m_atoms.targets) {
+        writeTargets(text, requestor, property);
+        return true;
+    }
+    if (target == m_atoms.timestamp) {
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property,
+                            XCB_ATOM_INTEGER, 32, 1, &m_since);
+        return true;
+    }
+    if (target == m_atoms.saveTargets) { // asks for an effect, not for a value
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property, m_atoms.null,
+                            32, 0, nullptr);
+        return true;
+    }
+    return convertText(text, requestor, target, property);
+}
+
+bool SelectionOwner::convertText(const SelectionText &text, xcb_window_t requestor,
+                                 xcb_atom_t target, xcb_atom_t property)
+{
+    if (target == XCB_ATOM_STRING && text.isLatin1()) {
+        send(requestor, property, XCB_ATOM_STRING, text.latin1());
+        return true;
+    }
+    if (target == m_atoms.text) { // the type is the owner's choice
+        send(requestor, property, m_atoms.utf8String, text.utf8());
+        return true;
+    }
+    if (target == m_atoms.utf8String || target == m_atoms.plainText ||
+        target == m_atoms.plainTextUtf8) {
+        send(requestor, property, target, text.utf8());
+        return true;
+    }
+    return false;
+}
+
+void SelectionOwner::writeTargets(const SelectionText &text, xcb_window_t requestor,
+                                  xcb_atom_t property)
+{
+    std::vector<xcb_atom_t> targets{m_atoms.targets,     m_atoms.timestamp,  m_atoms.multiple,
+                                    m_atoms.saveTargets, m_atoms.utf8String, m_atoms.plainTextUtf8,
+                                    m_atoms.plainText,   m_atoms.text};
+    if (text.isLatin1())
+        targets.push_back(XCB_ATOM_STRING);
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property, XCB_ATOM_ATOM, 32,
+                        uint32_t(targets.size()), targets.data());
+}
+
+bool SelectionOwner::convertMultiple(const SelectionText &text, xcb_window_t requestor,
+                                     xcb_atom_t property)
+{
+    const XcbPointer<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection,
+                               xcb_get_property(m_connection, 0, requestor, property,
+                                                XCB_GET_PROPERTY_TYPE_ANY, 0, longestMultiple),
+                               nullptr));
+    if (!reply || reply->format != 32)
+        return false;
+    const auto *values = static_cast<const xcb_atom_t *>(xcb_get_property_value(reply.get()));
+    std::vector<xcb_atom_t> pairs(values, values + reply->value_len);
+    for (size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        const xcb_atom_t target = pairs[i];
+        xcb_atom_t &destination = pairs[i + 1];
+        if (destination != XCB_ATOM_NONE && target != m_atoms.multiple &&
+            convert(text, requestor, target, destination))
+            continue;
+        destination = XCB_ATOM_NONE;
+    }
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property, m_atoms.atomPair,
+                        32, uint32_t(pairs.size()), pairs.data());
+    return true;
+}
+
+void SelectionOwner::send(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type,
+                          const QByteArray &bytes)
+{
+    if (bytes.size() <= m_pieceSize) {
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property, type, 8,
+                            uint32_t(bytes.size()), bytes.constData());
+        return;
+    }
+    std::erase_if(m_transfers, [&](const IncrementalTransfer &transfer) {
+        return transfer.requestor() == requestor && transfer.property() == property;
+    });
+    xcb_change_window_attributes(m_connection, requestor, XCB_CW_EVENT_MASK, &requestorEvents);
+    m_transfers.emplace_back(m_connection, requestor, property, type, bytes, m_atoms.incr,
+                             m_pieceSize);
+}
+
+void SelectionOwner::propertyDeleted(const xcb_property_notify_event_t &event)
+{
+    if (event.state != XCB_PROPERTY_DELETE)
+        return;
+    const auto transfer = std::find_if(
+        m_transfers.begin(), m_transfers.end(), [&](const IncrementalTransfer &candidate) {
+            return candidate.requestor() == event.window && candidate.property() == event.atom;
+        });
+    if (transfer == m_transfers.end())
+        return;
+    transfer->sendNext();
+    if (transfer->isFinished()) {
+        m_transfers.erase(transfer);
+        unwatch(event.window);
+    }
+}
+
+void SelectionOwner::dropTransfersTo(xcb_window_t requestor)
+{
+    std::erase_if(m_transfers, [&](const IncrementalTransfer &transfer) {
+        return transfer.requestor() == requestor;
+    });
+}
+
+void SelectionOwner::unwatch(xcb_window_t requestor)
+{
+    const bool isStillNeeded =
+        std::any_of(m_transfers.begin(), m_transfers.end(), [&](const IncrementalTransfer &other) {
+            return other.requestor() == requestor;
+        });
+    constexpr uint32_t noEvents = XCB_EVENT_MASK_NO_EVENT;
+    if (!isStillNeeded)
+        xcb_change_window_attributes(m_connection, requestor, XCB_CW_EVENT_MASK, &noEvents);
+}
+
+IncrementalTransfer::Clock::time_point SelectionOwner::firstDeadline() const
+{
+    auto first = IncrementalTransfer::Clock::time_point::max();
+    for (const IncrementalTransfer &transfer : m_transfers)
+        first = std::min(first, transfer.deadline());
+    return first;
+}
+
+void SelectionOwner::giveUpStalledTransfers()
+{
+    const auto now = IncrementalTransfer::Clock::now();
+    std::vector<xcb_window_t> stalled;
+    for (const IncrementalTransfer &transfer : m_transfers) {
+        if (transfer.deadline() <= now)
+            stalled.push_back(transfer.requestor());
+    }
+    std::erase_if(m_transfers,
+                  [&](const IncrementalTransfer &transfer) { return transfer.deadline() <= now; });
+    for (const xcb_window_t requestor : stalled)
+        unwatch(requestor);
+}
+
+} // namespace kestrova
