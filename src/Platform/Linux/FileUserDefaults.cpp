@@ -1,13 +1,12 @@
 #include "Platform/Linux/FileUserDefaults.h"
 
-#include "Models/ReadableError.h"
+#include "Platform/FileSystem.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStandardPaths>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -23,19 +22,6 @@ constexpr QFile::Permissions privateFile = QFile::ReadOwner | QFile::WriteOwner;
 [[noreturn]] void fail(const QString &path, const QString &reason)
 {
     throw PlatformError(path + u": "_s + reason);
-}
-
-// A rename is durable only once the folder that holds the name is on disk too.
-void syncDirectory(const QString &directory)
-{
-    const int descriptor = open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY);
-    if (descriptor < 0 || fsync(descriptor) != 0) {
-        const int error = errno;
-        if (descriptor >= 0)
-            close(descriptor);
-        fail(directory, qt_error_string(error));
-    }
-    close(descriptor);
 }
 
 bool haveSameBytes(const QString &first, const QString &second)
@@ -104,7 +90,7 @@ void FileUserDefaults::setAside(const QString &key)
         // Some file systems know no second names.
         if (QFile::copy(original, aside))
             break;
-        fail(aside, qt_error_string(error));
+        throw fileError(aside, error);
     }
     syncDirectory(m_directory);
 }
