@@ -63,9 +63,13 @@ def transcribe(command: list[str], clips: list[Path]) -> list[Transcript]:
         for output in outputs:
             full_command += ["-of", str(output)]
         started = time.monotonic()
-        result = subprocess.run(
-            full_command, capture_output=True, text=True, errors="replace",
-            timeout=SECONDS_PER_CLIP * len(clips))
+        try:
+            result = subprocess.run(
+                full_command, capture_output=True, text=True,
+                errors="replace", timeout=SECONDS_PER_CLIP * len(clips))
+        except subprocess.TimeoutExpired as error:
+            raise SystemExit(
+                f"{command[0]} took over {error.timeout} s.") from error
         seconds = (time.monotonic() - started) / len(clips)
         texts = [output.with_suffix(".txt") for output in outputs]
         if result.returncode or not all(text.exists() for text in texts):

@@ -1,7 +1,7 @@
 """Sentences of everyday dictation: e-mail, office and household English.
 
-The patterns are in grammar/sentences.txt, the word classes they draw from in
-grammar/slots.txt. Every function that takes a random.Random is deterministic
+The patterns are in language/sentences.txt, the word classes they draw from in
+language/slots.txt. Every function that takes a random.Random is deterministic
 for a given state of it.
 
 Run as a program it prints the size of the vocabulary and some sentences.
@@ -14,7 +14,7 @@ from dataclasses import dataclass
 from functools import lru_cache
 from pathlib import Path
 
-GRAMMAR_FOLDER = Path(__file__).resolve().parent / "grammar"
+LANGUAGE_FOLDER = Path(__file__).resolve().parent / "language"
 
 # Adjectives, adverbs and nouns that can follow a pattern's or slot's "a".
 TAKES_AN = (
@@ -65,7 +65,7 @@ def slots() -> dict[str, list[str]]:
     """Return the alternatives of every slot."""
     texts: dict[str, str] = {}
     name = ""
-    for line in _content_lines(GRAMMAR_FOLDER / "slots.txt"):
+    for line in _content_lines(LANGUAGE_FOLDER / "slots.txt"):
         if line.startswith(" "):
             texts[name] += line
         else:
@@ -78,7 +78,7 @@ def slots() -> dict[str, list[str]]:
 @lru_cache(maxsize=None)
 def patterns() -> list[str]:
     """Return the sentence patterns."""
-    return _content_lines(GRAMMAR_FOLDER / "sentences.txt")
+    return _content_lines(LANGUAGE_FOLDER / "sentences.txt")
 
 
 def expand(pattern: str, rng: random.Random) -> str:
