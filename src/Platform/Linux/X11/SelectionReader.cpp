@@ -99,6 +99,7 @@ bool SelectionReader::waitFor(uint8_t type, Condition isWanted)
             isWanted(*reinterpret_cast<const Event *>(event.get())))
             return true;
     }
+    m_end = Clock::now(); // whoever does not answer once is not asked again
     return false;
 }
 
