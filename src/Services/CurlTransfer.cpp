@@ -151,7 +151,7 @@ bool CurlTransfer::beginBody()
     long status = 0;
     curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     if (m_offset > 0) {
-        if (status == 206 && isTheRest())
+        if (status == 206 && takeUpTheRest())
             return true;
         m_restRefused = status != 200; // A 200 brings the whole file, perhaps a newer one.
         if (m_restRefused)
@@ -166,26 +166,32 @@ bool CurlTransfer::beginBody()
 }
 
 // RFC 9110, 14.4 and 15.3.7: "Content-Range: bytes FIRST-LAST/TOTAL", with the validator again.
-bool CurlTransfer::isTheRest() const
+bool CurlTransfer::takeUpTheRest()
 {
     static const QRegularExpression form(u"^bytes (\\d+)-\\d+/(\\d+|\\*)$"_s);
     const auto match = form.match(QString::fromLatin1(header("Content-Range")));
-    const auto total = match.captured(2);
+    if (!match.hasMatch() || match.captured(1).toLongLong() != m_offset)
+        return false;
     const QByteArray tag = header("ETag");
-    return match.hasMatch() && match.captured(1).toLongLong() == m_offset &&
-           (!m_download.totalBytes || total == u'*' ||
-            total.toLongLong() == m_download.totalBytes) &&
-           (tag.isEmpty() || !m_download.validator.startsWith('"') || tag == m_download.validator);
+    if (!tag.isEmpty() && m_download.validator.startsWith('"') && tag != m_download.validator)
+        return false;
+    if (match.captured(2) == u'*')
+        return true;
+    const qint64 total = match.captured(2).toLongLong();
+    if (m_download.totalBytes.value_or(total) != total)
+        return false;
+    m_download.totalBytes = total;
+    return true;
 }
 
 // RFC 9110, 13.1.5: If-Range takes a strong entity tag (8.8.3), or a date that is at least a second
 // older than the answer (8.8.2.2).
 QByteArray CurlTransfer::validator() const
 {
-    const QByteArray tag = header("ETag");
+    QByteArray tag = header("ETag");
     if (tag.startsWith('"'))
         return tag;
-    const QByteArray modified = header("Last-Modified");
+    QByteArray modified = header("Last-Modified");
     const time_t modifiedAt = curl_getdate(modified.constData(), nullptr);
     const time_t answeredAt = curl_getdate(header("Date").constData(), nullptr);
     return modifiedAt >= 0 && modifiedAt < answeredAt ? modified : QByteArray();

@@ -47,8 +47,10 @@ private:
     Result resultOf(CURLcode code);
 
     static std::size_t receive(char *bytes, std::size_t, std::size_t count, void *self);
+    /// False when the body is of no use and the transfer must end.
     bool beginBody();
-    bool isTheRest() const;
+    /// Whether the answer is what was asked for: it goes on where the file ends.
+    bool takeUpTheRest();
     QByteArray validator() const;
     QByteArray header(const char *name) const;
     QString failureText(CURLcode code) const;

@@ -18,7 +18,7 @@ namespace {
 
 QUrl parseDownloadURL(const QString &string)
 {
-    const QUrl url(string, QUrl::StrictMode);
+    QUrl url(string, QUrl::StrictMode);
     if (!url.isValid()) // An empty one is not valid either.
         throw KestrovaError::configuration(u"Model download URL is not configured."_s);
     return url;

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Large enough that the reading costs nothing beside the hashing, small enough for the cache.
-constexpr std::size_t pieceSize = 256 * 1024;
+constexpr std::size_t pieceSize = 0x40000;
 
 void require(int opensslResult)
 {

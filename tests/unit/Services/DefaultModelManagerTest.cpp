@@ -34,7 +34,7 @@ protected:
         return manager.prepareModelIfNeeded(forceDownload, stop);
     }
 
-    /// The description of what prepare() throws; the kind when it is a KestrovaError.
+    /// The description of the error that prepare() throws; any other passes through.
     template <typename Error = PlatformError>
     QString failure(bool forceDownload = false)
     {

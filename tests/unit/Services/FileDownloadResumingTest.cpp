@@ -111,17 +111,36 @@ TEST_F(FileDownloadThatBreaks, TakesTheNewFileWhenTheServerHasAnother)
     EXPECT_EQ(fetch(server), newer.body);
 }
 
+/// The range that was asked for, cut short as a server may do.
+QByteArray shortPart(const QByteArray &body, qsizetype start)
+{
+    const QByteArray part = body.mid(start, 50'000);
+    return responseHead("206 Partial Content",
+                        {"ETag: \"v1\"", "Content-Length: " + QByteArray::number(part.size()),
+                         "Content-Range: bytes " + QByteArray::number(start) + '-' +
+                             QByteArray::number(start + part.size() - 1) + '/' +
+                             QByteArray::number(body.size())}) +
+           part;
+}
+
 TEST_F(FileDownloadThatBreaks, GoesOnUntilTheWholeFileIsThereWhenTheServerSendsLessThanAsked)
 {
-    const LoopbackHttpServer server(breakingThen([&](const HttpRequest &request) {
-        const qsizetype start = request.rangeStart();
-        const QByteArray part = file.body.mid(start, 50'000);
-        return responseHead("206 Partial Content",
-                            {"ETag: \"v1\"", "Content-Length: " + QByteArray::number(part.size()),
-                             "Content-Range: bytes " + QByteArray::number(start) + '-' +
-                                 QByteArray::number(start + part.size() - 1) + "/200000"}) +
-               part;
-    }));
+    const LoopbackHttpServer server(breakingThen(
+        [&](const HttpRequest &request) { return shortPart(file.body, request.rangeStart()); }));
+    EXPECT_EQ(fetch(server), file.body);
+    EXPECT_EQ(requestCount, 4);
+}
+
+TEST_F(FileDownloadThatBreaks, LearnsTheLengthFromTheRestWhenTheBeginningDidNotTellIt)
+{
+    const LoopbackHttpServer server([&](const HttpRequest &request, Connection &connection) {
+        if (requestCount++ > 0)
+            connection.send(shortPart(file.body, request.rangeStart()));
+        else
+            connection.send(responseHead("200 OK", {"ETag: \"v1\"", "Transfer-Encoding: chunked"}) +
+                            QByteArray::number(file.body.size(), 16) + "\r\n" +
+                            file.body.left(cut));
+    });
     EXPECT_EQ(fetch(server), file.body);
     EXPECT_EQ(requestCount, 4);
 }

@@ -36,8 +36,7 @@ HttpRequest parseRequest(const QByteArray &head)
 
 qsizetype HttpRequest::rangeStart() const
 {
-    const QByteArray range = headers.value("range");
-    return range.mid(qsizetype(sizeof("bytes=") - 1)).chopped(range.isEmpty() ? 0 : 1).toLongLong();
+    return headers.value("range").split('=').last().split('-').first().toLongLong();
 }
 
 void LoopbackHttpServer::Connection::send(const QByteArray &bytes)

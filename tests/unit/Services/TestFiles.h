@@ -5,7 +5,7 @@
 
 namespace kestrova {
 
-/// The bytes of a file; none-like empty when it cannot be read.
+/// The bytes of a file; empty when it cannot be read.
 inline QByteArray readFile(const QString &path)
 {
     QFile file(path);
