@@ -43,6 +43,12 @@ xcb_window_t X11Connection::root() const
     return m_screen ? m_screen->root : xcb_window_t{XCB_WINDOW_NONE};
 }
 
+bool X11Connection::hasExtension(xcb_extension_t *extension) const
+{
+    const xcb_query_extension_reply_t *const data = xcb_get_extension_data(m_connection, extension);
+    return data && data->present;
+}
+
 xcb_atom_t X11Connection::atom(const QByteArray &name)
 {
     const std::lock_guard lock(m_mutex);

@@ -44,6 +44,9 @@ public:
     const xcb_screen_t *screen() const { return m_screen; }
     /// The default screen's root window; XCB_WINDOW_NONE when connecting failed.
     xcb_window_t root() const;
+    /// To be asked before an extension's first request: a request of one that the server does not
+    /// have closes the connection.
+    bool hasExtension(xcb_extension_t *extension) const;
 
     /// XCB_ATOM_NONE when the server has gone. Asks the server only the first time.
     xcb_atom_t atom(const QByteArray &name);

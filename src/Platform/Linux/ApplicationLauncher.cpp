@@ -1,0 +1,73 @@
+#include "Platform/Linux/ApplicationLauncher.h"
+
+#include "Platform/Linux/GioPointer.h"
+
+#include <QFile>
+#include <QSysInfo>
+
+#include <gio/gdesktopappinfo.h>
+
+#include <unistd.h>
+
+namespace kestrova {
+
+namespace {
+
+// Without G_SPAWN_DO_NOT_REAP_CHILD, GLib starts a grandchild of which init takes care; open files
+// are closed without G_SPAWN_LEAVE_DESCRIPTORS_OPEN.
+constexpr auto spawnFlags =
+    GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
+
+// Runs between fork and exec: async-signal-safe calls only. Our terminal's Ctrl-C is not for them.
+void enterOwnSession(gpointer)
+{
+    setsid();
+}
+
+bool launch(GDesktopAppInfo *application, GList *uris, const QByteArray &startupId)
+{
+    const GioPointer<GAppLaunchContext> context(g_app_launch_context_new());
+    g_app_launch_context_setenv(context.get(), "DESKTOP_STARTUP_ID", startupId.constData());
+    // The variant "as manager" is the one that takes spawn flags.
+    return g_desktop_app_info_launch_uris_as_manager(application, uris, context.get(), spawnFlags,
+                                                     enterOwnSession, nullptr, nullptr, nullptr,
+                                                     nullptr) != FALSE;
+}
+
+GAppInfo *handlerOf(const QUrl &address, const QByteArray &uri)
+{
+    // Only a file has a type of its own; elsewhere the scheme decides.
+    if (!address.isLocalFile())
+        return g_app_info_get_default_for_uri_scheme(address.scheme().toUtf8().constData());
+    const GioPointer<GFile> file(g_file_new_for_uri(uri.constData()));
+    return g_file_query_default_handler(file.get(), nullptr, nullptr);
+}
+
+} // namespace
+
+QByteArray startupId(int launchNumber, quint32 serverTime)
+{
+    return "kestrova-" + QByteArray::number(getpid()) + '-' + QSysInfo::machineHostName().toUtf8() +
+           '-' + QByteArray::number(launchNumber) + "_TIME" + QByteArray::number(serverTime);
+}
+
+bool launchApplication(const QString &desktopEntryPath, const QByteArray &startupId)
+{
+    const GioPointer<GDesktopAppInfo> application(
+        g_desktop_app_info_new_from_filename(QFile::encodeName(desktopEntryPath).constData()));
+    return application && launch(application.get(), nullptr, startupId);
+}
+
+bool launchHandler(const QUrl &address, const QByteArray &startupId)
+{
+    QByteArray uri = address.toEncoded();
+    if (!address.isValid() || address.scheme().isEmpty())
+        return false;
+    const GioPointer<GAppInfo> handler(handlerOf(address, uri));
+    if (!handler || !G_IS_DESKTOP_APP_INFO(handler.get()))
+        return false;
+    GList uris{uri.data(), nullptr, nullptr};
+    return launch(G_DESKTOP_APP_INFO(handler.get()), &uris, startupId);
+}
+
+} // namespace kestrova

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+namespace kestrova {
+
+/// Starting other programs for the user. They get a session of their own, no output and no open
+/// files of ours, so that they outlive us and leave nothing behind that we would have to wait for.
+/// Needs neither an event loop nor a session bus. Main thread.
+
+/// The id that ties a window to the request that it should appear (freedesktop.org Startup
+/// Notification Protocol): by the time in it, the window manager sees that the window is wanted
+/// now and lets it come to the front. launchNumber makes it unique within this process.
+QByteArray startupId(int launchNumber, quint32 serverTime);
+
+/// Starts the application of this desktop entry file; false when that failed.
+bool launchApplication(const QString &desktopEntryPath, const QByteArray &startupId);
+
+/// Opens an address with the application that handles it; false when none does or it did not
+/// start.
+bool launchHandler(const QUrl &address, const QByteArray &startupId);
+
+} // namespace kestrova

@@ -1,0 +1,164 @@
+#include "Platform/Linux/X11/X11Windows.h"
+
+#include "Platform/Linux/ProcessStatus.h"
+#include "Platform/Linux/X11/X11ServerTime.h"
+
+#include <QSysInfo>
+
+#include <xcb/res.h>
+
+#include <unistd.h>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr quint32 onAllDesktops = 0xFFFFFFFF;
+/// The id of our own desktop entry, which our windows have even when it is not installed.
+constexpr QLatin1StringView ownBundleIdentifier("com.kestrova.app");
+constexpr QLatin1StringView ownName("Kestrova");
+/// Source indication of _NET_ACTIVE_WINDOW: pagers act for the user, so they are not refused.
+constexpr quint32 fromPager = 2;
+
+DesktopEntry ownEntry()
+{
+    DesktopEntry entry;
+    entry.identifier = ownBundleIdentifier;
+    entry.name = ownName;
+    return entry;
+}
+
+} // namespace
+
+QList<xcb_window_t> X11Windows::stacked()
+{
+    const auto managed = m_connection.values(m_connection.root(), "_NET_CLIENT_LIST_STACKING");
+    return managed.isEmpty() ? m_connection.values(m_connection.root(), "_NET_CLIENT_LIST")
+                             : managed;
+}
+
+QList<X11Window> X11Windows::all()
+{
+    QList<X11Window> windows;
+    for (const xcb_window_t window : stacked())
+        windows.append(describe(window));
+    return windows;
+}
+
+std::optional<X11Window> X11Windows::active()
+{
+    const xcb_window_t window = m_connection.value(m_connection.root(), "_NET_ACTIVE_WINDOW");
+    if (window == XCB_WINDOW_NONE ||
+        !m_connection.values(m_connection.root(), "_NET_CLIENT_LIST").contains(window))
+        return std::nullopt;
+    return describe(window);
+}
+
+QString X11Windows::title(xcb_window_t window)
+{
+    const QString title = m_connection.text(window, "_NET_WM_NAME");
+    return title.isEmpty() ? m_connection.text(window, "WM_NAME") : title;
+}
+
+X11Window X11Windows::describe(xcb_window_t window)
+{
+    X11Window result;
+    result.window = window;
+    result.processIdentifier = processIdentifier(window);
+    std::tie(result.instanceName, result.className) = classOf(window);
+    const QList<quint32> states = m_connection.values(window, "_NET_WM_STATE");
+    result.isRegular = isRegular(window, states);
+    result.isMinimised = states.contains(m_connection.atom("_NET_WM_STATE_HIDDEN"));
+    identify(result);
+    return result;
+}
+
+void X11Windows::identify(X11Window &window)
+{
+    if (const auto entry = application(window)) {
+        window.bundleIdentifier = entry->identifier;
+        window.localizedName = entry->name;
+    } else if (!window.className.isEmpty()) {
+        window.localizedName = window.className;
+    } else if (const auto process = processStatus(window.processIdentifier)) {
+        window.localizedName = process->name;
+    }
+}
+
+std::optional<DesktopEntry> X11Windows::application(const X11Window &window)
+{
+    if (window.processIdentifier == getpid())
+        return m_entries.application(ownBundleIdentifier).value_or(ownEntry());
+
+    WindowClues clues{m_connection.text(window.window, "_GTK_APPLICATION_ID"), window.instanceName,
+                      window.className, executablePath(window.processIdentifier)};
+    if (const auto entry = m_entries.application(clues))
+        return entry;
+    // A dialog may have a class of its own but belongs to the application of the window it is for.
+    const xcb_window_t leader = m_connection.value(window.window, "WM_TRANSIENT_FOR");
+    if (leader == XCB_WINDOW_NONE)
+        return std::nullopt;
+    clues.gtkApplicationId = m_connection.text(leader, "_GTK_APPLICATION_ID");
+    std::tie(clues.instanceName, clues.className) = classOf(leader);
+    return m_entries.application(clues);
+}
+
+std::pair<QString, QString> X11Windows::classOf(xcb_window_t window)
+{
+    const QStringList names = m_connection.text(window, "WM_CLASS").split(u'\0');
+    return {names.value(0), names.value(1)};
+}
+
+qint32 X11Windows::processIdentifier(xcb_window_t window)
+{
+    // A client that has forked since it connected is known by the process that has ended.
+    const qint32 client = clientProcess(window);
+    if (client > 0 && processStatus(client))
+        return client;
+    const QString machine = m_connection.text(window, "WM_CLIENT_MACHINE");
+    if (!machine.isEmpty() && machine != QSysInfo::machineHostName())
+        return client;
+    const auto claimed = static_cast<qint32>(m_connection.value(window, "_NET_WM_PID"));
+    return claimed > 0 ? claimed : client;
+}
+
+// What the X server knows of the client's socket; 0 for a client of another machine or container.
+qint32 X11Windows::clientProcess(xcb_window_t window)
+{
+    if (!m_connection.hasExtension(&xcb_res_id))
+        return 0;
+    const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const XcbPointer<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+        m_connection.xcb(), xcb_res_query_client_ids(m_connection.xcb(), 1, &wanted), nullptr));
+    if (!reply)
+        return 0;
+    const auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
+    if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) == 0)
+        return 0;
+    return static_cast<qint32>(*xcb_res_client_id_value_value(ids.data));
+}
+
+bool X11Windows::isRegular(xcb_window_t window, const QList<quint32> &states)
+{
+    if (states.contains(m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR")))
+        return false;
+    const QList<quint32> types = m_connection.values(window, "_NET_WM_WINDOW_TYPE");
+    if (types.isEmpty())
+        return m_connection.value(window, "WM_TRANSIENT_FOR") == XCB_WINDOW_NONE;
+    return types.contains(m_connection.atom("_NET_WM_WINDOW_TYPE_NORMAL"));
+}
+
+void X11Windows::activate(xcb_window_t window)
+{
+    const xcb_timestamp_t now = serverTime(m_connection);
+    const quint32 current = m_connection.value(m_connection.root(), "_NET_CURRENT_DESKTOP");
+    const QList<quint32> desktop = m_connection.values(window, "_NET_WM_DESKTOP");
+    if (!desktop.isEmpty() && desktop.first() != onAllDesktops && desktop.first() != current)
+        m_connection.sendToRoot(m_connection.root(), "_NET_CURRENT_DESKTOP",
+                                {desktop.first(), now});
+    m_connection.sendToRoot(window, "_NET_ACTIVE_WINDOW", {fromPager, now});
+}
+
+} // namespace kestrova

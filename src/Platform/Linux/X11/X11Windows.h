@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Platform/Linux/DesktopEntries.h"
+#include "Platform/Linux/X11/X11Connection.h"
+
+#include <optional>
+#include <utility>
+
+namespace kestrova {
+
+/// A window that the window manager manages, as seen at one moment.
+struct X11Window
+{
+    xcb_window_t window = XCB_WINDOW_NONE;
+    qint32 processIdentifier = 0; ///< 0 when it is not known, as for a window of another machine
+    std::optional<QString> bundleIdentifier; ///< none when no installed application matches
+    std::optional<QString> localizedName;    ///< of the application
+    QString instanceName;                    ///< first part of WM_CLASS
+    QString className;                       ///< second part of WM_CLASS
+    bool isRegular = false;                  ///< an ordinary window that task bars show
+    bool isMinimised = false;
+};
+
+/// The windows of the desktop and the applications that they belong to. Usable from any thread;
+/// every answer costs a few round trips to the X server per window. The hints are those of the
+/// freedesktop.org Extended Window Manager Hints.
+class X11Windows
+{
+public:
+    /// Both outlive this.
+    X11Windows(X11Connection &connection, DesktopEntries &entries)
+        : m_connection(connection), m_entries(entries)
+    {
+    }
+
+    /// Every managed window, the topmost last.
+    QList<X11Window> all();
+    /// The window that has the keyboard; none when no managed window has it. A window manager may
+    /// go on naming a window that is gone.
+    std::optional<X11Window> active();
+    /// The title as window managers show it.
+    QString title(xcb_window_t window);
+
+    /// Asks the window manager to show the window on top with the keyboard: on its own desktop,
+    /// which is switched to, and also when it is minimised.
+    void activate(xcb_window_t window);
+
+private:
+    QList<xcb_window_t> stacked();
+    X11Window describe(xcb_window_t window);
+    qint32 processIdentifier(xcb_window_t window);
+    qint32 clientProcess(xcb_window_t window);
+    void identify(X11Window &window);
+    std::optional<DesktopEntry> application(const X11Window &window);
+    std::pair<QString, QString> classOf(xcb_window_t window);
+    bool isRegular(xcb_window_t window, const QList<quint32> &states);
+
+    X11Connection &m_connection;
+    DesktopEntries &m_entries;
+};
+
+} // namespace kestrova

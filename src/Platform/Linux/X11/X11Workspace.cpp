@@ -1,0 +1,184 @@
+#include "Platform/Linux/X11/X11Workspace.h"
+
+#include "Platform/Linux/ApplicationLauncher.h"
+#include "Platform/Linux/ProcessStatus.h"
+#include "Platform/Linux/X11/X11ServerTime.h"
+
+#include <algorithm>
+#include <map>
+#include <tuple>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+template <typename Handler>
+class ActivationObservation final : public Workspace::Observation
+{
+public:
+    explicit ActivationObservation(std::shared_ptr<const Handler> handler)
+        : m_handler(std::move(handler))
+    {
+    }
+
+private:
+    const std::shared_ptr<const Handler> m_handler;
+};
+
+RunningApplication applicationOf(const X11Window &window)
+{
+    RunningApplication application;
+    application.processIdentifier = window.processIdentifier;
+    application.bundleIdentifier = window.bundleIdentifier;
+    application.localizedName = window.localizedName;
+    application.isRegular = window.isRegular;
+    application.isTerminated =
+        window.processIdentifier > 0 && !processStatus(window.processIdentifier);
+    return application;
+}
+
+bool isSameApplication(const RunningApplication &a, const RunningApplication &b)
+{
+    // Without a process, the name is what is left to tell applications apart.
+    return a.processIdentifier == b.processIdentifier && a.bundleIdentifier == b.bundleIdentifier &&
+           (a.processIdentifier > 0 || a.localizedName == b.localizedName);
+}
+
+quint64 startTime(const RunningApplication &application)
+{
+    const auto status = processStatus(application.processIdentifier);
+    return status ? status->startTime : 0;
+}
+
+} // namespace
+
+X11Workspace::X11Workspace(X11Connection &connection, X11Windows &windows, DesktopEntries &entries,
+                           const QByteArray &displayName)
+    : m_connection(connection), m_windows(windows), m_entries(entries), m_displayName(displayName)
+{
+}
+
+// The topmost application last.
+QList<RunningApplication> X11Workspace::applications()
+{
+    const auto active = m_windows.active();
+    QList<RunningApplication> applications;
+    for (const X11Window &window : m_windows.all()) {
+        RunningApplication application = applicationOf(window);
+        application.isActive = active && isSameApplication(application, applicationOf(*active));
+        const auto known = std::ranges::find_if(
+            applications, [&](const auto &other) { return isSameApplication(application, other); });
+        if (known != applications.end()) {
+            application.isRegular = application.isRegular || known->isRegular;
+            applications.erase(known);
+        }
+        applications.append(application);
+    }
+    return applications;
+}
+
+std::optional<RunningApplication> X11Workspace::frontmostApplication()
+{
+    const auto window = m_windows.active();
+    if (!window)
+        return std::nullopt;
+    RunningApplication application = applicationOf(*window);
+    application.isActive = true;
+    if (!application.isRegular) {
+        application.isRegular = std::ranges::any_of(m_windows.all(), [&](const X11Window &other) {
+            return other.isRegular && isSameApplication(application, applicationOf(other));
+        });
+    }
+    return application;
+}
+
+std::optional<RunningApplication> X11Workspace::runningApplication(qint32 processIdentifier)
+{
+    if (processIdentifier < 1)
+        return std::nullopt;
+    const QList<RunningApplication> all = applications();
+    const auto found = std::find_if(all.rbegin(), all.rend(), [&](const auto &application) {
+        return application.processIdentifier == processIdentifier;
+    });
+    return found == all.rend() ? std::nullopt : std::optional(*found);
+}
+
+QList<RunningApplication> X11Workspace::runningApplications(const QString &bundleIdentifier)
+{
+    std::multimap<quint64, RunningApplication> byStartTime;
+    for (const RunningApplication &application : applications()) {
+        if (application.bundleIdentifier == bundleIdentifier)
+            byStartTime.emplace(startTime(application), application);
+    }
+    QList<RunningApplication> oldestFirst;
+    for (const auto &[time, application] : byStartTime)
+        oldestFirst.append(application);
+    return oldestFirst;
+}
+
+void X11Workspace::activate(const RunningApplication &application)
+{
+    QList<X11Window> windows = m_windows.all();
+    windows.removeIf([&](const X11Window &window) {
+        return !isSameApplication(application, applicationOf(window));
+    });
+    // Of equals, the last, which is the topmost.
+    const auto isWorseOrBelow = [](const X11Window &a, const X11Window &b) {
+        return std::tuple(a.isRegular, !a.isMinimised) <= std::tuple(b.isRegular, !b.isMinimised);
+    };
+    const auto best = std::ranges::max_element(windows, isWorseOrBelow);
+    if (best != windows.end())
+        m_windows.activate(best->window);
+}
+
+bool X11Workspace::isInstalled(const QString &bundleIdentifier)
+{
+    return m_entries.application(bundleIdentifier).has_value();
+}
+
+void X11Workspace::openApplication(const QString &bundleIdentifier)
+{
+    if (const auto entry = m_entries.application(bundleIdentifier))
+        launchApplication(entry->path, newStartupId());
+}
+
+bool X11Workspace::openAddress(const QUrl &address)
+{
+    return launchHandler(address, newStartupId());
+}
+
+QByteArray X11Workspace::newStartupId()
+{
+    return startupId(++m_launchCount, serverTime(m_connection));
+}
+
+std::unique_ptr<Workspace::Observation> X11Workspace::observeActivations(Handler handler)
+{
+    if (!m_watcher) {
+        m_watcher = std::make_unique<X11RootWatcher>(m_displayName, "_NET_ACTIVE_WINDOW",
+                                                     [this] { reportActivation(); });
+        m_lastActivated = frontmostApplication();
+    }
+    const auto shared = std::make_shared<const Handler>(std::move(handler));
+    m_handlers.push_back(shared);
+    return std::make_unique<ActivationObservation<Handler>>(shared);
+}
+
+void X11Workspace::reportActivation()
+{
+    const auto application = frontmostApplication();
+    if (!application || (m_lastActivated && isSameApplication(*application, *m_lastActivated)))
+        return;
+    m_lastActivated = application;
+
+    std::erase_if(m_handlers, [](const auto &handler) { return handler.expired(); });
+    // A handler may begin and end observations, its own too: of a copy, those that still live.
+    for (const auto &observed : std::vector(m_handlers)) {
+        if (const auto handler = observed.lock())
+            (*handler)(*application);
+    }
+}
+
+} // namespace kestrova

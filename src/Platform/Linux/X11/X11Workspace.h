@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Platform/Workspace.h"
+
+#include "Platform/Linux/X11/X11RootWatcher.h"
+#include "Platform/Linux/X11/X11Windows.h"
+
+#include <vector>
+
+namespace kestrova {
+
+/// The applications of an X11 desktop, as its managed windows tell. An application is a process
+/// together with an identifier: a process whose windows belong to several installed applications,
+/// as an office suite's do, is several applications. One that shows no window is not running in
+/// this sense, so that opening it again brings a window. Once the X server has gone, nothing is
+/// running and nothing happens.
+class X11Workspace final : public Workspace
+{
+public:
+    /// All outlive this. The display is the connection's, by its name; empty means $DISPLAY.
+    X11Workspace(X11Connection &connection, X11Windows &windows, DesktopEntries &entries,
+                 const QByteArray &displayName = {});
+
+    std::optional<RunningApplication> frontmostApplication() override;
+    /// Of several applications of the process, the one whose window is topmost.
+    std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
+    QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
+
+    /// The application's topmost window that is not minimised comes to the front, else its topmost
+    /// minimised one; ordinary windows go before palettes and the like.
+    void activate(const RunningApplication &application) override;
+    bool isInstalled(const QString &bundleIdentifier) override;
+    void openApplication(const QString &bundleIdentifier) override;
+    bool openAddress(const QUrl &address) override;
+
+    std::unique_ptr<Observation>
+    observeActivations(std::function<void(const RunningApplication &)> handler) override;
+
+private:
+    using Handler = std::function<void(const RunningApplication &)>;
+
+    QList<RunningApplication> applications();
+    void reportActivation();
+    QByteArray newStartupId();
+
+    X11Connection &m_connection;
+    X11Windows &m_windows;
+    DesktopEntries &m_entries;
+    const QByteArray m_displayName;
+    int m_launchCount = 0;
+    std::unique_ptr<X11RootWatcher> m_watcher; // since the first observation
+    std::optional<RunningApplication> m_lastActivated;
+    std::vector<std::weak_ptr<const Handler>> m_handlers; // those of live observations
+};
+
+} // namespace kestrova
