@@ -17,6 +17,7 @@ namespace kestrova {
 /// that was given a reference to one of its members.
 struct Platform
 {
+    std::shared_ptr<void> session; ///< what the services below share; ends after them
     std::unique_ptr<StandardDirectories> directories;
     std::unique_ptr<UserDefaults> userDefaults;
     std::unique_ptr<ProcessRunning> processes;

@@ -1,0 +1,81 @@
+#include "Platform/Linux/LinuxScriptRunner.h"
+
+#include "Models/ReadableError.h"
+#include "Platform/Linux/SessionBus.h"
+#include "Platform/Linux/X11/X11Windows.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// How well a name fits a window; 0: not at all.
+int fit(const QString &name, const X11Window &window, const QString &title)
+{
+    const auto isSame = [&](const QString &other) {
+        return other.compare(name, Qt::CaseInsensitive) == 0;
+    };
+    if (isSame(window.localizedName.value_or(QString())) || isSame(window.className) ||
+        isSame(window.instanceName))
+        return 3;
+    if (isSame(title))
+        return 2;
+    return title.contains(name, Qt::CaseInsensitive) ? 1 : 0;
+}
+
+} // namespace
+
+QString LinuxScriptRunner::runnerName() const
+{
+    return u"xdotool"_s;
+}
+
+bool LinuxScriptRunner::activateApplication(const QString &bundleIdentifier)
+{
+    return SessionBus::activateApplication(bundleIdentifier, activationLimit);
+}
+
+bool LinuxScriptRunner::activateApplicationNamed(const QString &name)
+{
+    const QString wanted = name.trimmed();
+    if (wanted.isEmpty())
+        return false;
+    int bestFit = 1;
+    std::optional<xcb_window_t> best;
+    for (const X11Window &window : m_windows.all()) {
+        const int windowFit = fit(wanted, window, m_windows.title(window.window));
+        if (windowFit < bestFit)
+            continue;
+        bestFit = windowFit;
+        best = window.window; // of equals, the last, which is the topmost
+    }
+    if (best)
+        m_windows.activate(*best);
+    return best.has_value();
+}
+
+bool LinuxScriptRunner::paste(const std::optional<QString> &bundleIdentifier)
+{
+    if (bundleIdentifier && !bundleIdentifier->isEmpty() && !isInFront(*bundleIdentifier)) {
+        activateApplication(*bundleIdentifier);
+        std::this_thread::sleep_for(pauseBeforePaste);
+    }
+    const QStringList arguments{u"key"_s, u"--clearmodifiers"_s, u"shift+Insert"_s};
+    try {
+        return m_processes.run(runnerName(), arguments, {}).terminationStatus == 0;
+    } catch (const PlatformError &error) {
+        throw PlatformError(u"xdotool could not be started: "_s + error.errorDescription());
+    }
+}
+
+bool LinuxScriptRunner::isInFront(const QString &bundleIdentifier)
+{
+    const std::optional<X11Window> active = m_windows.active();
+    return active && active->bundleIdentifier == bundleIdentifier;
+}
+
+} // namespace kestrova

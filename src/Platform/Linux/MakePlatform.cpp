@@ -1,0 +1,67 @@
+#include "Platform/Platform.h"
+
+#include "Models/ReadableError.h"
+#include "Platform/Linux/ChildProcesses.h"
+#include "Platform/Linux/FileUserDefaults.h"
+#include "Platform/Linux/LinuxScriptRunner.h"
+#include "Platform/Linux/LinuxStandardDirectories.h"
+#include "Platform/Linux/NoDesktop.h"
+#include "Platform/Linux/X11/PostedKeys.h"
+#include "Platform/Linux/X11/X11KeyEventPosting.h"
+#include "Platform/Linux/X11/X11Pasteboard.h"
+#include "Platform/Linux/X11/X11Workspace.h"
+
+namespace kestrova {
+
+namespace {
+
+struct Session
+{
+    X11Connection connection;
+    DesktopEntries entries;
+    X11Windows windows{connection, entries};
+    PostedKeys postedKeys;
+};
+
+std::unique_ptr<Workspace> makeWorkspace(Session &session)
+{
+    if (!session.connection.isOpen())
+        return std::make_unique<NoDesktop::EmptyWorkspace>();
+    return std::make_unique<X11Workspace>(session.connection, session.windows, session.entries);
+}
+
+std::unique_ptr<Pasteboard> makePasteboard()
+{
+    try {
+        return std::make_unique<X11Pasteboard>();
+    } catch (const PlatformError &) {
+        return std::make_unique<NoDesktop::MissingPasteboard>();
+    }
+}
+
+std::unique_ptr<KeyEventPosting> makeKeyEvents(Session &session)
+{
+    if (!session.connection.isOpen())
+        return std::make_unique<NoDesktop::MissingKeyboard>();
+    return std::make_unique<X11KeyEventPosting>(session.postedKeys);
+}
+
+} // namespace
+
+Platform makePlatform()
+{
+    const auto session = std::make_shared<Session>();
+    Platform platform;
+    platform.session = session;
+    platform.directories = std::make_unique<LinuxStandardDirectories>();
+    platform.userDefaults =
+        std::make_unique<FileUserDefaults>(FileUserDefaults::standardDirectory());
+    platform.processes = std::make_unique<ChildProcesses>();
+    platform.workspace = makeWorkspace(*session);
+    platform.pasteboard = makePasteboard();
+    platform.keyEvents = makeKeyEvents(*session);
+    platform.scripts = std::make_unique<LinuxScriptRunner>(session->windows, *platform.processes);
+    return platform;
+}
+
+} // namespace kestrova

@@ -1,0 +1,59 @@
+#include "Platform/Linux/NoDesktop.h"
+
+#include "Models/ReadableError.h"
+
+namespace kestrova::NoDesktop {
+
+using namespace Qt::StringLiterals;
+
+std::optional<RunningApplication> EmptyWorkspace::frontmostApplication()
+{
+    return std::nullopt;
+}
+
+std::optional<RunningApplication> EmptyWorkspace::runningApplication(qint32)
+{
+    return std::nullopt;
+}
+
+QList<RunningApplication> EmptyWorkspace::runningApplications(const QString &)
+{
+    return {};
+}
+
+void EmptyWorkspace::activate(const RunningApplication &) {}
+
+bool EmptyWorkspace::isInstalled(const QString &)
+{
+    return false;
+}
+
+void EmptyWorkspace::openApplication(const QString &) {}
+
+bool EmptyWorkspace::openAddress(const QUrl &)
+{
+    return false;
+}
+
+std::unique_ptr<Workspace::Observation>
+EmptyWorkspace::observeActivations(std::function<void(const RunningApplication &)>)
+{
+    return std::make_unique<Observation>();
+}
+
+void MissingPasteboard::setString(const QString &)
+{
+    throw PlatformError(u"There is no clipboard, because the program runs without a desktop."_s);
+}
+
+std::optional<QString> MissingPasteboard::string()
+{
+    return std::nullopt;
+}
+
+bool MissingKeyboard::postCommandV()
+{
+    return false;
+}
+
+} // namespace kestrova::NoDesktop

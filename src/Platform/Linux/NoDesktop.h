@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Platform/KeyEventPosting.h"
+#include "Platform/Pasteboard.h"
+#include "Platform/Workspace.h"
+
+/// What stands in where there is no desktop: nothing runs there, and nothing can be sent.
+namespace kestrova::NoDesktop {
+
+class EmptyWorkspace final : public Workspace
+{
+public:
+    std::optional<RunningApplication> frontmostApplication() override;
+    std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
+    QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
+    void activate(const RunningApplication &application) override;
+    bool isInstalled(const QString &bundleIdentifier) override;
+    void openApplication(const QString &bundleIdentifier) override;
+    bool openAddress(const QUrl &address) override;
+    /// The handler is never called.
+    std::unique_ptr<Observation>
+    observeActivations(std::function<void(const RunningApplication &)> handler) override;
+};
+
+class MissingPasteboard final : public Pasteboard
+{
+public:
+    /// Always throws PlatformError.
+    void setString(const QString &text) override;
+    std::optional<QString> string() override;
+};
+
+class MissingKeyboard final : public KeyEventPosting
+{
+public:
+    bool postCommandV() override;
+};
+
+} // namespace kestrova::NoDesktop

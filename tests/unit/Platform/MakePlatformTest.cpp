@@ -1,0 +1,60 @@
+#include "Platform/Platform.h"
+
+#include "Models/ReadableError.h"
+#include "support/QtPrinting.h"
+#include "support/TerminalWindow.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class MakePlatformTest : public testing::Test
+{
+protected:
+    int m_argumentCount = 1;
+    char m_name[12] = "kestrova-ut";
+    char *m_arguments[2] = {m_name, nullptr};
+    QCoreApplication m_application{m_argumentCount, m_arguments};
+};
+
+TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
+{
+    const Platform platform = makePlatform();
+    const TerminalWindow window(u"target"_s);
+    ASSERT_TRUE(waitUntil([&] {
+        const auto front = platform.workspace->frontmostApplication();
+        return front && front->processIdentifier == window.processIdentifier();
+    }));
+    platform.pasteboard->setString(u"text"_s);
+    EXPECT_EQ(platform.pasteboard->string(), u"text"_s);
+    EXPECT_TRUE(platform.keyEvents->postCommandV());
+    EXPECT_TRUE(platform.scripts->paste(std::nullopt));
+    EXPECT_FALSE(platform.directories->applicationSupportDirectory().isEmpty());
+    EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
+    EXPECT_EQ(platform.processes->run(u"true"_s, {}, {}).terminationStatus, 0);
+}
+
+TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
+{
+    const QByteArray display = qgetenv("DISPLAY");
+    qunsetenv("DISPLAY");
+    const Platform platform = makePlatform();
+    EXPECT_EQ(platform.workspace->frontmostApplication(), std::nullopt);
+    EXPECT_TRUE(platform.workspace->runningApplications(u"debian-xterm"_s).isEmpty());
+    EXPECT_FALSE(platform.workspace->openAddress(QUrl(u"https://example.org"_s)));
+    EXPECT_NE(platform.workspace->observeActivations([](const auto &) {}), nullptr);
+    EXPECT_EQ(platform.pasteboard->string(), std::nullopt);
+    EXPECT_THROW(platform.pasteboard->setString(u"text"_s), PlatformError);
+    EXPECT_FALSE(platform.keyEvents->postCommandV());
+    EXPECT_FALSE(platform.scripts->activateApplicationNamed(u"xterm"_s));
+    EXPECT_FALSE(platform.scripts->paste(std::nullopt));
+    qputenv("DISPLAY", display);
+}
+
+} // namespace
+} // namespace kestrova

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QProcess>
+
+#include <functional>
+
+namespace kestrova {
+
+/// An xterm with a title and a class of its own, which lasts as long as this object.
+class TerminalWindow
+{
+public:
+    /// Throws std::runtime_error when it cannot be started; its window comes a little later.
+    explicit TerminalWindow(const QString &title, const QString &className = {});
+    ~TerminalWindow();
+    TerminalWindow(const TerminalWindow &) = delete;
+    TerminalWindow &operator=(const TerminalWindow &) = delete;
+
+    qint32 processIdentifier() const { return static_cast<qint32>(m_process.processId()); }
+    /// Returns when its process is gone.
+    void kill();
+
+private:
+    QProcess m_process;
+};
+
+/// Whether the condition came true before a generous limit. Runs the event loop, if there is one.
+bool waitUntil(const std::function<bool()> &condition);
+
+} // namespace kestrova
