@@ -2,10 +2,17 @@
 
 #include "Models/ReadableError.h"
 #include "Platform/Linux/X11/X11Windows.h"
+#include "support/BusApplication.h"
 #include "support/QtPrinting.h"
 #include "support/TerminalWindow.h"
 
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
 #include <gtest/gtest.h>
+
+#include <stdexcept>
 
 namespace kestrova {
 namespace {
@@ -34,6 +41,29 @@ public:
 
 private:
     QString m_startFailure;
+};
+
+// A desktop entry of the user's own, in the home of the virtual desktop.
+class InstalledEntry
+{
+public:
+    InstalledEntry(const QString &identifier, const QString &windowClass)
+    {
+        const QString folder =
+            QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation);
+        QDir().mkpath(folder);
+        m_file.setFileName(folder + u'/' + identifier + u".desktop"_s);
+        const QString text = u"[Desktop Entry]\nType=Application\nName=Test\nExec=true\n"
+                             "StartupWMClass=%1\n"_s;
+        if (!m_file.open(QIODevice::WriteOnly))
+            throw std::runtime_error("the desktop entry cannot be written");
+        m_file.write(text.arg(windowClass).toUtf8());
+        m_file.close();
+    }
+    ~InstalledEntry() { m_file.remove(); }
+
+private:
+    QFile m_file;
 };
 
 class LinuxScriptRunnerTest : public testing::Test
@@ -89,6 +119,46 @@ TEST_F(LinuxScriptRunnerTest, AnIdentifierThatNobodyAnswersToIsRefused)
     for (const QString &identifier :
          {u"debian-xterm"_s, u"org.example.Missing"_s, u"say \"hello\""_s, QString()})
         EXPECT_FALSE(m_runner.activateApplication(identifier)) << qPrintable(identifier);
+}
+
+TEST_F(LinuxScriptRunnerTest, AnApplicationOnTheSessionBusIsAskedToComeForward)
+{
+    const BusApplication application("org.example.Text-Editor", "/org/example/Text_Editor",
+                                     BusApplication::Answer::yes);
+    EXPECT_TRUE(m_runner.activateApplication(u"org.example.Text-Editor"_s));
+    EXPECT_EQ(application.activationCount(), 1);
+}
+
+TEST_F(LinuxScriptRunnerTest, AnApplicationThatRefusesOrDoesNotAnswerInTimeHasNotBeenActivated)
+{
+    const BusApplication refusing("org.example.Refusing", "/org/example/Refusing",
+                                  BusApplication::Answer::refusal);
+    EXPECT_FALSE(m_runner.activateApplication(u"org.example.Refusing"_s));
+    EXPECT_EQ(refusing.activationCount(), 1);
+
+    const BusApplication hung("org.example.Hung", "/org/example/Hung",
+                              BusApplication::Answer::none);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(m_runner.activateApplication(u"org.example.Hung"_s));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5 * LinuxScriptRunner::activationLimit);
+    EXPECT_EQ(hung.activationCount(), 1);
+}
+
+TEST_F(LinuxScriptRunnerTest, PastingActivatesTheApplicationUnlessItIsInFront)
+{
+    const BusApplication application("org.example.Editor", "/org/example/Editor",
+                                     BusApplication::Answer::yes);
+    EXPECT_TRUE(m_runner.paste(u"org.example.Editor"_s));
+    EXPECT_EQ(application.activationCount(), 1);
+
+    const BusApplication terminal("org.example.Terminal", "/org/example/Terminal",
+                                  BusApplication::Answer::yes);
+    const InstalledEntry entry(u"org.example.Terminal"_s, u"Terminal-of-the-test"_s);
+    const TerminalWindow window(u"front"_s, u"Terminal-of-the-test"_s);
+    ASSERT_TRUE(waitForTitle(u"front"_s));
+    ASSERT_EQ(m_windows.active()->bundleIdentifier, u"org.example.Terminal"_s);
+    EXPECT_TRUE(m_runner.paste(u"org.example.Terminal"_s));
+    EXPECT_EQ(terminal.activationCount(), 0);
 }
 
 TEST_F(LinuxScriptRunnerTest, PastingSendsTheChordAndReportsTheOutcome)

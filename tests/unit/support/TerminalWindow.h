@@ -6,7 +6,7 @@
 
 namespace kestrova {
 
-/// An xterm with a title and a class of its own, which lasts as long as this object.
+/// An xterm with a title and, if wanted, a WM_CLASS of its own, which lasts as long as this object.
 class TerminalWindow
 {
 public:
