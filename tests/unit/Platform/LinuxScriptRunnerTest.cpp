@@ -5,6 +5,7 @@
 #include "support/BusApplication.h"
 #include "support/QtPrinting.h"
 #include "support/TerminalWindow.h"
+#include "support/WaitUntil.h"
 
 #include <QDir>
 #include <QFile>

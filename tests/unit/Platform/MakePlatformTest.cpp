@@ -3,6 +3,7 @@
 #include "Models/ReadableError.h"
 #include "support/QtPrinting.h"
 #include "support/TerminalWindow.h"
+#include "support/WaitUntil.h"
 
 #include <QCoreApplication>
 

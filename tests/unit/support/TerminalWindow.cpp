@@ -1,15 +1,10 @@
 #include "support/TerminalWindow.h"
 
-#include <QCoreApplication>
-
-#include <chrono>
 #include <stdexcept>
-#include <thread>
 
 namespace kestrova {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 TerminalWindow::TerminalWindow(const QString &title, const QString &className)
 {
@@ -30,18 +25,6 @@ void TerminalWindow::kill()
 {
     m_process.kill();
     m_process.waitForFinished();
-}
-
-bool waitUntil(const std::function<bool()> &condition)
-{
-    const auto limit = std::chrono::steady_clock::now() + 20s;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > limit)
-            return false;
-        QCoreApplication::processEvents();
-        std::this_thread::sleep_for(2ms);
-    }
-    return true;
 }
 
 } // namespace kestrova

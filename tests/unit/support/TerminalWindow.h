@@ -2,8 +2,6 @@
 
 #include <QProcess>
 
-#include <functional>
-
 namespace kestrova {
 
 /// An xterm with a title and, if wanted, a WM_CLASS of its own, which lasts as long as this object.
@@ -23,8 +21,5 @@ public:
 private:
     QProcess m_process;
 };
-
-/// Whether the condition came true before a generous limit. Runs the event loop, if there is one.
-bool waitUntil(const std::function<bool()> &condition);
 
 } // namespace kestrova

@@ -115,13 +115,13 @@ qint32 X11Windows::processIdentifier(xcb_window_t window)
 {
     // A client that has forked since it connected is known by the process that has ended.
     const qint32 client = clientProcess(window);
-    if (client > 0 && processStatus(client))
+    if (processStatus(client))
         return client;
     const QString machine = m_connection.text(window, "WM_CLIENT_MACHINE");
     if (!machine.isEmpty() && machine != QSysInfo::machineHostName())
-        return client;
+        return 0;
     const auto claimed = static_cast<qint32>(m_connection.value(window, "_NET_WM_PID"));
-    return claimed > 0 ? claimed : client;
+    return processStatus(claimed) ? claimed : 0;
 }
 
 // What the X server knows of the client's socket; 0 for a client of another machine or container.

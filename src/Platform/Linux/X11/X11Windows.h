@@ -12,7 +12,7 @@ namespace kestrova {
 struct X11Window
 {
     xcb_window_t window = XCB_WINDOW_NONE;
-    qint32 processIdentifier = 0; ///< 0 when it is not known, as for a window of another machine
+    qint32 processIdentifier = 0; ///< of a live process; 0 when not known, as on another machine
     std::optional<QString> bundleIdentifier; ///< none when no installed application matches
     std::optional<QString> localizedName;    ///< of the application
     QString instanceName;                    ///< first part of WM_CLASS

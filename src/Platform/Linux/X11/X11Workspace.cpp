@@ -34,8 +34,6 @@ RunningApplication applicationOf(const X11Window &window)
     application.bundleIdentifier = window.bundleIdentifier;
     application.localizedName = window.localizedName;
     application.isRegular = window.isRegular;
-    application.isTerminated =
-        window.processIdentifier > 0 && !processStatus(window.processIdentifier);
     return application;
 }
 
@@ -46,10 +44,11 @@ bool isSameApplication(const RunningApplication &a, const RunningApplication &b)
            (a.processIdentifier > 0 || a.localizedName == b.localizedName);
 }
 
-quint64 startTime(const RunningApplication &application)
+// Orders processes by age. Two may begin within one clock tick; the numbers then count up.
+std::pair<quint64, qint32> ageKey(const RunningApplication &application)
 {
     const auto status = processStatus(application.processIdentifier);
-    return status ? status->startTime : 0;
+    return {status ? status->startTime : 0, application.processIdentifier};
 }
 
 } // namespace
@@ -107,13 +106,13 @@ std::optional<RunningApplication> X11Workspace::runningApplication(qint32 proces
 
 QList<RunningApplication> X11Workspace::runningApplications(const QString &bundleIdentifier)
 {
-    std::multimap<quint64, RunningApplication> byStartTime;
+    std::multimap<std::pair<quint64, qint32>, RunningApplication> byAge;
     for (const RunningApplication &application : applications()) {
         if (application.bundleIdentifier == bundleIdentifier)
-            byStartTime.emplace(startTime(application), application);
+            byAge.emplace(ageKey(application), application);
     }
     QList<RunningApplication> oldestFirst;
-    for (const auto &[time, application] : byStartTime)
+    for (const auto &[age, application] : byAge)
         oldestFirst.append(application);
     return oldestFirst;
 }

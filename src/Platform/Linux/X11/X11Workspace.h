@@ -12,8 +12,8 @@ namespace kestrova {
 /// The applications of an X11 desktop, as its managed windows tell. An application is a process
 /// together with an identifier: a process whose windows belong to several installed applications,
 /// as an office suite's do, is several applications. One that shows no window is not running in
-/// this sense, so that opening it again brings a window. Once the X server has gone, nothing is
-/// running and nothing happens.
+/// this sense, so that opening it again brings a window; so none is ever given as terminated. Once
+/// the X server has gone, nothing is running and nothing happens.
 class X11Workspace final : public Workspace
 {
 public:

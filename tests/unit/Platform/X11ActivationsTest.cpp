@@ -1,0 +1,154 @@
+#include "Platform/Linux/X11/X11Workspace.h"
+
+#include "support/QtPrinting.h"
+#include "support/TestApplication.h"
+#include "support/WaitUntil.h"
+
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+
+class X11ActivationsTest : public testing::Test
+{
+protected:
+    auto record(QStringList &names)
+    {
+        return workspace.observeActivations([&names](const RunningApplication &application) {
+            names.append(application.localizedName.value_or(u"none"_s));
+        });
+    }
+
+    bool activate(const TestApplication &application)
+    {
+        workspace.activate(*workspace.runningApplication(application.processIdentifier()));
+        return waitUntil([&] {
+            const auto front = workspace.frontmostApplication();
+            return front && front->processIdentifier == application.processIdentifier();
+        });
+    }
+
+    int argc = 1;
+    char name[5] = "test";
+    char *argv[2] = {name, nullptr};
+    QCoreApplication application{argc, argv};
+    X11Connection connection;
+    DesktopEntries entries{QStringList()};
+    X11Windows windows{connection, entries};
+    X11Workspace workspace{connection, windows, entries};
+};
+
+TEST_F(X11ActivationsTest, EachApplicationThatComesToTheFrontIsReportedInOrder)
+{
+    QStringList names;
+    const auto observation = record(names);
+    const TestApplication a(connection, u"a"_s, u"A"_s);
+    ASSERT_TRUE(waitUntil([&] { return names.size() == 1; }));
+    const TestApplication b(connection, u"b"_s, u"B"_s);
+    ASSERT_TRUE(waitUntil([&] { return names.size() == 2; }));
+    ASSERT_TRUE(activate(a));
+    ASSERT_TRUE(waitUntil([&] { return names.size() == 3; }));
+    EXPECT_THAT(names, ElementsAre(u"A"_s, u"B"_s, u"A"_s));
+}
+
+TEST_F(X11ActivationsTest, TheApplicationThatIsInFrontAlreadyIsNotReported)
+{
+    const TestApplication a(connection, u"a"_s, u"A"_s);
+    QStringList names;
+    const auto observation = record(names);
+    const TestApplication b(connection, u"b"_s, u"B"_s);
+    ASSERT_TRUE(waitUntil([&] { return !names.isEmpty(); }));
+    EXPECT_THAT(names, ElementsAre(u"B"_s));
+}
+
+TEST_F(X11ActivationsTest, AnotherWindowOfTheSameApplicationIsNotReported)
+{
+    const TestApplication a(connection, u"a"_s, u"A"_s, 2);
+    QStringList names;
+    const auto observation = record(names);
+    windows.activate(a.windows()[0]);
+    ASSERT_TRUE(waitUntil([&] { return windows.active()->window == a.windows()[0]; }));
+    const TestApplication b(connection, u"b"_s, u"B"_s);
+    ASSERT_TRUE(waitUntil([&] { return !names.isEmpty(); }));
+    EXPECT_THAT(names, ElementsAre(u"B"_s));
+}
+
+TEST_F(X11ActivationsTest, AnEmptyDesktopIsNotReported)
+{
+    QStringList names;
+    const auto observation = record(names);
+    TestApplication a(connection, u"a"_s, u"A"_s);
+    ASSERT_TRUE(waitUntil([&] { return names.size() == 1; }));
+    a.kill();
+    ASSERT_TRUE(waitUntil([&] { return !workspace.frontmostApplication(); }));
+    const TestApplication b(connection, u"b"_s, u"B"_s);
+    ASSERT_TRUE(waitUntil([&] { return names.size() == 2; }));
+    EXPECT_THAT(names, ElementsAre(u"A"_s, u"B"_s));
+}
+
+TEST_F(X11ActivationsTest, ADestroyedObservationHearsNothing)
+{
+    QStringList first;
+    QStringList second;
+    auto ended = record(first);
+    const auto observation = record(second);
+    ended.reset();
+    const TestApplication a(connection, u"a"_s, u"A"_s);
+    ASSERT_TRUE(waitUntil([&] { return !second.isEmpty(); }));
+    EXPECT_TRUE(first.isEmpty());
+}
+
+TEST_F(X11ActivationsTest, AHandlerMayEndItsOwnAndAnotherObservation)
+{
+    QStringList others;
+    int calls = 0;
+    std::unique_ptr<Workspace::Observation> own;
+    std::unique_ptr<Workspace::Observation> other;
+    const auto endBoth = [&, kept = u"alive while it runs"_s](const RunningApplication &) {
+        own.reset();
+        other.reset();
+        ++calls;
+        EXPECT_EQ(kept, u"alive while it runs"_s);
+    };
+    own = workspace.observeActivations(endBoth);
+    other = record(others);
+    QStringList names;
+    const auto observation = record(names);
+    const TestApplication a(connection, u"a"_s, u"A"_s);
+    const TestApplication b(connection, u"b"_s, u"B"_s);
+    ASSERT_TRUE(waitUntil([&] { return names.contains(u"B"_s); }));
+    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(others.isEmpty());
+}
+
+TEST_F(X11ActivationsTest, AHandlerMayBeginAnObservation)
+{
+    QStringList names;
+    std::vector<std::unique_ptr<Workspace::Observation>> begun;
+    const auto observation = workspace.observeActivations(
+        [&](const RunningApplication &) { begun.push_back(record(names)); });
+    const TestApplication a(connection, u"a"_s, u"A"_s);
+    ASSERT_TRUE(waitUntil([&] { return begun.size() == 1; }));
+    const TestApplication b(connection, u"b"_s, u"B"_s);
+    ASSERT_TRUE(waitUntil([&] { return begun.size() == 2; }));
+    EXPECT_THAT(names, ElementsAre(u"B"_s));
+}
+
+TEST_F(X11ActivationsTest, AnObservationMayOutliveTheWorkspace)
+{
+    auto other = std::make_unique<X11Workspace>(connection, windows, entries);
+    int calls = 0;
+    auto observation = other->observeActivations([&](const RunningApplication &) { ++calls; });
+    other.reset();
+    const TestApplication a(connection, u"a"_s, u"A"_s);
+    observation.reset();
+    EXPECT_EQ(calls, 0);
+}
+
+} // namespace
+} // namespace kestrova

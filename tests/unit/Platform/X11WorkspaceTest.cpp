@@ -1,0 +1,317 @@
+#include "Platform/Linux/X11/X11Workspace.h"
+
+#include "support/PrivateXServer.h"
+#include "support/QtPrinting.h"
+#include "support/TestApplication.h"
+#include "support/WaitUntil.h"
+
+#include <gmock/gmock.h>
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <unistd.h>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+
+class X11WorkspaceTest : public testing::Test
+{
+protected:
+    X11WorkspaceTest() { install(u"editor"_s, "Name=Editor\nStartupWMClass=EditorClass\n"); }
+
+    void install(const QString &identifier, const QByteArray &keys)
+    {
+        QFile file(m_folder.filePath(identifier + u".desktop"_s));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[Desktop Entry]\nType=Application\nExec=/bin/true %F\n" + keys);
+    }
+
+    qint32 frontProcess()
+    {
+        const auto front = workspace.frontmostApplication();
+        return front ? front->processIdentifier : -1;
+    }
+
+    bool comesToFront(const TestApplication &application)
+    {
+        return waitUntil([&] { return frontProcess() == application.processIdentifier(); });
+    }
+
+    bool windowComesToFront(xcb_window_t window)
+    {
+        return waitUntil([&] {
+            const auto active = windows.active();
+            return active && active->window == window;
+        });
+    }
+
+    void activate(const TestApplication &application)
+    {
+        const auto running = workspace.runningApplication(application.processIdentifier());
+        ASSERT_TRUE(running);
+        workspace.activate(*running);
+    }
+
+    int argc = 1;
+    char name[5] = "test";
+    char *argv[2] = {name, nullptr};
+    QCoreApplication application{argc, argv};
+    QTemporaryDir m_folder;
+    X11Connection connection;
+    DesktopEntries entries{{m_folder.path()}};
+    X11Windows windows{connection, entries};
+    X11Workspace workspace{connection, windows, entries};
+};
+
+TEST_F(X11WorkspaceTest, NoApplicationIsInFrontOnAnEmptyDesktop)
+{
+    EXPECT_FALSE(workspace.frontmostApplication());
+    EXPECT_FALSE(workspace.runningApplication(getpid()));
+    EXPECT_TRUE(workspace.runningApplications(u"editor"_s).isEmpty());
+}
+
+TEST_F(X11WorkspaceTest, TheApplicationWithTheKeyboardIsInFront)
+{
+    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    RunningApplication expected;
+    expected.processIdentifier = editor.processIdentifier();
+    expected.bundleIdentifier = u"editor"_s;
+    expected.localizedName = u"Editor"_s;
+    expected.isActive = true;
+    expected.isRegular = true;
+    EXPECT_EQ(workspace.frontmostApplication(), expected);
+    EXPECT_EQ(workspace.runningApplication(editor.processIdentifier()), expected);
+    EXPECT_THAT(workspace.runningApplications(u"editor"_s), ElementsAre(expected));
+}
+
+TEST_F(X11WorkspaceTest, AnApplicationThatIsNotInstalledHasItsClassForAName)
+{
+    const TestApplication other(connection, u"a"_s, u"Other"_s);
+    const auto front = workspace.frontmostApplication();
+    ASSERT_TRUE(front);
+    EXPECT_EQ(front->bundleIdentifier, std::nullopt);
+    EXPECT_EQ(front->localizedName, u"Other"_s);
+}
+
+TEST_F(X11WorkspaceTest, AnApplicationWithoutAClassHasItsProcessForAName)
+{
+    TestApplication other(connection, u""_s, u""_s);
+    other.remove(other.windows().first(), "WM_CLASS");
+    const auto front = workspace.frontmostApplication();
+    ASSERT_TRUE(front);
+    EXPECT_EQ(front->localizedName, u"WindowApplicati"_s); // as far as the kernel keeps it
+}
+
+TEST_F(X11WorkspaceTest, OurOwnWindowsBelongToUs)
+{
+    X11Connection &own = connection;
+    const xcb_window_t window = xcb_generate_id(own.xcb());
+    xcb_create_window(own.xcb(), XCB_COPY_FROM_PARENT, window, own.root(), 0, 0, 100, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(own.xcb(), window);
+    xcb_flush(own.xcb());
+    ASSERT_TRUE(windowComesToFront(window));
+    const auto front = workspace.frontmostApplication();
+    ASSERT_TRUE(front);
+    EXPECT_EQ(front->processIdentifier, getpid());
+    EXPECT_EQ(front->bundleIdentifier, u"com.kestrova.app"_s);
+    EXPECT_EQ(front->localizedName, u"Kestrova"_s);
+}
+
+TEST_F(X11WorkspaceTest, AnIdentifierIsComparedExactly)
+{
+    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    EXPECT_TRUE(workspace.runningApplications(u"Editor"_s).isEmpty());
+    EXPECT_TRUE(workspace.isInstalled(u"editor"_s));
+    EXPECT_FALSE(workspace.isInstalled(u"Editor"_s));
+}
+
+TEST_F(X11WorkspaceTest, ActivatingBringsAnApplicationFromBehind)
+{
+    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    ASSERT_EQ(frontProcess(), other.processIdentifier());
+    EXPECT_FALSE(workspace.runningApplication(editor.processIdentifier())->isActive);
+    activate(editor);
+    EXPECT_TRUE(comesToFront(editor));
+}
+
+TEST_F(X11WorkspaceTest, ActivatingRestoresAMinimisedApplication)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    editor.minimise(editor.windows().first());
+    activate(editor);
+    EXPECT_TRUE(comesToFront(editor));
+}
+
+TEST_F(X11WorkspaceTest, ActivatingSwitchesToTheApplicationsDesktop)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    editor.moveToDesktop(editor.windows().first(), 2);
+    ASSERT_EQ(connection.value(connection.root(), "_NET_CURRENT_DESKTOP"), 0U);
+    activate(editor);
+    EXPECT_TRUE(comesToFront(editor));
+    EXPECT_EQ(connection.value(connection.root(), "_NET_CURRENT_DESKTOP"), 2U);
+}
+
+TEST_F(X11WorkspaceTest, OfSeveralWindowsTheTopmostIsActivated)
+{
+    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 3);
+    windows.activate(editor.windows()[1]);
+    ASSERT_TRUE(windowComesToFront(editor.windows()[1]));
+    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    activate(editor);
+    EXPECT_TRUE(windowComesToFront(editor.windows()[1]));
+}
+
+TEST_F(X11WorkspaceTest, AVisibleWindowIsActivatedBeforeAMinimisedOne)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    editor.minimise(editor.windows()[1]);
+    activate(editor);
+    EXPECT_TRUE(windowComesToFront(editor.windows()[0]));
+}
+
+TEST_F(X11WorkspaceTest, AnOrdinaryWindowIsActivatedBeforeAPalette)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    editor.setValue(editor.windows()[1], "_NET_WM_WINDOW_TYPE", "ATOM",
+                    connection.atom("_NET_WM_WINDOW_TYPE_UTILITY"));
+    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    activate(editor);
+    EXPECT_TRUE(windowComesToFront(editor.windows()[0]));
+}
+
+TEST_F(X11WorkspaceTest, AnApplicationOfPalettesAloneIsNotRegular)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    for (const xcb_window_t window : editor.windows())
+        editor.setValue(window, "_NET_WM_WINDOW_TYPE", "ATOM",
+                        connection.atom("_NET_WM_WINDOW_TYPE_UTILITY"));
+    EXPECT_FALSE(workspace.frontmostApplication()->isRegular);
+    EXPECT_FALSE(workspace.runningApplication(editor.processIdentifier())->isRegular);
+    editor.remove(editor.windows()[0], "_NET_WM_WINDOW_TYPE");
+    EXPECT_TRUE(workspace.frontmostApplication()->isRegular);
+    EXPECT_TRUE(workspace.runningApplication(editor.processIdentifier())->isRegular);
+    editor.setValue(editor.windows()[0], "_NET_WM_STATE", "ATOM",
+                    connection.atom("_NET_WM_STATE_SKIP_TASKBAR"));
+    EXPECT_FALSE(workspace.frontmostApplication()->isRegular);
+}
+
+TEST_F(X11WorkspaceTest, InstancesAreGivenOldestFirst)
+{
+    const TestApplication first(connection, u"a"_s, u"EditorClass"_s);
+    const TestApplication second(connection, u"a"_s, u"EditorClass"_s);
+    const TestApplication third(connection, u"a"_s, u"EditorClass"_s);
+    activate(first);
+    ASSERT_TRUE(comesToFront(first));
+    QList<qint32> processes;
+    for (const RunningApplication &instance : workspace.runningApplications(u"editor"_s))
+        processes.append(instance.processIdentifier);
+    EXPECT_THAT(processes, ElementsAre(first.processIdentifier(), second.processIdentifier(),
+                                       third.processIdentifier()));
+}
+
+TEST_F(X11WorkspaceTest, TheApplicationsOfOneProcessAreToldApart)
+{
+    install(u"tables"_s, "Name=Tables\nStartupWMClass=TablesClass\n");
+    TestApplication suite(connection, u"a"_s, u"EditorClass"_s, 2);
+    suite.setText(suite.windows()[0], "WM_CLASS", QByteArray("a\0TablesClass\0", 14));
+    const auto tables = workspace.runningApplications(u"tables"_s);
+    ASSERT_EQ(tables.size(), 1);
+    EXPECT_FALSE(tables.first().isActive);
+    EXPECT_EQ(workspace.runningApplication(suite.processIdentifier())->bundleIdentifier,
+              u"editor"_s);
+    workspace.activate(tables.first());
+    ASSERT_TRUE(windowComesToFront(suite.windows()[0]));
+    EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, u"tables"_s);
+}
+
+TEST_F(X11WorkspaceTest, ADialogWithAClassOfItsOwnBelongsToItsWindow)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    editor.setText(editor.windows()[1], "WM_CLASS", QByteArray("x\0Dialog\0", 9));
+    EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, std::nullopt);
+    editor.setValue(editor.windows()[1], "WM_TRANSIENT_FOR", "WINDOW", editor.windows()[0]);
+    EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, u"editor"_s);
+}
+
+TEST_F(X11WorkspaceTest, TheGtkIdentifierOfAWindowIsRead)
+{
+    install(u"org.example.Other"_s, "Name=Other Thing\n");
+    TestApplication other(connection, u"a"_s, u"EditorClass"_s);
+    other.setText(other.windows().first(), "_GTK_APPLICATION_ID", "org.example.Other");
+    EXPECT_EQ(workspace.frontmostApplication()->localizedName, u"Other Thing"_s);
+}
+
+TEST_F(X11WorkspaceTest, AnApplicationInstalledWhileItRunsIsRecognised)
+{
+    const TestApplication late(connection, u"late"_s, u"Late"_s);
+    EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, std::nullopt);
+    install(u"org.example.late"_s, "Name=Late\n");
+    EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, u"org.example.late"_s);
+}
+
+TEST_F(X11WorkspaceTest, AnEndedApplicationIsNotRunning)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    const auto before = workspace.frontmostApplication();
+    editor.kill();
+    EXPECT_FALSE(workspace.runningApplication(before->processIdentifier));
+    EXPECT_TRUE(workspace.runningApplications(u"editor"_s).isEmpty());
+    workspace.activate(*before);
+    EXPECT_FALSE(workspace.frontmostApplication());
+}
+
+TEST_F(X11WorkspaceTest, AnActiveWindowThatNoLongerExistsIsNoApplication)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    const xcb_window_t window = editor.windows().first();
+    editor.kill();
+    editor.setValue(connection.root(), "_NET_ACTIVE_WINDOW", "WINDOW", window);
+    EXPECT_FALSE(workspace.frontmostApplication());
+}
+
+TEST_F(X11WorkspaceTest, WithoutAnXServerNothingIsRunning)
+{
+    X11Connection none(":12345");
+    X11Windows noWindows(none, entries);
+    X11Workspace lost(none, noWindows, entries, ":12345");
+    EXPECT_FALSE(none.isOpen());
+    EXPECT_FALSE(lost.frontmostApplication());
+    EXPECT_TRUE(lost.runningApplications(u"editor"_s).isEmpty());
+    lost.activate({});
+}
+
+TEST_F(X11WorkspaceTest, AKilledXServerIsSurvived)
+{
+    PrivateXServer server;
+    X11Connection other(server.displayName());
+    X11Windows otherWindows(other, entries);
+    X11Workspace lost(other, otherWindows, entries, server.displayName());
+    const auto observation =
+        lost.observeActivations([](const RunningApplication &) { FAIL() << "nothing came"; });
+    EXPECT_TRUE(other.isOpen());
+    server.kill();
+    EXPECT_FALSE(lost.frontmostApplication());
+    EXPECT_TRUE(lost.runningApplications(u"editor"_s).isEmpty());
+    RunningApplication gone;
+    gone.processIdentifier = 1;
+    lost.activate(gone);
+    EXPECT_FALSE(other.isOpen());
+    // The dead connection must not keep the event loop busy.
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents));
+}
+
+} // namespace
+} // namespace kestrova
