@@ -2,9 +2,20 @@
 
 #include <xcb/sync.h>
 
+#include <cstddef>
+
 namespace kestrova {
 
 namespace {
+
+// The name begins right after its length. xcb_sync_systemcounter_name() gives the end of the
+// struct, which the compiler has padded by two bytes.
+QByteArrayView nameOf(const xcb_sync_systemcounter_t &counter)
+{
+    const auto *bytes = reinterpret_cast<const char *>(&counter);
+    return {bytes + offsetof(xcb_sync_systemcounter_t, name_len) + sizeof(counter.name_len),
+            counter.name_len};
+}
 
 // SYNC's SERVERTIME counter counts what time stamps are taken from, and unlike the usual detour
 // over a property change asking for it needs no event.
@@ -18,9 +29,7 @@ xcb_sync_counter_t serverTimeCounter(xcb_connection_t *xcb)
         return XCB_NONE;
     auto counter = xcb_sync_list_system_counters_counters_iterator(counters.get());
     for (; counter.rem > 0; xcb_sync_systemcounter_next(&counter)) {
-        const QByteArrayView name(xcb_sync_systemcounter_name(counter.data),
-                                  xcb_sync_systemcounter_name_length(counter.data));
-        if (name == "SERVERTIME")
+        if (nameOf(*counter.data) == "SERVERTIME")
             return counter.data->counter;
     }
     return XCB_NONE;
