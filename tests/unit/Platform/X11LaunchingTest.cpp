@@ -1,0 +1,104 @@
+#include "Platform/Linux/X11/X11Workspace.h"
+
+#include "support/QtPrinting.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <cctype>
+#include <csignal>
+#include <string>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// With the applications that are really installed, and the desktop's own home.
+class X11LaunchingTest : public testing::TestWithParam<const char *>
+{
+protected:
+    ~X11LaunchingTest() override
+    {
+        for (const qint32 process : m_launched)
+            kill(process, SIGKILL);
+    }
+
+    bool comesToFront(const QString &identifier)
+    {
+        return waitUntil([&] {
+            const auto front = workspace.frontmostApplication();
+            if (!front || front->bundleIdentifier != identifier)
+                return false;
+            m_launched.append(front->processIdentifier);
+            return true;
+        });
+    }
+
+    int argc = 1;
+    char name[5] = "test";
+    char *argv[2] = {name, nullptr};
+    QCoreApplication application{argc, argv};
+    QList<qint32> m_launched;
+    X11Connection connection;
+    DesktopEntries entries;
+    X11Windows windows{connection, entries};
+    X11Workspace workspace{connection, windows, entries};
+};
+
+TEST_P(X11LaunchingTest, AnInstalledApplicationOpensInFrontAndIsRecognised)
+{
+    const QString identifier = QString::fromLatin1(GetParam());
+    ASSERT_TRUE(workspace.isInstalled(identifier));
+    EXPECT_TRUE(workspace.runningApplications(identifier).isEmpty());
+    workspace.openApplication(identifier);
+    ASSERT_TRUE(comesToFront(identifier));
+    const auto instances = workspace.runningApplications(identifier);
+    ASSERT_EQ(instances.size(), 1);
+    EXPECT_TRUE(instances.first().isActive);
+    EXPECT_TRUE(instances.first().isRegular);
+}
+
+INSTANTIATE_TEST_SUITE_P(Applications, X11LaunchingTest,
+                         testing::Values("debian-xterm", "org.xfce.mousepad", "xfce4-terminal"),
+                         [](const auto &parameter) {
+                             std::string name = parameter.param;
+                             std::erase_if(name, [](char c) { return !std::isalnum(c); });
+                             return name;
+                         });
+
+TEST_F(X11LaunchingTest, AnApplicationThatIsNotInstalledOpensNothing)
+{
+    EXPECT_FALSE(workspace.isInstalled(u"org.example.Missing"_s));
+    workspace.openApplication(u"org.example.Missing"_s);
+    EXPECT_FALSE(workspace.frontmostApplication());
+}
+
+TEST_F(X11LaunchingTest, AnAddressOpensWithTheHandlerOfItsScheme)
+{
+    const QUrl address(u"x-kestrova-test:page?a=%20b"_s);
+    EXPECT_FALSE(workspace.openAddress(address));
+    const QString folder = qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s;
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QFile entry(folder + u"x.desktop"_s);
+    ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
+    entry.write("[Desktop Entry]\nType=Application\nName=X\nExec=xterm -T %u -e cat\n"
+                "MimeType=x-scheme-handler/x-kestrova-test;\n");
+    entry.close();
+    QFile defaults(folder + u"mimeapps.list"_s);
+    ASSERT_TRUE(defaults.open(QIODevice::WriteOnly));
+    defaults.write("[Default Applications]\nx-scheme-handler/x-kestrova-test=x.desktop\n");
+    defaults.close();
+
+    // GIO notices a little later what was installed.
+    ASSERT_TRUE(waitUntil([&] { return workspace.openAddress(address); }));
+    ASSERT_TRUE(comesToFront(u"debian-xterm"_s));
+    EXPECT_EQ(windows.title(windows.active()->window), address.toString(QUrl::FullyEncoded));
+}
+
+} // namespace
+} // namespace kestrova
