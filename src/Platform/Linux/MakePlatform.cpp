@@ -6,6 +6,7 @@
 #include "Platform/Linux/LinuxScriptRunner.h"
 #include "Platform/Linux/LinuxStandardDirectories.h"
 #include "Platform/Linux/NoDesktop.h"
+#include "Platform/Linux/PulseAudioInput.h"
 #include "Platform/Linux/X11/PostedKeys.h"
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
 #include "Platform/Linux/X11/X11Pasteboard.h"
@@ -57,6 +58,7 @@ Platform makePlatform()
     platform.userDefaults =
         std::make_unique<FileUserDefaults>(FileUserDefaults::standardDirectory());
     platform.processes = std::make_unique<ChildProcesses>();
+    platform.audioInput = std::make_unique<PulseAudioInput>();
     platform.workspace = makeWorkspace(*session);
     platform.pasteboard = makePasteboard();
     platform.keyEvents = makeKeyEvents(*session);

@@ -1,0 +1,21 @@
+#include "Platform/Linux/PulseAudioInput.h"
+
+#include "Models/ReadableError.h"
+#include "Platform/Linux/PulseAudioRecorder.h"
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+std::unique_ptr<AudioRecorder> PulseAudioInput::makeRecorder(const QUrl &fileURL,
+                                                             const RecordingFormat &format)
+{
+    if (!fileURL.isLocalFile())
+        throw PlatformError(u"Audio cannot be recorded to \"%1\": it is not a local file."_s.arg(
+            fileURL.toDisplayString()));
+    if (format != RecordingFormat{})
+        throw PlatformError(u"Audio is recorded as 16 kHz mono 16-bit integer PCM only."_s);
+    return std::make_unique<PulseAudioRecorder>(m_connection, fileURL, format);
+}
+
+} // namespace kestrova

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Platform/AudioRecorder.h"
+#include "Platform/Linux/PulseAudioConnection.h"
+
+namespace kestrova {
+
+/// Records from PulseAudio, and from PipeWire through its PulseAudio interface. Connects to the
+/// sound server in the background as soon as it is created, so that a recording begins quickly.
+/// Outlives its recorders.
+class PulseAudioInput final : public AudioInput
+{
+public:
+    /// The one format that can be recorded is RecordingFormat's default. The file is created by
+    /// the recorder's prepareToRecord(). Any thread.
+    std::unique_ptr<AudioRecorder> makeRecorder(const QUrl &fileURL,
+                                                const RecordingFormat &format) override;
+
+private:
+    PulseAudioConnection m_connection;
+};
+
+} // namespace kestrova

@@ -1,0 +1,86 @@
+#include "Platform/Linux/WavFile.h"
+
+#include "Models/ReadableError.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+int createPrivately(const QString &path)
+{
+    const int descriptor = open(QFile::encodeName(path).constData(),
+                                O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC | O_RDWR, 0600);
+    if (descriptor < 0)
+        throw PlatformError(path + u": "_s + qt_error_string(errno));
+    return descriptor;
+}
+
+} // namespace
+
+WavFile::WavFile(const QString &path, const RecordingFormat &format)
+    : m_bytesPerFrame(format.channelCount * format.bitDepth / 8),
+      m_descriptor(createPrivately(path)), m_file(nullptr, &sf_close)
+{
+    SF_INFO info{};
+    info.samplerate = format.sampleRate;
+    info.channels = format.channelCount;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    // Opening writes the header of an empty file.
+    m_file.reset(sf_open_fd(m_descriptor, SFM_WRITE, &info, SF_FALSE));
+    if (!m_file) {
+        close(m_descriptor);
+        QFile::remove(path);
+        throw PlatformError(path + u": "_s + QString::fromUtf8(sf_strerror(nullptr)));
+    }
+    m_headerSize = lseek(m_descriptor, 0, SEEK_END);
+    sf_command(m_file.get(), SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
+}
+
+WavFile::~WavFile()
+{
+    m_file.reset();
+    close(m_descriptor);
+}
+
+bool WavFile::append(std::span<const std::byte> frames)
+{
+    const auto size = static_cast<qint64>(frames.size());
+    const qint64 written = sf_write_raw(m_file.get(), frames.data(), size);
+    m_frameCount += written / m_bytesPerFrame;
+    if (written == size)
+        return true;
+    cutToWholeFrames();
+    return false;
+}
+
+bool WavFile::appendSilence(std::size_t byteCount)
+{
+    static constexpr std::array<std::byte, 4096> zeros{};
+    while (byteCount > 0) {
+        const std::size_t count = std::min(byteCount, zeros.size());
+        if (!append(std::span(zeros).first(count)))
+            return false;
+        byteCount -= count;
+    }
+    return true;
+}
+
+void WavFile::cutToWholeFrames()
+{
+    // A full disk may have taken half a sample.
+    if (ftruncate(m_descriptor, m_headerSize + m_frameCount * m_bytesPerFrame) == 0)
+        sf_command(m_file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
+}
+
+} // namespace kestrova
