@@ -94,9 +94,9 @@ class Dictation:
         return self
 
     def __exit__(self, error, *_):
-        status = self.quit()
-        if error is None and (status != 0 or self.standard_error()):
-            raise DictationError(f"kestrova-dictate ended with {status} and wrote:\n{self.standard_error()}")
+        status, errors = self.quit()
+        if error is None and (status != 0 or errors):
+            raise DictationError(f"kestrova-dictate ended with {status} and wrote:\n{errors}")
 
     def _read(self):
         for line in self.process.stdout:
@@ -140,20 +140,25 @@ class Dictation:
         """The latest duration of each step, in milliseconds."""
         return {e["stage"]: e["milliseconds"] for e in self.events if e["event"] == "stage"}
 
-    def standard_error(self):
-        self._errors.seek(0)
-        return self._errors.read().decode(errors="replace")
-
     def quit(self):
-        """Asks the program to end and waits for it; returns its exit status."""
+        """Asks the program to end and waits for it; returns its exit status and its standard error."""
         if self.process.poll() is None:
-            try:
-                self.send("quit")
-            except BrokenPipeError:
-                pass
+            self.send("quit")
         try:
-            return self.process.wait(timeout=END_LIMIT)
+            return self._ended()
         except subprocess.TimeoutExpired:
-            self.process.kill()
-            self.process.wait()
+            self.kill()
             raise DictationError("kestrova-dictate did not end") from None
+
+    def kill(self):
+        self.process.kill()
+        self._ended()
+
+    def _ended(self):
+        status = self.process.wait(timeout=END_LIMIT)
+        self._reader.join()
+        self.process.stdin.close()
+        self.process.stdout.close()
+        with self._errors as file:
+            file.seek(0)
+            return status, file.read().decode(errors="replace")

@@ -221,7 +221,7 @@ class AccessibleTarget(Target):
         return None
 
     def is_place(self, node):
-        return node.get_editable_text_iface() is not None
+        return "EditableText" in node.get_interfaces()
 
     def text(self):
         return self._content(self._widget)

@@ -69,32 +69,29 @@ class Applications(unittest.TestCase):
             self.assertEqual(words(inserted["text"]), words(dictation.sample_text(SENTENCES[0])))
 
     def test_a_minimised_application(self):
-        with targets.start("mousepad") as editor, targets.start("xterm") as terminal:
+        with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
             subprocess.run(["xdotool", "windowminimize", "--sync", str(editor.window)], check=True)
             terminal.activate()
-            with dictation.Dictation() as session:
-                inserted = session.speak_and_insert(SENTENCES[1], target="org.xfce.mousepad")
+            inserted = session.speak_and_insert(SENTENCES[1], target="org.xfce.mousepad")
             self.assertEqual(editor.wait_for_text(inserted["text"]), inserted["text"])
             self.assertEqual(terminal.text(), "")
             self.assertEqual(words(inserted["text"]), words(dictation.sample_text(SENTENCES[1])))
 
     def test_an_application_on_another_desktop(self):
-        with targets.start("mousepad") as editor, targets.start("xterm"):
+        with targets.start("mousepad") as editor, targets.start("xterm"), dictation.Dictation() as session:
             subprocess.run(["wmctrl", "-i", "-r", hex(editor.window), "-t", "2"], check=True)
-            with dictation.Dictation() as session:
-                inserted = session.speak_and_insert(SENTENCES[2], target="org.xfce.mousepad")
+            inserted = session.speak_and_insert(SENTENCES[2], target="org.xfce.mousepad")
             self.assertEqual(editor.wait_for_text(inserted["text"]), inserted["text"])
 
     def test_the_destination_is_that_of_the_start_even_if_the_focus_moves(self):
-        with targets.start("mousepad") as editor, targets.start("xterm") as terminal:
+        with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
             editor.activate()
-            with dictation.Dictation() as session:
-                session.start_recording()
-                dictation.play(SENTENCES[3])
-                terminal.activate()
-                session.stop_recording()
-                inserted = session.wait_for(event="inserted")
-                session.wait_for(event="state", state="idle")
+            session.start_recording()
+            dictation.play(SENTENCES[3])
+            terminal.activate()
+            session.stop_recording()
+            inserted = session.wait_for(event="inserted")
+            self.assertEqual(inserted["target"], "org.xfce.mousepad")
             self.assertEqual(editor.wait_for_text(inserted["text"]), inserted["text"])
             self.assertEqual(terminal.text(), "")
 
