@@ -61,7 +61,9 @@ bool LinuxScriptRunner::activateApplicationNamed(const QString &name)
 bool LinuxScriptRunner::paste(const std::optional<QString> &bundleIdentifier)
 {
     if (bundleIdentifier && !bundleIdentifier->isEmpty() && !isInFront(*bundleIdentifier)) {
-        activateApplication(*bundleIdentifier);
+        // Whatever else is in front must not get the text.
+        if (!activateWindowOf(*bundleIdentifier) && !activateApplication(*bundleIdentifier))
+            return false;
         std::this_thread::sleep_for(pauseBeforePaste);
     }
     const QStringList arguments{u"key"_s, u"--clearmodifiers"_s, u"shift+Insert"_s};
@@ -70,6 +72,18 @@ bool LinuxScriptRunner::paste(const std::optional<QString> &bundleIdentifier)
     } catch (const PlatformError &error) {
         throw PlatformError(u"xdotool could not be started: "_s + error.errorDescription());
     }
+}
+
+bool LinuxScriptRunner::activateWindowOf(const QString &bundleIdentifier)
+{
+    const QList<X11Window> windows = m_windows.all();
+    const auto topmost = std::find_if(windows.rbegin(), windows.rend(), [&](const auto &window) {
+        return window.bundleIdentifier == bundleIdentifier;
+    });
+    if (topmost == windows.rend())
+        return false;
+    m_windows.activate(topmost->window);
+    return true;
 }
 
 bool LinuxScriptRunner::isInFront(const QString &bundleIdentifier)

@@ -37,10 +37,11 @@ public:
     bool activateApplicationNamed(const QString &name) override;
 
     /// Sends Shift+Insert, which pastes in terminals too. An application that is already in front
-    /// is not activated again.
+    /// is not activated again; when one that is not in front cannot be, nothing is sent.
     bool paste(const std::optional<QString> &bundleIdentifier) override;
 
 private:
+    bool activateWindowOf(const QString &bundleIdentifier);
     bool isInFront(const QString &bundleIdentifier);
 
     X11Windows &m_windows;

@@ -162,6 +162,24 @@ TEST_F(LinuxScriptRunnerTest, PastingActivatesTheApplicationUnlessItIsInFront)
     EXPECT_EQ(terminal.activationCount(), 0);
 }
 
+TEST_F(LinuxScriptRunnerTest, PastingBringsAWindowOfTheApplicationForward)
+{
+    const InstalledEntry entry(u"org.example.Terminal"_s, u"Terminal-of-the-test"_s);
+    const TerminalWindow behind(u"behind"_s, u"Terminal-of-the-test"_s);
+    ASSERT_TRUE(waitForTitle(u"behind"_s));
+    const TerminalWindow front(u"front"_s);
+    ASSERT_TRUE(waitForTitle(u"front"_s));
+
+    EXPECT_TRUE(m_runner.paste(u"org.example.Terminal"_s));
+    EXPECT_TRUE(waitForTitle(u"behind"_s));
+}
+
+TEST_F(LinuxScriptRunnerTest, NothingIsPastedIntoAnotherApplication)
+{
+    EXPECT_FALSE(m_runner.paste(u"org.example.Missing"_s));
+    EXPECT_TRUE(m_processes.command.isEmpty());
+}
+
 TEST_F(LinuxScriptRunnerTest, PastingSendsTheChordAndReportsTheOutcome)
 {
     EXPECT_TRUE(m_runner.paste(std::nullopt));
@@ -169,7 +187,6 @@ TEST_F(LinuxScriptRunnerTest, PastingSendsTheChordAndReportsTheOutcome)
               (QStringList{u"xdotool"_s, u"key"_s, u"--clearmodifiers"_s, u"shift+Insert"_s}));
     m_processes.status = 1;
     EXPECT_FALSE(m_runner.paste(std::nullopt));
-    EXPECT_FALSE(m_runner.paste(u"org.example.Missing"_s));
 }
 
 TEST_F(LinuxScriptRunnerTest, AFailureToStartIsThrownWithTheProgramsName)
