@@ -12,6 +12,8 @@
 #include "Platform/Linux/X11/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11Workspace.h"
 
+#include <csignal>
+
 namespace kestrova {
 
 namespace {
@@ -51,6 +53,10 @@ std::unique_ptr<KeyEventPosting> makeKeyEvents(Session &session)
 
 Platform makePlatform()
 {
+    // Writing to an X server that has just died would otherwise end the program. QProcess and GLib
+    // give their children the default back.
+    std::signal(SIGPIPE, SIG_IGN);
+
     const auto session = std::make_shared<Session>();
     Platform platform;
     platform.session = session;

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 
 namespace kestrova {
 namespace {
@@ -90,6 +91,15 @@ TEST_F(ApplicationLauncherTest, TheProgramHasASessionOfItsOwnAndIsNotOurChild)
     EXPECT_NE(numbers[1].toInt(), getsid(0));
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD); // no child is left, not even an ended one
+}
+
+TEST_F(ApplicationLauncherTest, TheProgramIgnoresNoBrokenPipe)
+{
+    const auto before = std::signal(SIGPIPE, SIG_IGN);
+    const QString entry = application("grep ^SigIgn: /proc/self/status | cut -f2" + newReport());
+    ASSERT_TRUE(launchApplication(entry, "id"));
+    std::signal(SIGPIPE, before);
+    EXPECT_EQ(report().first().toULongLong(nullptr, 16) & (1ULL << (SIGPIPE - 1)), 0U);
 }
 
 TEST_F(ApplicationLauncherTest, WhatCannotBeStartedIsReported)

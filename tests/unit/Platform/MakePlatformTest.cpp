@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace kestrova {
 namespace {
 
@@ -38,6 +40,19 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
     EXPECT_FALSE(platform.directories->applicationSupportDirectory().isEmpty());
     EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
     EXPECT_EQ(platform.processes->run(u"true"_s, {}, {}).terminationStatus, 0);
+}
+
+TEST_F(MakePlatformTest, ABrokenConnectionDoesNotEndUsAndChildrenKeepTheDefault)
+{
+    std::signal(SIGPIPE, SIG_DFL);
+    const Platform platform = makePlatform();
+    EXPECT_EQ(std::signal(SIGPIPE, SIG_IGN), SIG_IGN);
+    const ProcessOutcome child =
+        platform.processes->run(u"grep"_s, {u"^SigIgn:"_s, u"/proc/self/status"_s}, {});
+    const quint64 ignored =
+        child.standardOutput.split('\t').value(1).trimmed().toULongLong(nullptr, 16);
+    EXPECT_EQ(child.terminationStatus, 0);
+    EXPECT_EQ(ignored & (1ULL << (SIGPIPE - 1)), 0U);
 }
 
 TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
