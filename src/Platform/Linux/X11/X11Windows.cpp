@@ -94,7 +94,7 @@ std::optional<DesktopEntry> X11Windows::application(const X11Window &window)
 
     WindowClues clues{m_connection.text(window.window, "_GTK_APPLICATION_ID"), window.instanceName,
                       window.className, executablePath(window.processIdentifier)};
-    if (const auto entry = m_entries.application(clues))
+    if (auto entry = m_entries.application(clues))
         return entry;
     // A dialog may have a class of its own but belongs to the application of the window it is for.
     const xcb_window_t leader = m_connection.value(window.window, "WM_TRANSIENT_FOR");
