@@ -1,31 +1,16 @@
 #include "Platform/Linux/X11/SelectionOwner.h"
 
 #include <algorithm>
-#include <span>
+#include <vector>
 
 namespace kestrova {
 
 namespace {
 
-// What one property carries at most: the server copies it whole, and several requestors may
-// each have one waiting. Toolkits use a quarter of a megabyte too.
-constexpr uint32_t largestPiece = 256 * 1024;
-// A ChangeProperty request's own fields, with room to spare.
-constexpr uint32_t requestOverhead = 100;
-
 // The most pairs of one MULTIPLE request that are read, in 32-bit units.
 constexpr uint32_t longestMultiple = 1024;
 
-constexpr uint32_t requestorEvents =
-    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-
-uint32_t pieceSize(xcb_connection_t *connection)
-{
-    const uint64_t longest = uint64_t(xcb_get_maximum_request_length(connection)) * 4;
-    return uint32_t(std::min<uint64_t>(longest - requestOverhead, largestPiece));
-}
-
-// Server time wraps around after 49 days.
+// Server times and sequence numbers wrap around.
 bool isBefore(uint32_t first, uint32_t second)
 {
     return int32_t(first - second) < 0;
@@ -36,8 +21,8 @@ bool isBefore(uint32_t first, uint32_t second)
 SelectionOwner::SelectionOwner(xcb_connection_t *connection, xcb_window_t window,
                                const SelectionAtoms &atoms)
     : m_connection(connection), m_window(window), m_atoms(atoms),
-      m_pieceSize(pieceSize(connection)), m_owned{Owned{atoms.clipboard, nullptr},
-                                                  Owned{XCB_ATOM_PRIMARY, nullptr}}
+      m_transfers(connection, atoms.incr), m_owned{Owned{.selection = atoms.clipboard},
+                                                   Owned{.selection = XCB_ATOM_PRIMARY}}
 {
 }
 
@@ -47,11 +32,10 @@ bool SelectionOwner::own(const SelectionText &text, xcb_timestamp_t time)
     std::array<xcb_get_selection_owner_cookie_t, 2> cookies{};
     m_since = time;
     for (size_t i = 0; i < m_owned.size(); ++i) {
-        const auto cookie =
-            xcb_set_selection_owner(m_connection, m_window, m_owned[i].selection, time);
-        if (i == 0)
-            m_takeoverSequence = cookie.sequence;
-        cookies[i] = xcb_get_selection_owner(m_connection, m_owned[i].selection);
+        Owned &owned = m_owned[i];
+        owned.takenBy =
+            xcb_set_selection_owner(m_connection, m_window, owned.selection, time).sequence;
+        cookies[i] = xcb_get_selection_owner(m_connection, owned.selection);
     }
     bool ownsAll = true;
     for (size_t i = 0; i < m_owned.size(); ++i) {
@@ -75,31 +59,23 @@ void SelectionOwner::handle(const xcb_generic_event_t &event)
 {
     switch (event.response_type & 0x7f) {
     case XCB_SELECTION_CLEAR:
-        // One that was sent before our latest takeover is about an earlier ownership.
-        if (!isBefore(event.full_sequence, m_takeoverSequence))
-            selectionCleared(reinterpret_cast<const xcb_selection_clear_event_t &>(event));
+        selectionCleared(reinterpret_cast<const xcb_selection_clear_event_t &>(event).selection,
+                         event.full_sequence);
         break;
     case XCB_SELECTION_REQUEST:
         selectionRequested(reinterpret_cast<const xcb_selection_request_event_t &>(event));
         break;
-    case XCB_PROPERTY_NOTIFY:
-        propertyDeleted(reinterpret_cast<const xcb_property_notify_event_t &>(event));
-        break;
-    case XCB_DESTROY_NOTIFY:
-        dropTransfersTo(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
-        break;
-    case 0: // an error: the requestor vanished before we wrote to it
-        dropTransfersTo(reinterpret_cast<const xcb_value_error_t &>(event).bad_value);
-        break;
     default:
+        m_transfers.handle(event);
         break;
     }
 }
 
-void SelectionOwner::selectionCleared(const xcb_selection_clear_event_t &event)
+void SelectionOwner::selectionCleared(xcb_atom_t selection, uint32_t sequence)
 {
     for (Owned &owned : m_owned) {
-        if (owned.selection == event.selection)
+        // An event from before our latest takeover is about an earlier ownership.
+        if (owned.selection == selection && !isBefore(sequence, owned.takenBy))
             owned.text.reset();
     }
 }
@@ -222,74 +198,12 @@ bool SelectionOwner::convertMultiple(const SelectionText &text, xcb_window_t req
 void SelectionOwner::send(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type,
                           const QByteArray &bytes)
 {
-    if (bytes.size() <= m_pieceSize) {
-        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property, type, 8,
-                            uint32_t(bytes.size()), bytes.constData());
+    if (bytes.size() > m_transfers.pieceSize()) {
+        m_transfers.start(requestor, property, type, bytes);
         return;
     }
-    std::erase_if(m_transfers, [&](const IncrementalTransfer &transfer) {
-        return transfer.requestor() == requestor && transfer.property() == property;
-    });
-    xcb_change_window_attributes(m_connection, requestor, XCB_CW_EVENT_MASK, &requestorEvents);
-    m_transfers.emplace_back(m_connection, requestor, property, type, bytes, m_atoms.incr,
-                             m_pieceSize);
-}
-
-void SelectionOwner::propertyDeleted(const xcb_property_notify_event_t &event)
-{
-    if (event.state != XCB_PROPERTY_DELETE)
-        return;
-    const auto transfer = std::find_if(
-        m_transfers.begin(), m_transfers.end(), [&](const IncrementalTransfer &candidate) {
-            return candidate.requestor() == event.window && candidate.property() == event.atom;
-        });
-    if (transfer == m_transfers.end())
-        return;
-    transfer->sendNext();
-    if (transfer->isFinished()) {
-        m_transfers.erase(transfer);
-        unwatch(event.window);
-    }
-}
-
-void SelectionOwner::dropTransfersTo(xcb_window_t requestor)
-{
-    std::erase_if(m_transfers, [&](const IncrementalTransfer &transfer) {
-        return transfer.requestor() == requestor;
-    });
-}
-
-void SelectionOwner::unwatch(xcb_window_t requestor)
-{
-    const bool isStillNeeded =
-        std::any_of(m_transfers.begin(), m_transfers.end(), [&](const IncrementalTransfer &other) {
-            return other.requestor() == requestor;
-        });
-    constexpr uint32_t noEvents = XCB_EVENT_MASK_NO_EVENT;
-    if (!isStillNeeded)
-        xcb_change_window_attributes(m_connection, requestor, XCB_CW_EVENT_MASK, &noEvents);
-}
-
-IncrementalTransfer::Clock::time_point SelectionOwner::firstDeadline() const
-{
-    auto first = IncrementalTransfer::Clock::time_point::max();
-    for (const IncrementalTransfer &transfer : m_transfers)
-        first = std::min(first, transfer.deadline());
-    return first;
-}
-
-void SelectionOwner::giveUpStalledTransfers()
-{
-    const auto now = IncrementalTransfer::Clock::now();
-    std::vector<xcb_window_t> stalled;
-    for (const IncrementalTransfer &transfer : m_transfers) {
-        if (transfer.deadline() <= now)
-            stalled.push_back(transfer.requestor());
-    }
-    std::erase_if(m_transfers,
-                  [&](const IncrementalTransfer &transfer) { return transfer.deadline() <= now; });
-    for (const xcb_window_t requestor : stalled)
-        unwatch(requestor);
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property, type, 8,
+                        uint32_t(bytes.size()), bytes.constData());
 }
 
 } // namespace kestrova

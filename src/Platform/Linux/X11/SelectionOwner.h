@@ -1,12 +1,11 @@
 #pragma once
 
-#include "Platform/Linux/X11/IncrementalTransfer.h"
+#include "Platform/Linux/X11/IncrementalTransfers.h"
 #include "Platform/Linux/X11/SelectionAtoms.h"
 #include "Platform/Linux/X11/SelectionText.h"
 
 #include <array>
 #include <memory>
-#include <vector>
 
 namespace kestrova {
 
@@ -29,24 +28,19 @@ public:
 
     void handle(const xcb_generic_event_t &event);
 
-    /// Whether a transfer is under way, and when the first of them would be given up.
-    bool isTransferring() const { return !m_transfers.empty(); }
-    IncrementalTransfer::Clock::time_point firstDeadline() const;
-    void giveUpStalledTransfers();
+    /// Its large texts under way, whose deadlines are the caller's business.
+    IncrementalTransfers &transfers() { return m_transfers; }
 
 private:
     struct Owned
     {
         xcb_atom_t selection;
-        std::shared_ptr<const SelectionText> text; ///< none: not ours
+        std::shared_ptr<const SelectionText> text = {}; ///< none: not ours
+        uint32_t takenBy = 0; ///< sequence number of the request that took it over
     };
-    struct Value;
 
-    void selectionCleared(const xcb_selection_clear_event_t &event);
+    void selectionCleared(xcb_atom_t selection, uint32_t sequence);
     void selectionRequested(const xcb_selection_request_event_t &event);
-    void propertyDeleted(const xcb_property_notify_event_t &event);
-    void dropTransfersTo(xcb_window_t requestor);
-    void unwatch(xcb_window_t requestor);
 
     const SelectionText *textFor(const xcb_selection_request_event_t &event) const;
     bool convert(const SelectionText &text, xcb_window_t requestor, xcb_atom_t target,
@@ -61,11 +55,9 @@ private:
     xcb_connection_t *m_connection;
     xcb_window_t m_window;
     SelectionAtoms m_atoms;
-    uint32_t m_pieceSize;
+    IncrementalTransfers m_transfers;
     std::array<Owned, 2> m_owned;
     xcb_timestamp_t m_since = XCB_CURRENT_TIME;
-    uint32_t m_takeoverSequence = 0;
-    std::vector<IncrementalTransfer> m_transfers;
 };
 
 } // namespace kestrova

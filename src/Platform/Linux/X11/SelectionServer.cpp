@@ -107,7 +107,7 @@ void SelectionServer::run()
     for (;;) {
         startWhatWasAsked();
         handleEvents();
-        m_owner->giveUpStalledTransfers();
+        m_owner->transfers().giveUpStalled();
         if (isFinished())
             break;
         sleep();
@@ -197,8 +197,8 @@ bool SelectionServer::isFinished() const
 
 void SelectionServer::sleep()
 {
-    const Clock::time_point end =
-        std::min(m_owner->firstDeadline(), m_handoverEnd.value_or(Clock::time_point::max()));
+    const Clock::time_point end = std::min(m_owner->transfers().firstDeadline(),
+                                           m_handoverEnd.value_or(Clock::time_point::max()));
     std::array<pollfd, 2> descriptors{
         {{xcb_get_file_descriptor(m_connection.xcb()), POLLIN, 0}, {m_wakeDescriptor, POLLIN, 0}}};
     poll(descriptors.data(), descriptors.size(), millisecondsUntil(end));
