@@ -39,6 +39,22 @@ TEST(X11PasteboardHandover, TheManagerReadsTheTextWhileWeWait)
     EXPECT_TRUE(saved == text.toUtf8()) << saved.size();
 }
 
+TEST(X11PasteboardHandover, AManagerMayAnswerByTakingTheClipboard)
+{
+    SelectionClient manager;
+    manager.own("CLIPBOARD_MANAGER");
+    auto pasteboard = std::make_unique<X11Pasteboard>();
+    pasteboard->setString(u"text"_s);
+    std::thread saving([&] {
+        manager.waitForRequest();
+        manager.own("CLIPBOARD");
+    });
+    const auto start = Clock::now();
+    pasteboard.reset();
+    EXPECT_LT(Clock::now() - start, SelectionServer::handoverLimit);
+    saving.join();
+}
+
 TEST(X11PasteboardHandover, AHungManagerIsGivenUp)
 {
     SelectionClient manager;

@@ -178,9 +178,8 @@ void SelectionServer::startHandover()
     const XcbPointer<xcb_get_selection_owner_reply_t> manager(xcb_get_selection_owner_reply(
         m_connection.xcb(), xcb_get_selection_owner(m_connection.xcb(), m_atoms.clipboardManager),
         nullptr));
-    m_isHandedOver =
-        !m_owner->owns(m_atoms.clipboard) || !manager || manager->owner == XCB_WINDOW_NONE;
-    if (m_isHandedOver)
+    m_isHandedOver = !manager || manager->owner == XCB_WINDOW_NONE;
+    if (isFinished())
         return;
     const std::array targets{m_atoms.utf8String, m_atoms.plainTextUtf8, m_atoms.plainText};
     xcb_change_property(m_connection.xcb(), XCB_PROP_MODE_REPLACE, m_window, m_atoms.ownProperty,
@@ -191,8 +190,10 @@ void SelectionServer::startHandover()
 
 bool SelectionServer::isFinished() const
 {
-    return !m_connection.isOpen() ||
-           (m_handoverEnd && (m_isHandedOver || Clock::now() >= *m_handoverEnd));
+    if (!m_connection.isOpen())
+        return true;
+    return m_handoverEnd &&
+           (m_isHandedOver || !m_owner->owns(m_atoms.clipboard) || Clock::now() >= *m_handoverEnd);
 }
 
 void SelectionServer::sleep()

@@ -19,8 +19,9 @@ class SelectionServer
 {
 public:
     /// How long the destructor waits for a clipboard manager to save the text, which otherwise
-    /// is lost with its owner. A living one takes a few milliseconds.
-    static constexpr std::chrono::milliseconds handoverLimit{1000};
+    /// is lost with its owner. Saving takes milliseconds, but xfce4-clipman 1.6 never says that
+    /// it is done: this is then what it costs to end.
+    static constexpr std::chrono::milliseconds handoverLimit{500};
     /// How long the destructor then waits for an X server that does not answer.
     static constexpr std::chrono::milliseconds endLimit{500};
 
