@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "Models/RawValue.h"
 
 namespace kestrova {
 
@@ -18,6 +18,17 @@ struct DictationState
     static DictationState error(const QString &message) { return {Kind::error, message}; }
 
     bool operator==(const DictationState &) const = default;
+};
+
+template <>
+struct RawValues<DictationState::Kind>
+{
+    static constexpr std::array table{
+        std::pair{DictationState::Kind::idle, "idle"},
+        std::pair{DictationState::Kind::recording, "recording"},
+        std::pair{DictationState::Kind::processing, "processing"},
+        std::pair{DictationState::Kind::error, "error"},
+    };
 };
 
 } // namespace kestrova

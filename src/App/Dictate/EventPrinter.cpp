@@ -12,21 +12,6 @@ namespace {
 
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-QString nameOf(DictationState::Kind kind)
-{
-    switch (kind) {
-    case DictationState::Kind::idle:
-        return u"idle"_s;
-    case DictationState::Kind::recording:
-        return u"recording"_s;
-    case DictationState::Kind::processing:
-        return u"processing"_s;
-    case DictationState::Kind::error:
-        return u"error"_s;
-    }
-    Q_UNREACHABLE();
-}
-
 QJsonObject describe(const TranscriptInsertionPayload &payload)
 {
     QJsonObject object{{"text"_L1, payload.text},
@@ -42,7 +27,7 @@ QJsonObject describe(const TranscriptInsertionPayload &payload)
 void EventPrinter::print(const DictationCoordinatorEvent &event)
 {
     if (const auto *changed = std::get_if<DictationEvent::StateChanged>(&event))
-        print(u"state"_s, {{"state"_L1, nameOf(changed->state.kind)}});
+        print(u"state"_s, {{"state"_L1, rawValue(changed->state.kind)}});
     else if (const auto *inserted = std::get_if<DictationEvent::TranscriptInserted>(&event))
         print(u"inserted"_s, describe(inserted->payload));
     else

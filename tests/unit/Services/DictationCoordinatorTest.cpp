@@ -22,18 +22,8 @@ namespace {
 
 QString nameOf(const DictationCoordinatorEvent &event)
 {
-    if (const auto *changed = std::get_if<DictationEvent::StateChanged>(&event)) {
-        switch (changed->state.kind) {
-        case DictationState::Kind::idle:
-            return u"idle"_s;
-        case DictationState::Kind::recording:
-            return u"recording"_s;
-        case DictationState::Kind::processing:
-            return u"processing"_s;
-        case DictationState::Kind::error:
-            return u"error state"_s;
-        }
-    }
+    if (const auto *changed = std::get_if<DictationEvent::StateChanged>(&event))
+        return rawValue(changed->state.kind);
     if (const auto *inserted = std::get_if<DictationEvent::TranscriptInserted>(&event))
         return u"inserted: "_s + inserted->payload.text;
     return u"error: "_s + std::get<DictationEvent::Error>(event).message;
