@@ -40,11 +40,18 @@ pa_buffer_attr bufferAttributes(const pa_sample_spec &spec)
             .fragsize = static_cast<uint32_t>(fragmentSize)};
 }
 
+void disconnectWhenReady(pa_stream *stream, void *)
+{
+    if (pa_stream_get_state(stream) == PA_STREAM_READY)
+        pa_stream_disconnect(stream);
+}
+
 } // namespace
 
 void PulseAudioRecorder::Release::operator()(pa_stream *stream) const
 {
-    pa_stream_set_state_callback(stream, nullptr, nullptr);
+    // A stream that the server has yet to create cannot be disconnected, and would go on listening.
+    pa_stream_set_state_callback(stream, &disconnectWhenReady, nullptr);
     pa_stream_set_read_callback(stream, nullptr, nullptr);
     pa_stream_set_moved_callback(stream, nullptr, nullptr);
     pa_stream_disconnect(stream);
@@ -127,9 +134,11 @@ void PulseAudioRecorder::stateChanged()
 
 void PulseAudioRecorder::takeAvailable()
 {
+    const bool mayBeMonitor = m_moveCheck && isRunning(m_moveCheck);
     const void *data = nullptr;
     size_t size = 0;
-    while (m_isRecording && pa_stream_peek(m_stream.get(), &data, &size) == 0 && size > 0) {
+    while (m_isRecording && !mayBeMonitor && pa_stream_peek(m_stream.get(), &data, &size) == 0 &&
+           size > 0) {
         // No data stands for a gap in what the server has: it keeps its time.
         const bool written = data ? m_file->append({static_cast<const std::byte *>(data), size})
                                   : m_file->appendSilence(size);
@@ -144,7 +153,8 @@ void PulseAudioRecorder::takeAvailable()
 void PulseAudioRecorder::moved()
 {
     // The server moves the stream when its microphone is removed, if need be to what is being
-    // played, which is nothing that the user dictated.
+    // played, which is nothing that the user dictated. What comes from the new place waits until
+    // the server has said which it is.
     m_moveCheck.reset(pa_context_get_source_info_by_index(
         pa_stream_get_context(m_stream.get()), pa_stream_get_device_index(m_stream.get()),
         [](pa_context *, const pa_source_info *source, int, void *self) {

@@ -36,13 +36,14 @@ WavFile::WavFile(const QString &path, const RecordingFormat &format)
     info.samplerate = format.sampleRate;
     info.channels = format.channelCount;
     info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    // Opening writes the header of an empty file.
     m_file.reset(sf_open_fd(m_descriptor, SFM_WRITE, &info, SF_FALSE));
     if (!m_file) {
         close(m_descriptor);
         QFile::remove(path);
         throw PlatformError(path + u": "_s + QString::fromUtf8(sf_strerror(nullptr)));
     }
+    // The header that opening writes does not count its own length.
+    sf_command(m_file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
     m_headerSize = lseek(m_descriptor, 0, SEEK_END);
     sf_command(m_file.get(), SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
 }
