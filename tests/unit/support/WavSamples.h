@@ -25,9 +25,9 @@ inline std::optional<std::vector<qint16>> wavSamples(const QByteArray &bytes)
         bytes.mid(36, 4) != "data" || size % 2 != 0 || number(4) != size + headerSize - 8 ||
         headerSize + size > bytes.size())
         return std::nullopt;
-    std::vector<qint16> samples(size / 2);
-    qFromLittleEndian<qint16>(bytes.constData() + headerSize,
-                              static_cast<qsizetype>(samples.size()), samples.data());
+    std::vector<qint16> samples;
+    for (qsizetype offset = headerSize; offset < headerSize + size; offset += 2)
+        samples.push_back(qFromLittleEndian<qint16>(bytes.constData() + offset));
     return samples;
 }
 
