@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds drainLimit{250};
 
 /// How much audio the server collects before it sends it: what the beginning and the end of a
 /// recording wait for.
-constexpr std::chrono::microseconds fragmentDuration{20'000};
+constexpr std::chrono::microseconds fragmentDuration{10'000};
 
 pa_sample_spec sampleSpec(const RecordingFormat &format)
 {
