@@ -5,6 +5,7 @@
 #include "Models/TranscriptInsertionPayload.h"
 #include "Models/UsageTrendPeriod.h"
 #include "Models/WhisperDecodingProfile.h"
+#include "support/DateText.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>
