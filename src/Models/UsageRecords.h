@@ -77,6 +77,9 @@ struct UsageDashboardSnapshot
     QList<TopApplicationUsage> topApplications;
     QList<SlotUsageStat> slotUsage;
 
+    /// What an empty log yields: zeros, no application, and each hotbar slot unused.
+    static UsageDashboardSnapshot empty();
+
     bool operator==(const UsageDashboardSnapshot &) const = default;
 };
 

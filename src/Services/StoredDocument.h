@@ -20,6 +20,18 @@ auto loadDocument(const UserDefaults &defaults, const QString &key, Decode decod
     return std::nullopt;
 }
 
+/// Stores the bytes under the key, whatever is there now. Returns whether they were stored;
+/// otherwise the old document is still there.
+inline bool storeDocument(UserDefaults &defaults, const QString &key, const QByteArray &bytes)
+{
+    try {
+        defaults.setData(key, bytes);
+        return true;
+    } catch (const ReadableError &) {
+        return false;
+    }
+}
+
 /// Stores the bytes under the key, keeping a present document that does not decode beside it.
 /// Returns whether they were stored; otherwise the old document is still there.
 template <typename Decode>
@@ -29,11 +41,10 @@ bool replaceDocument(UserDefaults &defaults, const QString &key, const QByteArra
     try {
         if (!loadDocument(defaults, key, decode))
             defaults.setAside(key);
-        defaults.setData(key, bytes);
-        return true;
     } catch (const ReadableError &) {
         return false;
     }
+    return storeDocument(defaults, key, bytes);
 }
 
 } // namespace kestrova

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Models/UsageRecords.h"
+
+#include <QByteArray>
+
+namespace kestrova {
+
+/// The usage events in recording order, and beside them their stored form, kept up to date: to
+/// append an event or to drop the oldest costs the same however many there are.
+class UsageLog
+{
+public:
+    UsageLog() = default;
+    explicit UsageLog(const QList<UsageEvent> &events);
+
+    const QList<UsageEvent> &events() const { return m_events; }
+    /// The document that usageEventsFromJson() reads as events().
+    const QByteArray &json() const { return m_json; }
+
+    /// The event's numbers are finite.
+    void append(const UsageEvent &event);
+    /// Drops every event stamped before the cutoff; returns whether there was one. One pass over
+    /// the log if a clock that was set back has left it out of order.
+    bool dropBefore(Date cutoff);
+
+private:
+    void appendToJson(const UsageEvent &event);
+    void dropFirst(qsizetype count);
+
+    QList<UsageEvent> m_events;
+    QByteArray m_json = "[]";
+    bool m_isChronological = true;
+};
+
+} // namespace kestrova

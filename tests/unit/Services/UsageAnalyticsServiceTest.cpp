@@ -1,0 +1,249 @@
+#include "Services/UsageAnalyticsService.h"
+#include "Models/UsageEventsJson.h"
+#include "Platform/Fake/FakeUserDefaults.h"
+#include "Services/StraightforwardUsage.h"
+#include "support/DateText.h"
+#include "support/QtPrinting.h"
+#include "support/UsageEvents.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class UsageAnalyticsServiceTest : public testing::Test
+{
+protected:
+    UsageAnalyticsService service(int retentionMonths = 12)
+    {
+        return {defaults, key, retentionMonths, calendar, [this] { return now; }};
+    }
+
+    QList<UsageEvent> stored() const { return usageEventsFromJson(*defaults.stored(key)); }
+
+    void store(const QList<UsageEvent> &events) { defaults.put(key, UsageLog(events).json()); }
+
+    static qint64 recordingsOf(UsageAnalyticsService &service)
+    {
+        qint64 recordings = 0;
+        for (const auto &application : service.dashboardSnapshot(Date{}).topApplications)
+            recordings += application.recordings;
+        return recordings;
+    }
+
+    FakeUserDefaults defaults;
+    const Calendar calendar{QTimeZone("Europe/Berlin"), Qt::Monday, QLocale::c()};
+    const QString key = UsageAnalyticsService::standardKey();
+    Date now = date("2024-03-31T12:00:00.250+02:00");
+    const Date cutoff = date("2023-03-31T12:00:00.250+02:00");
+    const Date justBeforeCutoff{cutoff.secondsSinceReferenceDate - 1};
+};
+
+TEST_F(UsageAnalyticsServiceTest, WithNothingStoredTheLogIsEmptyAndNothingIsWritten)
+{
+    UsageAnalyticsService service = this->service();
+    EXPECT_EQ(recordingsOf(service), 0);
+    service.refreshRetention();
+    EXPECT_FALSE(defaults.stored(key));
+}
+
+TEST_F(UsageAnalyticsServiceTest, TheApplicationsLogHasItsOwnKeyAndAYearsRetention)
+{
+    EXPECT_EQ(key, u"kestrova.usage.v1"_s);
+    EXPECT_EQ(UsageAnalyticsService::standardRetentionMonths, 12);
+}
+
+TEST_F(UsageAnalyticsServiceTest, RecordedEventsAreStoredInTheirOrderAndLoadedAgain)
+{
+    UsageEvent first = eventAt(now);
+    first.slotIndex = 4;
+    first.targetBundleIdentifier = u"org.example.Editor"_s;
+    first.targetAppName = u"Editor \"é\""_s;
+    const UsageEvent second = eventAt(Date{now.secondsSinceReferenceDate - 60});
+    {
+        UsageAnalyticsService service = this->service();
+        service.record(first);
+        EXPECT_EQ(stored(), QList<UsageEvent>{first});
+        service.record(second);
+    }
+    EXPECT_EQ(stored(), QList<UsageEvent>({first, second}));
+    UsageAnalyticsService service = this->service();
+    EXPECT_EQ(recordingsOf(service), 2);
+    const UsageEvent third = eventAt(now);
+    service.record(third);
+    EXPECT_EQ(stored(), QList<UsageEvent>({first, second, third}));
+}
+
+TEST_F(UsageAnalyticsServiceTest, AnEventAtTheCutoffStaysAndOneASecondEarlierIsDropped)
+{
+    const UsageEvent atCutoff = eventAt(cutoff);
+    store({eventAt(justBeforeCutoff), atCutoff});
+    UsageAnalyticsService service = this->service();
+    EXPECT_EQ(stored(), QList<UsageEvent>{atCutoff}) << "what was dropped is not kept on disk";
+    EXPECT_EQ(recordingsOf(service), 1);
+}
+
+TEST_F(UsageAnalyticsServiceTest, EventsAgeWhileTheServiceLives)
+{
+    UsageAnalyticsService service = this->service();
+    service.record(eventAt(cutoff));
+    now.secondsSinceReferenceDate += 1;
+    const UsageEvent fresh = eventAt(now);
+    service.record(fresh);
+    EXPECT_EQ(stored(), QList<UsageEvent>{fresh});
+}
+
+TEST_F(UsageAnalyticsServiceTest, AnEventOlderThanTheRetentionIsNotKeptButTheDocumentIsWritten)
+{
+    UsageAnalyticsService service = this->service();
+    service.record(eventAt(date("2023-01-31T12:00:00Z")));
+    EXPECT_EQ(defaults.stored(key), QByteArray("[]"));
+    EXPECT_EQ(recordingsOf(service), 0);
+}
+
+TEST_F(UsageAnalyticsServiceTest, RefreshingWritesOnlyWhenAnEventIsOld)
+{
+    const UsageEvent kept = eventAt(now);
+    UsageAnalyticsService service = this->service();
+    service.record(eventAt(cutoff));
+    service.record(kept);
+    defaults.put(key, "untouched");
+    service.refreshRetention();
+    EXPECT_EQ(defaults.stored(key), QByteArray("untouched"));
+
+    now.secondsSinceReferenceDate += 1;
+    service.refreshRetention();
+    EXPECT_EQ(stored(), QList<UsageEvent>{kept});
+}
+
+TEST_F(UsageAnalyticsServiceTest, ADocumentThatKeepsAllItsEventsIsNotRewrittenOnLoading)
+{
+    const QByteArray document = " " + UsageLog({eventAt(now)}).json();
+    defaults.put(key, document);
+    service();
+    EXPECT_EQ(defaults.stored(key), document);
+}
+
+TEST_F(UsageAnalyticsServiceTest, TheRetentionIsCountedInCalendarMonths)
+{
+    now = date("2024-03-31T10:00:00Z");
+    const UsageEvent kept = eventAt(date("2024-02-29T11:00:00Z")); // 12:00 in winter time
+    store({eventAt(date("2024-02-29T10:59:59Z")), kept});
+    service(1);
+    EXPECT_EQ(stored(), QList<UsageEvent>{kept});
+}
+
+TEST_F(UsageAnalyticsServiceTest, ARetentionThatNoCalendarCountsKeepsEverything)
+{
+    const UsageEvent ancient = eventAt(Date{-1e10});
+    for (const int months : {std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+        service(months).record(ancient);
+    EXPECT_EQ(stored(), QList<UsageEvent>({ancient, ancient}));
+}
+
+TEST_F(UsageAnalyticsServiceTest, OneEventWithoutWordCountMakesTheWholeLogEmpty)
+{
+    QByteArray damaged = UsageLog({eventAt(now), eventAt(now)}).json();
+    damaged.replace(damaged.lastIndexOf("wordCount"), 9, "wordcount");
+    defaults.put(key, damaged);
+    UsageAnalyticsService service = this->service();
+    EXPECT_EQ(recordingsOf(service), 0);
+    EXPECT_EQ(defaults.stored(key), damaged) << "it stays until the next write";
+}
+
+TEST_F(UsageAnalyticsServiceTest, DamagedBytesAreSetAsideOnceBeforeTheyAreReplaced)
+{
+    defaults.put(key, "damaged");
+    UsageAnalyticsService service = this->service();
+    service.record(eventAt(now));
+    service.record(eventAt(now));
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{"damaged"});
+    EXPECT_EQ(stored().size(), 2);
+}
+
+TEST_F(UsageAnalyticsServiceTest, DamagedBytesThatCannotBeSetAsideAreNotReplaced)
+{
+    defaults.put(key, "damaged");
+    UsageAnalyticsService service = this->service();
+    defaults.failWriting(true);
+    service.record(eventAt(now));
+    EXPECT_EQ(defaults.stored(key), QByteArray("damaged"));
+
+    defaults.failWriting(false);
+    service.record(eventAt(now));
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{"damaged"});
+    EXPECT_EQ(stored().size(), 2);
+}
+
+TEST_F(UsageAnalyticsServiceTest, AnEventThatCouldNotBeStoredIsStoredWithTheNext)
+{
+    UsageAnalyticsService service = this->service();
+    service.record(eventAt(now));
+    const QByteArray before = *defaults.stored(key);
+    defaults.failWriting(true);
+    service.record(eventAt(now));
+    EXPECT_EQ(defaults.stored(key), before);
+    EXPECT_EQ(recordingsOf(service), 2);
+
+    defaults.failWriting(false);
+    service.record(eventAt(now));
+    EXPECT_EQ(stored().size(), 3);
+}
+
+TEST_F(UsageAnalyticsServiceTest, ALogThatCannotBeReadIsSetAsideBeforeItIsReplaced)
+{
+    store({eventAt(now)});
+    const QByteArray before = *defaults.stored(key);
+    defaults.failReading(true);
+    UsageAnalyticsService service = this->service();
+    EXPECT_EQ(recordingsOf(service), 0);
+    service.record(eventAt(now));
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{before});
+    EXPECT_EQ(stored().size(), 1);
+}
+
+TEST_F(UsageAnalyticsServiceTest, AnEventWithANumberThatJsonCannotHoldChangesNothing)
+{
+    UsageAnalyticsService service = this->service();
+    service.record(eventAt(now));
+    const QByteArray before = *defaults.stored(key);
+    UsageEvent endless = eventAt(now);
+    endless.durationMinutes = std::numeric_limits<double>::infinity();
+    service.record(endless);
+    service.record(eventAt(Date{std::numeric_limits<double>::quiet_NaN()}));
+    EXPECT_EQ(defaults.stored(key), before);
+    EXPECT_EQ(recordingsOf(service), 1);
+}
+
+TEST_F(UsageAnalyticsServiceTest, TheDashboardAndTheTrendShowTheLog)
+{
+    const QList<UsageEvent> events{eventAt(cutoff), eventAt(now)};
+    store(events);
+    UsageAnalyticsService service = this->service();
+    const StraightforwardUsage expected(events, calendar);
+    const Date later{now.secondsSinceReferenceDate + 1};
+    EXPECT_EQ(service.dashboardSnapshot(later), expected.snapshot(later));
+    EXPECT_EQ(service.dashboardSnapshot(later).thisHour.recordings, 1);
+    for (const UsageTrendPeriod period : allCases<UsageTrendPeriod>())
+        EXPECT_EQ(service.trendBuckets(period, later), expected.buckets(period, later));
+}
+
+TEST_F(UsageAnalyticsServiceTest, WithoutAClockTheWallClockIsRead)
+{
+    const double before = double(QDateTime::currentMSecsSinceEpoch() - 1) / 1000;
+    const double wallClock = UsageAnalyticsService::wallClockNow().unixTime();
+    EXPECT_GE(wallClock, before);
+    EXPECT_LE(wallClock, double(QDateTime::currentMSecsSinceEpoch() + 1) / 1000);
+
+    const UsageEvent fresh = eventAt(UsageAnalyticsService::wallClockNow());
+    store({eventAt(Date{fresh.timestamp.secondsSinceReferenceDate - 400 * 86400.0}), fresh});
+    UsageAnalyticsService(defaults, key, 12, calendar);
+    EXPECT_EQ(stored(), QList<UsageEvent>{fresh});
+}
+
+} // namespace
+} // namespace kestrova

@@ -1,0 +1,99 @@
+#include "Services/UsageLog.h"
+#include "Models/UsageEventsJson.h"
+#include "Services/StraightforwardUsage.h"
+#include "support/QtPrinting.h"
+#include "support/UsageEvents.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace kestrova {
+namespace {
+
+UsageLog logAt(std::initializer_list<double> timestamps)
+{
+    UsageLog log;
+    for (const double timestamp : timestamps)
+        log.append(eventAt(Date{timestamp}));
+    return log;
+}
+
+void expectTimestamps(const UsageLog &log, std::initializer_list<double> timestamps)
+{
+    ASSERT_EQ(log.events().size(), qsizetype(timestamps.size()));
+    auto event = log.events().begin();
+    for (const double timestamp : timestamps)
+        EXPECT_EQ((event++)->timestamp, Date{timestamp});
+    EXPECT_EQ(usageEventsFromJson(log.json()), log.events());
+}
+
+TEST(UsageLog, AnEmptyLogIsAnEmptyArray)
+{
+    EXPECT_EQ(UsageLog().json(), "[]");
+    EXPECT_EQ(UsageLog(QList<UsageEvent>()).json(), "[]");
+}
+
+TEST(UsageLog, AppendingIsTheSameAsEncodingAnew)
+{
+    const UsageLog log = logAt({1, 2, 2, -5});
+    expectTimestamps(log, {1, 2, 2, -5});
+    EXPECT_EQ(UsageLog(log.events()).json(), log.json());
+}
+
+TEST(UsageLog, ACopyKeepsItsFormWhenTheOtherGrows)
+{
+    UsageLog log = logAt({1});
+    const UsageLog copy = log;
+    log.append(eventAt(Date{2}));
+    expectTimestamps(copy, {1});
+    expectTimestamps(log, {1, 2});
+}
+
+TEST(UsageLog, EventsBeforeTheCutoffAreDroppedAndThoseAtItStay)
+{
+    UsageLog log = logAt({1, 2, 3, 3, 4});
+    EXPECT_FALSE(log.dropBefore(Date{1}));
+    expectTimestamps(log, {1, 2, 3, 3, 4});
+    EXPECT_TRUE(log.dropBefore(Date{3}));
+    expectTimestamps(log, {3, 3, 4});
+    log.append(eventAt(Date{5}));
+    expectTimestamps(log, {3, 3, 4, 5});
+    EXPECT_TRUE(log.dropBefore(Date{6}));
+    expectTimestamps(log, {});
+    EXPECT_FALSE(log.dropBefore(Date{6}));
+    log.append(eventAt(Date{1}));
+    expectTimestamps(log, {1});
+}
+
+TEST(UsageLog, EventsOutOfOrderAreDroppedWhereverTheyStand)
+{
+    UsageLog log = logAt({5, 1, 6, 2, 7});
+    EXPECT_TRUE(log.dropBefore(Date{3}));
+    expectTimestamps(log, {5, 6, 7});
+    EXPECT_TRUE(UsageLog(logAt({5, 1}).events()).dropBefore(Date{3}));
+}
+
+TEST(UsageLog, AnyHistoryKeepsWhatPlainFilteringKeeps)
+{
+    std::minstd_rand random(1);
+    const Calendar calendar(QTimeZone::utc(), Qt::Monday, QLocale::c());
+    for (const unsigned disorder : {0U, 3U, 40U}) {
+        UsageLog log;
+        QList<UsageEvent> expected;
+        for (int step = 0; step < 300; ++step) {
+            const auto event = eventAt(Date{double(step) - double(random() % (disorder + 1))});
+            log.append(event);
+            expected.append(event);
+            const Date cutoff{double(step) - double(random() % 60)};
+            const auto kept = StraightforwardUsage(expected, calendar).keptSince(cutoff);
+            ASSERT_EQ(log.dropBefore(cutoff), kept != expected);
+            expected = kept;
+            ASSERT_EQ(log.events(), expected);
+            ASSERT_EQ(log.json(), UsageLog(expected).json());
+        }
+    }
+}
+
+} // namespace
+} // namespace kestrova
