@@ -51,7 +51,7 @@ private:
     {
         std::sort(seconds.begin(), seconds.end());
         const double median = seconds[seconds.size() / 2];
-        std::printf("%-20s %7.3f s (%.3f to %.3f)  %6.0f MB/s\n", name, median, seconds.front(),
+        std::printf("%-20s %10.6f s (%.6f to %.6f)  %6.0f MB/s\n", name, median, seconds.front(),
                     seconds.back(), m_megabytes / median);
         return median;
     }
