@@ -52,7 +52,7 @@ E optionalCase(const JsonObjectReader &reader, QLatin1String key, E fallback)
 QList<HotbarSlotAssignment> slotsOf(const QJsonArray &array)
 {
     QList<HotbarSlotAssignment> assignments;
-    for (const QJsonValue &entry : array) {
+    for (const QJsonValue entry : array) {
         if (!entry.isObject())
             throw JsonDecodingError(u"A hotbar slot is not an object."_s);
         assignments.append(HotbarSlotAssignment::fromJson(entry.toObject()));
