@@ -26,7 +26,7 @@ BUILD = os.environ.get("KESTROVA_BUILD", "dev")  # the preset whose programs are
 EVENT_LIMIT = 60.0  # seconds
 END_LIMIT = 20.0
 
-# An empty digest and the wide, always present keys of a new user's settings.
+# What a stored document must have at least, with a download address that nothing answers.
 SETTINGS = {
     "shortcut": {"keyCode": 49, "modifiers": 768},
     "whisperCLIPath": os.environ.get("KESTROVA_WHISPER_CLI", ""),
