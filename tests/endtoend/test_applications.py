@@ -1,7 +1,10 @@
 """Spoken sentences arrive, word for word, in real applications."""
 
+import os
+import signal
 import subprocess
 import unittest
+from pathlib import Path
 
 import dictation
 import targets
@@ -20,7 +23,9 @@ def clipboard(selection="clipboard"):
 
 
 class StartedMousepad(targets.Mousepad):
-    """A mousepad that somebody else started: it is found by its name, and ends with the desktop."""
+    """A mousepad that somebody else started: it is found by its name."""
+
+    _pid = None
 
     def launch(self):
         self.prepare()
@@ -28,7 +33,17 @@ class StartedMousepad(targets.Mousepad):
             raise targets.TargetError("no mousepad was started")
 
     def _is_ours(self, application):
-        return application.get_name() == "mousepad"
+        is_ours = application.get_name() == "mousepad"
+        if is_ours:
+            self._pid = application.get_process_id()
+        return is_ours
+
+    def close(self):
+        # Another test must not find it as the running instance.
+        if self._pid:
+            os.kill(self._pid, signal.SIGKILL)
+            targets._wait_for(lambda: not Path(f"/proc/{self._pid}").exists(), targets.CLOSE_LIMIT)
+        super().close()
 
 
 class Applications(unittest.TestCase):

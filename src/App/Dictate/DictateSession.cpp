@@ -61,11 +61,14 @@ void DictateSession::take(const DictationCoordinatorEvent &event)
     m_printer.print(event);
 }
 
-void DictateSession::toggle(const std::optional<TargetApplication> &target)
+void DictateSession::toggle(const QString &bundleIdentifier)
 {
     // The destination is that of the start, whatever is in front at the end.
-    if (!m_isRecording)
-        m_coordinator->setInsertionContext(target, std::nullopt);
+    if (!m_isRecording) {
+        m_coordinator->setInsertionContext(
+            bundleIdentifier.isEmpty() ? applicationInFront() : application(bundleIdentifier),
+            std::nullopt);
+    }
     m_coordinator->toggle();
 }
 
@@ -73,9 +76,9 @@ void DictateSession::perform(const QString &command)
 {
     m_printer.printCommand(command);
     if (command == u"toggle"_s) {
-        toggle(applicationInFront());
+        toggle(QString());
     } else if (command.startsWith(u"toggle "_s)) {
-        toggle(application(command.mid(7).trimmed()));
+        toggle(command.mid(7).trimmed());
     } else if (command == u"cancel"_s) {
         m_coordinator->cancelProcessing();
     } else {

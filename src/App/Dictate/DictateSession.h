@@ -32,7 +32,7 @@ private:
 
     std::shared_ptr<DictationCoordinator> makeCoordinator();
     void take(const DictationCoordinatorEvent &event);
-    void toggle(const std::optional<TargetApplication> &target);
+    void toggle(const QString &bundleIdentifier);
     std::optional<TargetApplication> applicationInFront();
     TargetApplication application(const QString &bundleIdentifier);
 
