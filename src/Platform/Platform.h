@@ -1,11 +1,15 @@
 #pragma once
 
+#include "Models/BundleInfo.h"
 #include "Platform/AudioRecorder.h"
+#include "Platform/KeyEventMonitoring.h"
 #include "Platform/KeyEventPosting.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/ProcessRunning.h"
 #include "Platform/ScriptRunning.h"
 #include "Platform/StandardDirectories.h"
+#include "Platform/SystemAccess.h"
+#include "Platform/TerminalLauncher.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 
@@ -17,6 +21,7 @@ namespace kestrova {
 /// that was given a reference to one of its members.
 struct Platform
 {
+    BundleInfo bundle;
     std::shared_ptr<void> session; ///< what the services below share; ends after them
     std::unique_ptr<StandardDirectories> directories;
     std::unique_ptr<UserDefaults> userDefaults;
@@ -25,7 +30,10 @@ struct Platform
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<KeyEventPosting> keyEvents;
+    std::unique_ptr<KeyEventMonitoring> keyMonitoring;
     std::unique_ptr<ScriptRunning> scripts;
+    std::unique_ptr<SystemAccess> systemAccess;
+    std::unique_ptr<TerminalLauncher> terminal;
 };
 
 /// The services of the system and session that the program finds itself in. Needs a

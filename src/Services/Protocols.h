@@ -12,6 +12,7 @@
 #include <QList>
 #include <QUrl>
 
+#include <functional>
 #include <stop_token>
 
 /// The service interfaces: the coordinator and the controller hold each service only through
@@ -72,14 +73,16 @@ public:
     virtual ModelStatus modelStatus() = 0;
 };
 
+/// Main thread; the completion is called there too. Nothing fails.
 class PermissionManaging
 {
 public:
     virtual ~PermissionManaging() = default;
 
+    /// Asks nobody.
     virtual PermissionSnapshot currentPermissions() = 0;
-    /// Returns whether the microphone may be used. Never throws.
-    virtual bool requestMicrophonePermission() = 0;
+    /// The completion is called, now or later, with whether the microphone may be used.
+    virtual void requestMicrophonePermission(std::function<void(bool isGranted)> completion) = 0;
     /// Asks the system to show its accessibility prompt.
     virtual void promptForAccessibility() = 0;
 };

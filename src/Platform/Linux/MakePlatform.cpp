@@ -12,11 +12,24 @@
 #include "Platform/Linux/X11/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11Workspace.h"
 
+#include <QCoreApplication>
+
 #include <csignal>
 
 namespace kestrova {
 
+using namespace Qt::StringLiterals;
+
 namespace {
+
+BundleInfo ownBundle()
+{
+    const QString build = QStringLiteral(KESTROVA_BUILD_VERSION);
+    return {.identifier = u"com.kestrova.app"_s,
+            .executablePath = QCoreApplication::applicationFilePath(),
+            .version = QStringLiteral(KESTROVA_VERSION),
+            .buildVersion = build.isEmpty() ? std::nullopt : std::optional(build)};
+}
 
 struct Session
 {
@@ -59,6 +72,7 @@ Platform makePlatform()
 
     const auto session = std::make_shared<Session>();
     Platform platform;
+    platform.bundle = ownBundle();
     platform.session = session;
     platform.directories = std::make_unique<LinuxStandardDirectories>();
     platform.userDefaults =
