@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Platform/KeyDownHandlers.h"
+
+namespace kestrova {
+
+class FakeKeyEventMonitoringControl
+{
+public:
+    virtual ~FakeKeyEventMonitoringControl() = default;
+
+    /// Whether addGlobalMonitor() gives a monitor from now on.
+    virtual void setGlobalAvailable(bool isAvailable) = 0;
+    /// Whether addLocalMonitor() gives a monitor from now on.
+    virtual void setLocalAvailable(bool isAvailable) = 0;
+    /// Plays a key-down while another program has the keyboard.
+    virtual void pressGlobally(const KeyDownEvent &event) = 0;
+    /// Plays a key-down in a window of our own; true when a handler kept it from that window.
+    virtual bool pressLocally(const KeyDownEvent &event) = 0;
+    virtual int globalMonitorCount() const = 0;
+    virtual int localMonitorCount() const = 0;
+};
+
+/// Main thread.
+class FakeKeyEventMonitoring final : public KeyEventMonitoring, public FakeKeyEventMonitoringControl
+{
+public:
+    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
+    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+
+    void setGlobalAvailable(bool isAvailable) override { m_isGlobalAvailable = isAvailable; }
+    void setLocalAvailable(bool isAvailable) override { m_isLocalAvailable = isAvailable; }
+    void pressGlobally(const KeyDownEvent &event) override { m_global.call(event); }
+    bool pressLocally(const KeyDownEvent &event) override { return m_local.call(event); }
+    int globalMonitorCount() const override { return m_global.count(); }
+    int localMonitorCount() const override { return m_local.count(); }
+
+private:
+    KeyDownHandlers m_global;
+    KeyDownHandlers m_local;
+    bool m_isGlobalAvailable = true;
+    bool m_isLocalAvailable = true;
+};
+
+} // namespace kestrova

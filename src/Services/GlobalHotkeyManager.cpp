@@ -1,0 +1,50 @@
+#include "Services/GlobalHotkeyManager.h"
+
+#include <algorithm>
+
+namespace kestrova {
+
+namespace {
+
+constexpr quint32 comparedModifiers = HotkeyShortcut::command | HotkeyShortcut::shift |
+                                      HotkeyShortcut::option | HotkeyShortcut::control;
+
+bool matches(const HotkeyShortcut &shortcut, const KeyDownEvent &event)
+{
+    const quint32 differing = shortcut.modifiers ^ event.modifiers;
+    return shortcut.keyCode == event.keyCode && (differing & comparedModifiers) == 0;
+}
+
+} // namespace
+
+void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
+{
+    unregister();
+    m_bindings = bindings;
+    m_globalMonitor =
+        m_monitoring.addGlobalMonitor([this](const KeyDownEvent &event) { handle(event); });
+    m_localMonitor =
+        m_monitoring.addLocalMonitor([this](const KeyDownEvent &event) { return handle(event); });
+}
+
+void GlobalHotkeyManager::unregister()
+{
+    m_globalMonitor.reset();
+    m_localMonitor.reset();
+    m_bindings.clear();
+}
+
+bool GlobalHotkeyManager::handle(const KeyDownEvent &event) const
+{
+    const auto binding =
+        std::find_if(m_bindings.begin(), m_bindings.end(), [&](const HotkeyBinding &candidate) {
+            return matches(candidate.shortcut, event);
+        });
+    if (binding == m_bindings.end())
+        return false;
+    const auto handler = binding->handler; // it may replace the bindings, or end this object
+    handler();
+    return true;
+}
+
+} // namespace kestrova

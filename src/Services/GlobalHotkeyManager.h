@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Services/Protocols.h"
+
+#include "Platform/KeyEventMonitoring.h"
+
+#include <memory>
+
+namespace kestrova {
+
+/// Calls the handler of the first binding whose shortcut goes down, in any program's window, and
+/// again for every repeat while it is held. No shortcut is reserved: a program in front gets its
+/// keystroke too. A window of our own does not. Main thread.
+class GlobalHotkeyManager final : public HotkeyManaging
+{
+public:
+    /// The monitoring outlives this.
+    explicit GlobalHotkeyManager(KeyEventMonitoring &monitoring) : m_monitoring(monitoring) {}
+
+    /// A direction that the system does not let us observe never calls a handler. Handlers may
+    /// call this, unregister(), and destroy the manager.
+    void registerBindings(const QList<HotkeyBinding> &bindings) override;
+    void unregister() override;
+
+private:
+    bool handle(const KeyDownEvent &event) const;
+
+    KeyEventMonitoring &m_monitoring;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_globalMonitor;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_localMonitor;
+    QList<HotkeyBinding> m_bindings;
+};
+
+} // namespace kestrova
