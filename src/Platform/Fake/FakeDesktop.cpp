@@ -63,6 +63,12 @@ void FakeDesktop::setKeyEventsAvailable(bool available)
     m_keyEventsAvailable = available;
 }
 
+void FakeDesktop::setRefusedAddresses(const QStringList &addresses)
+{
+    const std::lock_guard lock(m_mutex);
+    m_refusedAddresses = addresses;
+}
+
 QStringList FakeDesktop::actions() const
 {
     const std::lock_guard lock(m_mutex);
@@ -134,7 +140,8 @@ void FakeWorkspace::openApplication(const QString &bundleIdentifier)
 bool FakeWorkspace::openAddress(const QUrl &address)
 {
     m_desktop->note(u"address "_s + address.toString());
-    return true;
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return !m_desktop->m_refusedAddresses.contains(address.toString());
 }
 
 std::unique_ptr<Workspace::Observation>

@@ -30,6 +30,8 @@ public:
     /// Not empty: the paste script cannot be started, with this text.
     void setScriptStartFailure(const QString &problem);
     void setKeyEventsAvailable(bool available);
+    /// Addresses that no application opens; every other one opens.
+    void setRefusedAddresses(const QStringList &addresses);
 
     /// What was done, oldest first: "activate 12", "open ID", "address URL", "paste",
     /// "script activate ID", "script activate name NAME", "script paste ID" (ID empty: none).
@@ -57,6 +59,7 @@ private:
     bool m_scriptsSucceed = false;
     QString m_scriptStartFailure;
     bool m_keyEventsAvailable = true;
+    QStringList m_refusedAddresses;
     int m_nextObserver = 0;
     std::vector<Observer> m_observers;
 };
