@@ -1,0 +1,55 @@
+#include "App/SingleInstanceLock.h"
+
+#include "Models/ReadableError.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr mode_t lockFileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
+
+int openLockFile(StandardDirectories &directories)
+{
+    try {
+        const QString path = directories.temporaryDirectory() + u"/kestrova-menubar.lock"_s;
+        return open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
+                    lockFileMode);
+    } catch (const PlatformError &) {
+        return -1;
+    }
+}
+
+} // namespace
+
+SingleInstanceLock::~SingleInstanceLock()
+{
+    if (m_fileDescriptor < 0)
+        return;
+    flock(m_fileDescriptor, LOCK_UN);
+    close(m_fileDescriptor);
+}
+
+bool SingleInstanceLock::acquire()
+{
+    if (m_fileDescriptor >= 0)
+        return true;
+    m_fileDescriptor = openLockFile(m_directories);
+    if (m_fileDescriptor < 0)
+        return false;
+    if (flock(m_fileDescriptor, LOCK_EX | LOCK_NB) == 0)
+        return true;
+    close(m_fileDescriptor);
+    m_fileDescriptor = -1;
+    return false;
+}
+
+} // namespace kestrova
