@@ -105,6 +105,12 @@ HotbarSlotAssignment AppSettings::assignment(qint64 slotIndex) const
     return emptySlot(slotIndex);
 }
 
+std::optional<HotkeyShortcut> AppSettings::hotbarShortcut(int slotIndex) const
+{
+    const auto own = assignment(slotIndex).shortcut;
+    return own ? own : HotkeyShortcut::defaultHotbarNumber(slotIndex);
+}
+
 void AppSettings::setHotbarAssignment(qint64 slotIndex,
                                       const std::optional<QString> &bundleIdentifier,
                                       const std::optional<QString> &appName)

@@ -33,6 +33,8 @@ struct AppSettings
 
     /// The first entry of this number, else an empty one carrying the number (range not checked).
     HotbarSlotAssignment assignment(qint64 slotIndex) const;
+    /// The slot's own shortcut, else its default one. Outside 1 to 9: an entry's own, or none.
+    std::optional<HotkeyShortcut> hotbarShortcut(int slotIndex) const;
     /// Empty strings count as none; the slot keeps its shortcut. Outside 1 to 9: no change.
     void setHotbarAssignment(qint64 slotIndex, const std::optional<QString> &bundleIdentifier,
                              const std::optional<QString> &appName);

@@ -17,6 +17,9 @@ struct DictationState
     static DictationState processing() { return {Kind::processing, {}}; }
     static DictationState error(const QString &message) { return {Kind::error, message}; }
 
+    /// As the user reads it; an error's message is not part of it.
+    QString displayText() const;
+
     bool operator==(const DictationState &) const = default;
 };
 

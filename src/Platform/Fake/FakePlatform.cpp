@@ -1,0 +1,35 @@
+#include "Platform/Fake/FakePlatform.h"
+
+namespace kestrova {
+
+namespace {
+
+/// Puts a new fake into the member of the platform and returns it.
+template <typename Fake, typename Interface>
+Fake &install(std::unique_ptr<Interface> &member)
+{
+    auto fake = std::make_unique<Fake>();
+    Fake &installed = *fake;
+    member = std::move(fake);
+    return installed;
+}
+
+} // namespace
+
+FakePlatform::FakePlatform()
+    : desktop(std::make_shared<FakeDesktop>()),
+      directories(install<FakeStandardDirectories>(platform.directories)),
+      userDefaults(install<FakeUserDefaults>(platform.userDefaults)),
+      processes(install<FakeProcessRunning>(platform.processes)),
+      audioInput(install<FakeAudioInput>(platform.audioInput)),
+      pasteboard(install<FakePasteboard>(platform.pasteboard)),
+      keyboard(install<FakeKeyEventMonitoring>(platform.keyMonitoring)),
+      access(install<FakeSystemAccess>(platform.systemAccess)),
+      terminal(install<FakeTerminalLauncher>(platform.terminal))
+{
+    platform.workspace = std::make_unique<FakeWorkspace>(desktop);
+    platform.keyEvents = std::make_unique<FakeKeyEventPosting>(desktop);
+    platform.scripts = std::make_unique<FakeScriptRunning>(desktop);
+}
+
+} // namespace kestrova

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/FakeDesktop.h"
+#include "Platform/Fake/FakeKeyEventMonitoring.h"
+#include "Platform/Fake/FakePasteboard.h"
+#include "Platform/Fake/FakeProcessRunning.h"
+#include "Platform/Fake/FakeStandardDirectories.h"
+#include "Platform/Fake/FakeSystemAccess.h"
+#include "Platform/Fake/FakeTerminalLauncher.h"
+#include "Platform/Fake/FakeUserDefaults.h"
+#include "Platform/Platform.h"
+
+namespace kestrova {
+
+/// A whole platform of fakes, with the control side of each. At first nothing runs, nothing is
+/// stored, and everything is allowed and works.
+struct FakePlatform
+{
+    FakePlatform();
+
+    Platform platform;
+
+    std::shared_ptr<FakeDesktop> desktop;
+    FakeStandardDirectories &directories;
+    FakeUserDefaultsControl &userDefaults;
+    FakeProcessRunningControl &processes;
+    FakeAudioInputControl &audioInput;
+    FakePasteboard &pasteboard;
+    FakeKeyEventMonitoringControl &keyboard;
+    FakeSystemAccessControl &access;
+    FakeTerminalLauncherControl &terminal;
+};
+
+} // namespace kestrova

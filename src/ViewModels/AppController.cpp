@@ -1,0 +1,207 @@
+#include "ViewModels/AppController.h"
+
+#include "Models/ReadableError.h"
+#include "Services/GlobalHotkeyManager.h"
+#include "Services/PermissionService.h"
+#include "Services/WhisperCppTranscriber.h"
+#include "ViewModels/DiagnosticsReporter.h"
+#include "ViewModels/DictationServices.h"
+#include "ViewModels/HotkeyBindings.h"
+
+#include <QPointer>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+AppController::AppController(const AppEnvironment &environment,
+                             std::shared_ptr<SettingsStore> settingsStore,
+                             std::shared_ptr<AudioCapturing> audioCapture,
+                             std::shared_ptr<TextInserting> textInserter)
+    : m_environment(environment), m_settingsStore(std::move(settingsStore)),
+      m_analyticsService(std::make_shared<UsageAnalyticsService>(
+          *environment.platform.userDefaults, UsageAnalyticsService::standardKey(),
+          UsageAnalyticsService::standardRetentionMonths, environment.calendar, environment.now)),
+      m_hotkeyManager(std::make_unique<GlobalHotkeyManager>(*environment.platform.keyMonitoring)),
+      m_permissionService(std::make_unique<PermissionService>(*environment.platform.systemAccess,
+                                                              *environment.platform.workspace)),
+      m_appState(std::make_shared<AppState>(m_settingsStore->load())),
+      m_modelManager(makeModelManager(environment.platform, m_settingsStore, progressSink())),
+      m_coordinator(std::make_shared<DictationCoordinator>(
+          environment.background, std::move(audioCapture),
+          makeTranscriber(environment.platform, m_settingsStore, m_programEnding.get_token()),
+          std::move(textInserter), m_modelManager,
+          makeDictationEventSink(environment.main, m_appState, m_analyticsService,
+                                 environment.now))),
+      m_targets(*environment.platform.workspace)
+{
+    refreshEnvironmentSnapshot();
+    refreshUsageAnalytics();
+    registerHotkeys();
+    // Again, because observing the keyboard can change what the system reports.
+    refreshEnvironmentSnapshot();
+    refreshUsageAnalytics();
+}
+
+AppController::~AppController()
+{
+    m_programEnding.request_stop();
+    m_coordinator->cancelProcessing();
+}
+
+void AppController::toggleRecordingWithDefaultTarget()
+{
+    if (isReadyToStart())
+        start(m_targets.preferred(), std::nullopt);
+}
+
+void AppController::toggleRecordingWithHotbarSlot(int slotIndex)
+{
+    if (!isReadyToStart())
+        return;
+    const auto target = m_targets.forHotbarSlot(m_appState->settings.get(), slotIndex);
+    if (!target) {
+        showError(u"Hotbar slot %1 is unassigned. Assign an app in Dashboard > Hotbar Apps."_s.arg(
+            slotIndex));
+        return;
+    }
+    start(target, slotIndex);
+}
+
+bool AppController::isReadyToStart()
+{
+    refreshEnvironmentSnapshot();
+    switch (m_appState->state.get().kind) {
+    case DictationState::Kind::processing:
+        return false;
+    case DictationState::Kind::recording:
+        m_environment.main.post([coordinator = m_coordinator] { coordinator->toggle(); });
+        return false;
+    case DictationState::Kind::idle:
+    case DictationState::Kind::error:
+        return canStartRecording();
+    }
+    Q_UNREACHABLE();
+}
+
+bool AppController::canStartRecording()
+{
+    const PermissionSnapshot permissions = m_appState->permissions.get();
+    if (!m_appState->isModelReady.get()) {
+        showError(u"Model is not ready. Download ggml-base.bin before recording."_s);
+        return false;
+    }
+    if (!m_appState->isWhisperCLIReady.get()) {
+        showError(u"whisper-cli not found. Install whisper.cpp and update Settings."_s);
+        return false;
+    }
+    if (!permissions.microphoneAuthorized) {
+        showError(u"Microphone permission is required."_s);
+        requestMicrophoneAccess();
+        return false;
+    }
+    if (!permissions.accessibilityAuthorized) {
+        showError(u"Accessibility permission is required for text insertion."_s);
+        promptForAccessibility();
+        return false;
+    }
+    return true;
+}
+
+void AppController::start(const std::optional<TargetApplication> &target,
+                          std::optional<int> slotIndex)
+{
+    m_environment.main.post([coordinator = m_coordinator, target, slotIndex] {
+        coordinator->setInsertionContext(target, slotIndex);
+        coordinator->toggle();
+    });
+}
+
+void AppController::cancelProcessing()
+{
+    m_environment.main.post([coordinator = m_coordinator] { coordinator->cancelProcessing(); });
+}
+
+void AppController::registerHotkeys()
+{
+    const QPointer controller(this);
+    Executor &main = m_environment.main;
+    const auto toggleMain = [&main, controller] {
+        main.post([controller] {
+            if (controller)
+                controller->toggleRecordingWithDefaultTarget();
+        });
+    };
+    const auto toggleSlot = [&main, controller](int slotIndex) {
+        main.post([controller, slotIndex] {
+            if (controller)
+                controller->toggleRecordingWithHotbarSlot(slotIndex);
+        });
+    };
+    try {
+        m_hotkeyManager->registerBindings(
+            hotkeyBindings(m_appState->settings.get(), toggleMain, toggleSlot));
+    } catch (const std::exception &error) {
+        showError(u"Failed to register hotkeys: "_s + userFacingDescription(error));
+    }
+}
+
+void AppController::unregisterHotkeys()
+{
+    m_hotkeyManager->unregister();
+}
+
+void AppController::refreshEnvironmentSnapshot()
+{
+    m_appState->permissions.set(m_permissionService->currentPermissions());
+    m_appState->isModelReady.set(m_modelManager->modelStatus().isReady);
+    const auto tool =
+        WhisperCppTranscriber::resolveExecutablePath(m_appState->settings.get().whisperCLIPath);
+    m_appState->isWhisperCLIReady.set(tool.has_value());
+    m_appState->resolvedWhisperCLIPath.set(tool.value_or(u""_s));
+}
+
+void AppController::refreshUsageAnalytics()
+{
+    m_analyticsService->refreshRetention();
+    recomputeUsage(*m_appState, *m_analyticsService, m_environment.now());
+}
+
+void AppController::setUsageTrendPeriod(UsageTrendPeriod period)
+{
+    m_appState->usageTrendPeriod.set(period);
+    m_appState->usageTrendBuckets.set(
+        m_analyticsService->trendBuckets(period, m_environment.now()));
+}
+
+QString AppController::diagnosticsJSON()
+{
+    return DiagnosticsReporter{.permissions = m_permissionService->currentPermissions(),
+                               .modelStatus = m_modelManager->modelStatus(),
+                               .settings = m_appState->settings.get(),
+                               .state = m_appState->state.get(),
+                               .bundle = m_environment.platform.bundle}
+        .renderJSON();
+}
+
+DownloadProgressSink AppController::progressSink()
+{
+    return [&main = m_environment.main,
+            state = std::weak_ptr(m_appState)](const DownloadProgress &progress) {
+        main.post([state, progress] {
+            const auto living = state.lock();
+            // An abandoned dictation may still report on its download.
+            if (living && (living->isPreparingModel.get() ||
+                           living->state.get() == DictationState::processing()))
+                living->modelDownload.set(progress);
+        });
+    };
+}
+
+void AppController::showError(const QString &message)
+{
+    m_appState->lastError.set(message);
+    m_appState->state.set(DictationState::error(message));
+}
+
+} // namespace kestrova

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "Concurrency/Executor.h"
+#include "Models/Calendar.h"
+#include "Platform/Platform.h"
+#include "Services/DictationCoordinator.h"
+#include "Services/SettingsStore.h"
+#include "Services/UsageAnalyticsService.h"
+#include "ViewModels/AppState.h"
+#include "ViewModels/DictationEventHandler.h"
+#include "ViewModels/InsertionTargets.h"
+
+#include <QObject>
+
+namespace kestrova {
+
+/// What the controller is built over. Everything referred to outlives it.
+struct AppEnvironment
+{
+    Platform &platform;
+    Executor &main;
+    Executor &background;
+    Calendar calendar = Calendar::current();
+    UsageAnalyticsService::NowProvider now = &UsageAnalyticsService::wallClockNow;
+};
+
+/// Ties the program together: owns the services and the state, turns shortcuts and buttons into
+/// dictations with a destination, and carries out every change of the settings. Main thread only.
+/// No command throws; what goes wrong is shown in the state. Commands that start long work return
+/// at once.
+class AppController final : public QObject
+{
+public:
+    /// Loads settings and usage log, arms the shortcuts and reads permissions, model and tool.
+    AppController(const AppEnvironment &environment, std::shared_ptr<SettingsStore> settingsStore,
+                  std::shared_ptr<AudioCapturing> audioCapture,
+                  std::shared_ptr<TextInserting> textInserter);
+    /// Abandons what is under way. The background executor may still be ending it afterwards.
+    ~AppController() override;
+
+    AppState &appState() { return *m_appState; }
+
+    // Dictation
+
+    /// Starts a dictation into the application in front, or ends the recording of the running one.
+    /// Nothing while one is being processed.
+    void toggleRecordingWithDefaultTarget();
+    /// The same into the slot's application.
+    void toggleRecordingWithHotbarSlot(int slotIndex);
+    /// Abandons a dictation that is being processed.
+    void cancelProcessing();
+
+    /// Arms the shortcuts of the settings, in place of those armed before.
+    void registerHotkeys();
+    /// Disarms them, for as long as a new shortcut is being recorded.
+    void unregisterHotkeys();
+
+    // What the state shows
+
+    /// Reads permissions, model and tool anew.
+    void refreshEnvironmentSnapshot();
+    /// Drops what is past its retention and computes the dashboard anew.
+    void refreshUsageAnalytics();
+    void setUsageTrendPeriod(UsageTrendPeriod period);
+    /// DiagnosticsReporter::renderJSON() of this moment.
+    QString diagnosticsJSON();
+
+    // Setup
+
+    /// Downloads the model where needed, or in any case when forced.
+    void prepareModel(bool forceDownload);
+    /// Opens a terminal that installs the transcription tool.
+    void installWhisperCppViaHomebrew();
+    void requestMicrophoneAccess();
+    void promptForAccessibility();
+
+    // Settings: each change is stored and takes effect at once
+
+    /// Refused when a hotbar slot has this shortcut.
+    void setGlobalShortcut(const HotkeyShortcut &shortcut);
+    /// Refused when it is the main one or another slot's. Slots outside 1 to 9 are ignored.
+    void setHotbarShortcut(int slotIndex, const HotkeyShortcut &shortcut);
+    /// Assigns the application in front. Slots outside 1 to 9 are ignored.
+    void assignHotbarSlotFromFrontmost(int slotIndex);
+    /// "Unavailable" for a slot that has none.
+    QString hotbarShortcutDisplay(int slotIndex) const;
+    /// Any other change; conflicts of shortcuts are not looked for.
+    void updateSettings(const std::function<void(AppSettings &)> &change);
+
+private:
+    bool isReadyToStart();
+    bool canStartRecording();
+    void start(const std::optional<TargetApplication> &target, std::optional<int> slotIndex);
+    void showError(const QString &message);
+    void commit(const AppSettings &settings);
+    void finishModelPreparation(const std::optional<QString> &failure);
+    void finishMicrophoneRequest(bool isGranted);
+    DownloadProgressSink progressSink();
+
+    const AppEnvironment m_environment;
+    std::stop_source m_programEnding;
+    const std::shared_ptr<SettingsStore> m_settingsStore;
+    const std::shared_ptr<UsageAnalyticsManaging> m_analyticsService;
+    const std::unique_ptr<HotkeyManaging> m_hotkeyManager;
+    const std::unique_ptr<PermissionManaging> m_permissionService;
+    const std::shared_ptr<AppState> m_appState;
+    const std::shared_ptr<ModelManaging> m_modelManager;
+    const std::shared_ptr<DictationCoordinator> m_coordinator;
+    InsertionTargets m_targets;
+};
+
+} // namespace kestrova

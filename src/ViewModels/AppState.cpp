@@ -1,0 +1,17 @@
+#include "ViewModels/AppState.h"
+
+namespace kestrova {
+
+AppState::AppState(const AppSettings &initialSettings)
+    : settings(*this, &AppState::settingsChanged, initialSettings)
+{
+}
+
+void AppState::clearErrorIfNeeded()
+{
+    if (state.get().kind == DictationState::Kind::error)
+        state.set(DictationState::idle());
+    lastError.set(std::nullopt);
+}
+
+} // namespace kestrova

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "Models/AppSettings.h"
+#include "Models/DictationState.h"
+#include "Models/PermissionSnapshot.h"
+#include "Models/UsageRecords.h"
+#include "Models/UsageTrendPeriod.h"
+#include "Services/DownloadProgress.h"
+
+#include <QObject>
+
+namespace kestrova {
+
+/// Everything that the user interface shows, in one place. Main thread only. The controller writes
+/// it; views read it through a const reference and redraw on its signals.
+class AppState final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// One member of the state. Each change of its value is announced by willChange() before and
+    /// by the member's own signal after it; setting an equal value is no change.
+    template <typename T>
+    class Published
+    {
+    public:
+        Published(AppState &owner, void (AppState::*changed)(), T initial = {})
+            : m_owner(owner), m_changed(changed), m_value(std::move(initial))
+        {
+        }
+        Q_DISABLE_COPY_MOVE(Published)
+
+        const T &get() const { return m_value; }
+        void set(T value)
+        {
+            if (value == m_value)
+                return;
+            Q_EMIT m_owner.willChange();
+            m_value = std::move(value);
+            Q_EMIT(m_owner.*m_changed)();
+        }
+
+    private:
+        AppState &m_owner;
+        void (AppState::*const m_changed)();
+        T m_value;
+    };
+
+    explicit AppState(const AppSettings &initialSettings);
+
+    Published<DictationState> state{*this, &AppState::stateChanged};
+    /// Since the program started; never stored.
+    Published<qint64> sessionWordCount{*this, &AppState::sessionWordCountChanged};
+    Published<QString> lastTranscript{*this, &AppState::lastTranscriptChanged, QLatin1String("")};
+    Published<std::optional<QString>> lastError{*this, &AppState::lastErrorChanged};
+    Published<bool> isModelReady{*this, &AppState::isModelReadyChanged};
+    Published<bool> isPreparingModel{*this, &AppState::isPreparingModelChanged};
+    /// How far the download of the model has come; none while there is no download.
+    Published<std::optional<DownloadProgress>> modelDownload{*this,
+                                                             &AppState::modelDownloadChanged};
+    Published<bool> isWhisperCLIReady{*this, &AppState::isWhisperCLIReadyChanged};
+    /// Empty when there is no tool.
+    Published<QString> resolvedWhisperCLIPath{*this, &AppState::resolvedWhisperCLIPathChanged,
+                                              QLatin1String("")};
+    Published<PermissionSnapshot> permissions{*this, &AppState::permissionsChanged};
+    Published<AppSettings> settings;
+    Published<UsageDashboardSnapshot> usageSnapshot{*this, &AppState::usageSnapshotChanged,
+                                                    UsageDashboardSnapshot::empty()};
+    Published<UsageTrendPeriod> usageTrendPeriod{*this, &AppState::usageTrendPeriodChanged,
+                                                 UsageTrendPeriod::daily};
+    Published<QList<UsageBucket>> usageTrendBuckets{*this, &AppState::usageTrendBucketsChanged};
+
+    /// Leaves the error state for idle, if that is the state, and forgets the last error.
+    void clearErrorIfNeeded();
+
+Q_SIGNALS:
+    /// Before each change of any member.
+    void willChange();
+
+    void stateChanged();
+    void sessionWordCountChanged();
+    void lastTranscriptChanged();
+    void lastErrorChanged();
+    void isModelReadyChanged();
+    void isPreparingModelChanged();
+    void modelDownloadChanged();
+    void isWhisperCLIReadyChanged();
+    void resolvedWhisperCLIPathChanged();
+    void permissionsChanged();
+    void settingsChanged();
+    void usageSnapshotChanged();
+    void usageTrendPeriodChanged();
+    void usageTrendBucketsChanged();
+};
+
+} // namespace kestrova

@@ -1,0 +1,86 @@
+#include "ViewModels/DictationEventHandler.h"
+
+#include <QUuid>
+
+#include <limits>
+
+namespace kestrova {
+
+namespace {
+
+constexpr double secondsPerMinute = 60;
+
+UsageEvent usageEvent(const TranscriptInsertionPayload &payload, Date now)
+{
+    const TargetApplication target = payload.target.value_or(TargetApplication());
+    return {.id = QUuid::createUuid(),
+            .timestamp = now,
+            .slotIndex = payload.slotIndex,
+            .targetBundleIdentifier = target.bundleIdentifier,
+            .targetAppName = target.localizedName,
+            .wordCount = payload.wordCount,
+            .durationMinutes = payload.audioDurationSeconds / secondsPerMinute};
+}
+
+qint64 sumOrDie(qint64 total, qint64 words)
+{
+    if (words > std::numeric_limits<qint64>::max() - total)
+        qFatal("The word count of this session is too large.");
+    return total + words;
+}
+
+/// Applies one event; a visitor of DictationCoordinatorEvent.
+struct DictationEventHandler
+{
+    AppState &state;
+    UsageAnalyticsManaging &analytics;
+    const std::function<Date()> &now;
+
+    void operator()(const DictationEvent::StateChanged &event)
+    {
+        state.state.set(event.state);
+        if (event.state != DictationState::idle())
+            return;
+        state.modelDownload.set(std::nullopt);
+        state.clearErrorIfNeeded();
+    }
+
+    void operator()(const DictationEvent::Error &event)
+    {
+        state.modelDownload.set(std::nullopt);
+        state.lastError.set(event.message);
+        state.state.set(DictationState::error(event.message));
+    }
+
+    void operator()(const DictationEvent::TranscriptInserted &event)
+    {
+        const TranscriptInsertionPayload &payload = event.payload;
+        state.lastTranscript.set(payload.text);
+        state.sessionWordCount.set(sumOrDie(state.sessionWordCount.get(), payload.wordCount));
+        analytics.record(usageEvent(payload, now()));
+        recomputeUsage(state, analytics, now());
+    }
+};
+
+} // namespace
+
+void recomputeUsage(AppState &state, UsageAnalyticsManaging &analytics, Date now)
+{
+    state.usageSnapshot.set(analytics.dashboardSnapshot(now));
+    state.usageTrendBuckets.set(analytics.trendBuckets(state.usageTrendPeriod.get(), now));
+}
+
+DictationEventSink makeDictationEventSink(Executor &main, std::weak_ptr<AppState> state,
+                                          std::shared_ptr<UsageAnalyticsManaging> analytics,
+                                          std::function<Date()> now)
+{
+    return [&main, state = std::move(state), analytics = std::move(analytics),
+            now = std::move(now)](const DictationCoordinatorEvent &event) {
+        main.post([state, analytics, now, event] {
+            if (const auto living = state.lock())
+                std::visit(DictationEventHandler{*living, *analytics, now}, event);
+        });
+    };
+}
+
+} // namespace kestrova

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Concurrency/Executor.h"
+#include "Services/DictationCoordinatorEvent.h"
+#include "Services/Protocols.h"
+#include "ViewModels/AppState.h"
+
+#include <memory>
+
+namespace kestrova {
+
+/// Recomputes everything that the dashboard shows.
+void recomputeUsage(AppState &state, UsageAnalyticsManaging &analytics, Date now);
+
+/// Carries the coordinator's events over to the state and logs each finished dictation. Each event
+/// is one task on the main executor, in the order of the events; tasks that find the state gone do
+/// nothing. The executor outlives the sink.
+DictationEventSink makeDictationEventSink(Executor &main, std::weak_ptr<AppState> state,
+                                          std::shared_ptr<UsageAnalyticsManaging> analytics,
+                                          std::function<Date()> now);
+
+} // namespace kestrova

@@ -1,0 +1,36 @@
+#include "ViewModels/DictationServices.h"
+
+#include "Services/DefaultModelManager.h"
+#include "Services/WhisperCppTranscriber.h"
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
+                                                std::shared_ptr<const SettingsStore> settings,
+                                                DownloadProgressSink progressSink)
+{
+    auto config = [settings = std::move(settings)] {
+        const AppSettings stored = settings->load();
+        return ModelConfig{stored.modelDownloadURL, stored.modelSHA256};
+    };
+    return std::make_shared<DefaultModelManager>(*platform.directories, config, u"ggml-base.bin"_s,
+                                                 std::move(progressSink));
+}
+
+std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
+                                              std::shared_ptr<const SettingsStore> settings,
+                                              std::stop_token programEnding)
+{
+    auto config = [settings = std::move(settings)] {
+        const AppSettings stored = settings->load();
+        return WhisperCppConfig{.cliPath = stored.whisperCLIPath,
+                                .language = stored.transcriptionLanguage,
+                                .decodingProfile = stored.decodingProfile};
+    };
+    return std::make_shared<WhisperCppTranscriber>(config, *platform.processes,
+                                                   *platform.directories, std::move(programEnding));
+}
+
+} // namespace kestrova

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Platform/Platform.h"
+#include "Services/DownloadProgress.h"
+#include "Services/Protocols.h"
+#include "Services/SettingsStore.h"
+
+#include <memory>
+#include <stop_token>
+
+/// The services whose configuration is the stored settings: they read them anew on each call, on
+/// the calling thread. The platform outlives them.
+namespace kestrova {
+
+std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
+                                                std::shared_ptr<const SettingsStore> settings,
+                                                DownloadProgressSink progressSink = {});
+
+/// A running tool is ended when programEnding is requested to stop.
+std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
+                                              std::shared_ptr<const SettingsStore> settings,
+                                              std::stop_token programEnding);
+
+} // namespace kestrova

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Models/AppSettings.h"
+
+namespace kestrova {
+
+/// The binding "toggle" of the main shortcut, then "hotbar-1" to "hotbar-9", assigned or not.
+QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<void()> toggleMain,
+                                    std::function<void(int slotIndex)> toggleSlot);
+
+/// Why the shortcut cannot become the main one; none when it can.
+std::optional<QString> mainShortcutConflict(const AppSettings &settings,
+                                            const HotkeyShortcut &shortcut);
+/// Why the shortcut cannot become the slot's; none when it can.
+std::optional<QString> hotbarShortcutConflict(const AppSettings &settings, int slotIndex,
+                                              const HotkeyShortcut &shortcut);
+
+} // namespace kestrova
