@@ -5,6 +5,7 @@
 #include "Platform/Linux/FileUserDefaults.h"
 #include "Platform/Linux/LinuxScriptRunner.h"
 #include "Platform/Linux/LinuxStandardDirectories.h"
+#include "Platform/Linux/LinuxSystemAccess.h"
 #include "Platform/Linux/NoDesktop.h"
 #include "Platform/Linux/PulseAudioInput.h"
 #include "Platform/Linux/X11/PostedKeys.h"
@@ -83,6 +84,9 @@ Platform makePlatform()
     platform.pasteboard = makePasteboard();
     platform.keyEvents = makeKeyEvents(*session);
     platform.scripts = std::make_unique<LinuxScriptRunner>(session->windows, *platform.processes);
+    platform.systemAccess = std::make_unique<LinuxSystemAccess>(
+        sandboxOf(SandboxSigns::ofThisProcess()), qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
+        session->connection);
     return platform;
 }
 

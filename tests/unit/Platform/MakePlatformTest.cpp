@@ -39,6 +39,8 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
     EXPECT_TRUE(platform.scripts->paste(std::nullopt));
     EXPECT_FALSE(platform.directories->applicationSupportDirectory().isEmpty());
     EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
+    EXPECT_TRUE(platform.systemAccess->isAccessibilityTrusted());
+    EXPECT_FALSE(platform.systemAccess->microphoneSettingsPages().isEmpty());
     EXPECT_EQ(platform.processes->run(u"true"_s, {}, {}).terminationStatus, 0);
 }
 
@@ -69,6 +71,7 @@ TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
     EXPECT_FALSE(platform.keyEvents->postCommandV());
     EXPECT_FALSE(platform.scripts->activateApplicationNamed(u"xterm"_s));
     EXPECT_FALSE(platform.scripts->paste(std::nullopt));
+    EXPECT_FALSE(platform.systemAccess->isAccessibilityTrusted());
     qputenv("DISPLAY", display);
 }
 

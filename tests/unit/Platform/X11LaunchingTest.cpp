@@ -1,5 +1,6 @@
 #include "Platform/Linux/X11/X11Workspace.h"
 
+#include "Platform/Linux/ApplicationAddress.h"
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"
 
@@ -39,6 +40,16 @@ protected:
         });
     }
 
+    // In the home of the virtual desktop.
+    void installEntry(const QString &identifier, const QByteArray &keys)
+    {
+        ASSERT_TRUE(QDir().mkpath(folder));
+        QFile entry(folder + identifier + u".desktop"_s);
+        ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
+        entry.write("[Desktop Entry]\nType=Application\nName=X\n" + keys);
+    }
+
+    const QString folder = qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s;
     int argc = 1;
     char name[5] = "test";
     char *argv[2] = {name, nullptr};
@@ -82,13 +93,7 @@ TEST_F(X11LaunchingTest, AnAddressOpensWithTheHandlerOfItsScheme)
 {
     const QUrl address(u"x-kestrova-test:page?a=%20b"_s);
     EXPECT_FALSE(workspace.openAddress(address));
-    const QString folder = qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s;
-    ASSERT_TRUE(QDir().mkpath(folder));
-    QFile entry(folder + u"x.desktop"_s);
-    ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
-    entry.write("[Desktop Entry]\nType=Application\nName=X\nExec=xterm -T %u -e cat\n"
-                "MimeType=x-scheme-handler/x-kestrova-test;\n");
-    entry.close();
+    installEntry(u"x"_s, "Exec=xterm -T %u -e cat\nMimeType=x-scheme-handler/x-kestrova-test;\n");
     QFile defaults(folder + u"mimeapps.list"_s);
     ASSERT_TRUE(defaults.open(QIODevice::WriteOnly));
     defaults.write("[Default Applications]\nx-scheme-handler/x-kestrova-test=x.desktop\n");
@@ -98,6 +103,25 @@ TEST_F(X11LaunchingTest, AnAddressOpensWithTheHandlerOfItsScheme)
     ASSERT_TRUE(waitUntil([&] { return workspace.openAddress(address); }));
     ASSERT_TRUE(comesToFront(u"debian-xterm"_s));
     EXPECT_EQ(windows.title(windows.active()->window), address.toString(QUrl::FullyEncoded));
+}
+
+TEST_F(X11LaunchingTest, AnApplicationsAddressOpensItThoughNoMenuShowsIt)
+{
+    const QUrl address = applicationAddress(u"org.example.panel"_s);
+    EXPECT_FALSE(workspace.openAddress(address)) << "it is not installed";
+    installEntry(u"org.example.panel"_s,
+                 "NoDisplay=true\nOnlyShowIn=NOSUCHDESKTOP;\nExec=xterm -T panel -e cat\n");
+    ASSERT_TRUE(workspace.openAddress(address));
+    ASSERT_TRUE(comesToFront(u"debian-xterm"_s));
+    EXPECT_EQ(windows.title(windows.active()->window), u"panel"_s);
+}
+
+TEST_F(X11LaunchingTest, AnApplicationsAddressThatWasRemovedOrLacksItsProgramOpensNothing)
+{
+    installEntry(u"org.example.removed"_s, "Hidden=true\nExec=xterm -e cat\n");
+    installEntry(u"org.example.broken"_s, "Exec=/nonexistent/program\n");
+    EXPECT_FALSE(workspace.openAddress(applicationAddress(u"org.example.removed"_s)));
+    EXPECT_FALSE(workspace.openAddress(applicationAddress(u"org.example.broken"_s)));
 }
 
 } // namespace

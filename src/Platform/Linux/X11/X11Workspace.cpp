@@ -1,5 +1,6 @@
 #include "Platform/Linux/X11/X11Workspace.h"
 
+#include "Platform/Linux/ApplicationAddress.h"
 #include "Platform/Linux/ApplicationLauncher.h"
 #include "Platform/Linux/ProcessStatus.h"
 #include "Platform/Linux/X11/X11ServerTime.h"
@@ -139,12 +140,19 @@ bool X11Workspace::isInstalled(const QString &bundleIdentifier)
 
 void X11Workspace::openApplication(const QString &bundleIdentifier)
 {
-    if (const auto entry = m_entries.application(bundleIdentifier))
-        launchApplication(entry->path, newStartupId());
+    launchInstalled(bundleIdentifier);
+}
+
+bool X11Workspace::launchInstalled(const QString &bundleIdentifier)
+{
+    const auto entry = m_entries.application(bundleIdentifier);
+    return entry && launchApplication(entry->path, newStartupId());
 }
 
 bool X11Workspace::openAddress(const QUrl &address)
 {
+    if (const auto identifier = applicationAt(address))
+        return launchInstalled(*identifier);
     return launchHandler(address, newStartupId());
 }
 

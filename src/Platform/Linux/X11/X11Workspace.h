@@ -31,6 +31,7 @@ public:
     void activate(const RunningApplication &application) override;
     bool isInstalled(const QString &bundleIdentifier) override;
     void openApplication(const QString &bundleIdentifier) override;
+    /// An application's address opens that application, also one that no menu shows.
     bool openAddress(const QUrl &address) override;
 
     std::unique_ptr<Observation>
@@ -41,6 +42,7 @@ private:
 
     QList<RunningApplication> applications();
     void reportActivation();
+    bool launchInstalled(const QString &bundleIdentifier);
     QByteArray newStartupId();
 
     X11Connection &m_connection;
