@@ -9,6 +9,7 @@
 #include "Platform/Linux/NoDesktop.h"
 #include "Platform/Linux/PulseAudioInput.h"
 #include "Platform/Linux/X11/PostedKeys.h"
+#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
 #include "Platform/Linux/X11/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11Workspace.h"
@@ -63,6 +64,13 @@ std::unique_ptr<KeyEventPosting> makeKeyEvents(Session &session)
     return std::make_unique<X11KeyEventPosting>(session.postedKeys);
 }
 
+std::unique_ptr<KeyEventMonitoring> makeKeyMonitoring(Session &session)
+{
+    if (!session.connection.isOpen())
+        return std::make_unique<NoDesktop::MissingKeyMonitoring>();
+    return std::make_unique<X11KeyEventMonitoring>(session.connection, session.postedKeys);
+}
+
 } // namespace
 
 Platform makePlatform()
@@ -83,6 +91,7 @@ Platform makePlatform()
     platform.workspace = makeWorkspace(*session);
     platform.pasteboard = makePasteboard();
     platform.keyEvents = makeKeyEvents(*session);
+    platform.keyMonitoring = makeKeyMonitoring(*session);
     platform.scripts = std::make_unique<LinuxScriptRunner>(session->windows, *platform.processes);
     platform.systemAccess = std::make_unique<LinuxSystemAccess>(
         sandboxOf(SandboxSigns::ofThisProcess()), qEnvironmentVariable("XDG_CURRENT_DESKTOP"),

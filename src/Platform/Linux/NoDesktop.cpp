@@ -56,4 +56,14 @@ bool MissingKeyboard::postCommandV()
     return false;
 }
 
+std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addGlobalMonitor(GlobalHandler)
+{
+    return nullptr;
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addLocalMonitor(LocalHandler)
+{
+    return nullptr;
+}
+
 } // namespace kestrova::NoDesktop

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/KeyEventMonitoring.h"
 #include "Platform/KeyEventPosting.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/Workspace.h"
@@ -34,6 +35,14 @@ class MissingKeyboard final : public KeyEventPosting
 {
 public:
     bool postCommandV() override;
+};
+
+class MissingKeyMonitoring final : public KeyEventMonitoring
+{
+public:
+    /// Both are always null.
+    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
+    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
 };
 
 } // namespace kestrova::NoDesktop

@@ -37,6 +37,8 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
     EXPECT_EQ(platform.pasteboard->string(), u"text"_s);
     EXPECT_TRUE(platform.keyEvents->postCommandV());
     EXPECT_TRUE(platform.scripts->paste(std::nullopt));
+    EXPECT_NE(platform.keyMonitoring->addGlobalMonitor([](const auto &) {}), nullptr);
+    EXPECT_NE(platform.keyMonitoring->addLocalMonitor([](const auto &) { return false; }), nullptr);
     EXPECT_FALSE(platform.directories->applicationSupportDirectory().isEmpty());
     EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
     EXPECT_TRUE(platform.systemAccess->isAccessibilityTrusted());
@@ -69,6 +71,8 @@ TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
     EXPECT_EQ(platform.pasteboard->string(), std::nullopt);
     EXPECT_THROW(platform.pasteboard->setString(u"text"_s), PlatformError);
     EXPECT_FALSE(platform.keyEvents->postCommandV());
+    EXPECT_EQ(platform.keyMonitoring->addGlobalMonitor([](const auto &) {}), nullptr);
+    EXPECT_EQ(platform.keyMonitoring->addLocalMonitor([](const auto &) { return false; }), nullptr);
     EXPECT_FALSE(platform.scripts->activateApplicationNamed(u"xterm"_s));
     EXPECT_FALSE(platform.scripts->paste(std::nullopt));
     EXPECT_FALSE(platform.systemAccess->isAccessibilityTrusted());

@@ -5,33 +5,67 @@
 namespace kestrova {
 namespace {
 
-TEST(PostedKeys, EachAnnouncedPressIsTakenOnceAndInOrder)
+class PostedKeysTest : public testing::Test
 {
-    PostedKeys keys;
-    keys.announce({50, 118});
-    EXPECT_FALSE(keys.take(118));
-    EXPECT_TRUE(keys.take(50));
-    EXPECT_FALSE(keys.take(50));
-    EXPECT_TRUE(keys.take(118));
-    EXPECT_FALSE(keys.take(118));
+protected:
+    bool take(quint8 keyCode, quint32 time = 1000)
+    {
+        return m_keys.take(PostedKeys::ofAllWindows, keyCode, time);
+    }
+
+    PostedKeys m_keys;
+};
+
+TEST_F(PostedKeysTest, EachAnnouncedPressIsTakenOnceAndInOrder)
+{
+    m_keys.announce({50, 118});
+    EXPECT_FALSE(take(118));
+    EXPECT_TRUE(take(50));
+    EXPECT_FALSE(take(50));
+    EXPECT_TRUE(take(118));
+    EXPECT_FALSE(take(118));
 }
 
-TEST(PostedKeys, AKeyOfTheUserInBetweenIsNotOurs)
+TEST_F(PostedKeysTest, AKeyOfTheUserInBetweenIsNotOurs)
 {
-    PostedKeys keys;
-    keys.announce({50, 118});
-    EXPECT_TRUE(keys.take(50));
-    EXPECT_FALSE(keys.take(38));
-    EXPECT_TRUE(keys.take(118));
+    m_keys.announce({50, 118});
+    EXPECT_TRUE(take(50));
+    EXPECT_FALSE(take(38));
+    EXPECT_TRUE(take(118));
 }
 
-TEST(PostedKeys, PressesThatNobodyObservedAreForgottenAtTheNextChord)
+TEST_F(PostedKeysTest, PressesThatNobodyObservedAreForgottenAtTheNextChord)
 {
-    PostedKeys keys;
-    keys.announce({50, 118});
-    keys.announce({37, 55});
-    EXPECT_FALSE(keys.take(50));
-    EXPECT_TRUE(keys.take(37));
+    m_keys.announce({50, 118});
+    m_keys.announce({37, 55});
+    EXPECT_FALSE(take(50));
+    EXPECT_TRUE(take(37));
+}
+
+TEST_F(PostedKeysTest, EveryObserverTakesEachPress)
+{
+    m_keys.announce({50});
+    EXPECT_TRUE(m_keys.take(PostedKeys::ofOwnWindows, 50, 1000));
+    EXPECT_FALSE(m_keys.take(PostedKeys::ofOwnWindows, 50, 1000));
+    EXPECT_TRUE(m_keys.take(PostedKeys::ofAllWindows, 50, 1000));
+}
+
+TEST_F(PostedKeysTest, PressesAfterTheChordAreTheUsers)
+{
+    m_keys.announce({50, 118});
+    m_keys.finish(1000);
+    EXPECT_FALSE(take(50, 1001));
+    EXPECT_TRUE(take(50, 1000)); // observed late
+    m_keys.announce({50, 118});
+    EXPECT_TRUE(take(50, 2000));
+}
+
+TEST_F(PostedKeysTest, TheServersClockMayStartAnew)
+{
+    m_keys.announce({50, 118});
+    m_keys.finish(2);
+    EXPECT_TRUE(take(50, 0xFFFFFFFF));
+    EXPECT_FALSE(take(118, 3));
 }
 
 } // namespace

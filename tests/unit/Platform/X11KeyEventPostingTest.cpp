@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
 
 #include "Platform/Linux/X11/PostedKeys.h"
+#include "Platform/Linux/X11/X11ServerTime.h"
 #include "support/KeyLogWindow.h"
 #include "support/PrivateXServer.h"
 #include "support/VirtualKeyboard.h"
@@ -60,6 +61,7 @@ void runOrThrow(const std::string &command)
 class X11KeyEventPostingTest : public testing::Test
 {
 protected:
+    X11Connection m_connection;
     KeyLogWindow m_window{"Mousepad"};
     VirtualKeyboard m_keyboard{m_window.xcb()};
     PostedKeys m_postedKeys;
@@ -74,9 +76,17 @@ TEST_F(X11KeyEventPostingTest, TheChordIsInTheServerWhenItReturns)
 
 TEST_F(X11KeyEventPostingTest, ItsPressesAreAnnounced)
 {
+    const xcb_timestamp_t now = serverTime(m_connection);
     ASSERT_TRUE(m_posting.postCommandV());
-    EXPECT_TRUE(m_postedKeys.take(leftShift));
-    EXPECT_TRUE(m_postedKeys.take(insert));
+    EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, leftShift, now));
+    EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, insert, now));
+}
+
+TEST_F(X11KeyEventPostingTest, ThePressesThatFollowAreNotItsOwn)
+{
+    ASSERT_TRUE(m_posting.postCommandV());
+    const xcb_timestamp_t now = serverTime(m_connection);
+    EXPECT_FALSE(m_postedKeys.take(PostedKeys::ofOwnWindows, leftShift, now + 1));
 }
 
 TEST_F(X11KeyEventPostingTest, CapsLockAndNumLockStayOnAndDoNotDisturb)

@@ -28,6 +28,7 @@ public:
     KeyLogWindow &operator=(const KeyLogWindow &) = delete;
 
     xcb_connection_t *xcb() const { return m_connection; }
+    xcb_window_t id() const { return m_window; }
     /// What came since the last call. Everything that is in the server by now is in it.
     std::vector<Key> keys();
     /// The modifiers and locks that are on now.

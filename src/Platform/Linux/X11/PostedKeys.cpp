@@ -2,18 +2,37 @@
 
 namespace kestrova {
 
+namespace {
+
+// The server's clock of 32 bits counts milliseconds and starts anew after 49 days.
+bool isLater(quint32 time, quint32 than)
+{
+    return qint32(time - than) > 0;
+}
+
+} // namespace
+
 void PostedKeys::announce(const std::vector<quint8> &keyCodes)
 {
     const std::lock_guard lock(m_mutex);
-    m_expected.assign(keyCodes.rbegin(), keyCodes.rend());
+    for (std::vector<quint8> &expected : m_expected)
+        expected.assign(keyCodes.rbegin(), keyCodes.rend());
+    m_end.reset();
 }
 
-bool PostedKeys::take(quint8 keyCode)
+void PostedKeys::finish(quint32 time)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_expected.empty() || m_expected.back() != keyCode)
+    m_end = time;
+}
+
+bool PostedKeys::take(Observer observer, quint8 keyCode, quint32 time)
+{
+    const std::lock_guard lock(m_mutex);
+    std::vector<quint8> &expected = m_expected[observer];
+    if (expected.empty() || expected.back() != keyCode || (m_end && isLater(time, *m_end)))
         return false;
-    m_expected.pop_back();
+    expected.pop_back();
     return true;
 }
 

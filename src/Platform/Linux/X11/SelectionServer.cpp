@@ -1,15 +1,14 @@
 #include "Platform/Linux/X11/SelectionServer.h"
 
 #include "Models/ReadableError.h"
+#include "Platform/Linux/X11/BrokenPipeSignal.h"
 #include "Platform/Linux/X11/SelectionWindow.h"
 
 #include <algorithm>
 #include <array>
-#include <csignal>
 #include <utility>
 
 #include <poll.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -19,15 +18,6 @@ namespace kestrova {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// libxcb writes with writev: after the server's death that would be a SIGPIPE.
-void blockBrokenPipeSignal()
-{
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-}
 
 int millisecondsUntil(std::chrono::steady_clock::time_point time)
 {

@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/PasteChords.h"
 #include "Platform/Linux/X11/PostedKeys.h"
 #include "Platform/Linux/X11/X11Keyboard.h"
+#include "Platform/Linux/X11/X11ServerTime.h"
 
 #include <xcb/xtest.h>
 
@@ -88,6 +89,10 @@ void X11KeyEventPosting::fake(uint8_t type, xcb_keycode_t key)
 
 bool X11KeyEventPosting::waitForServer()
 {
+    // The server answers in order.
+    const xcb_timestamp_t now = serverTime(m_connection);
+    if (now != XCB_CURRENT_TIME)
+        m_postedKeys.finish(now);
     const XcbPointer<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(
         m_connection.xcb(), xcb_get_input_focus(m_connection.xcb()), nullptr));
     return reply != nullptr;

@@ -1,33 +1,16 @@
 #include "Platform/Linux/X11/X11Keyboard.h"
 
-#include <xkbcommon/xkbcommon-x11.h>
-
 #include <algorithm>
 #include <iterator>
 
 namespace kestrova {
 
-X11Keyboard::X11Keyboard(X11Connection &connection) : m_connection(connection)
+X11Keyboard::X11Keyboard(X11Connection &connection)
+    : m_connection(connection), m_keymap(readKeymap(connection))
 {
-    readKeymap();
-    readModifierKeys();
-}
-
-void X11Keyboard::readKeymap()
-{
-    xcb_connection_t *const xcb = m_connection.xcb();
-    if (!xkb_x11_setup_xkb_extension(
-            xcb, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
-        return;
-    const int32_t device = xkb_x11_get_core_keyboard_device_id(xcb);
-    m_context.reset(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES));
-    if (device < 0 || !m_context)
-        return;
-    m_keymap.reset(
-        xkb_x11_keymap_new_from_device(m_context.get(), xcb, device, XKB_KEYMAP_COMPILE_NO_FLAGS));
     if (m_keymap)
-        m_state.reset(xkb_x11_state_new_from_device(m_keymap.get(), xcb, device));
+        m_state = readKeyboardState(connection, *m_keymap);
+    readModifierKeys();
 }
 
 void X11Keyboard::readModifierKeys()

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/XkbKeymap.h"
 
-#include <xkbcommon/xkbcommon.h>
-
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -26,23 +23,11 @@ public:
     std::vector<xcb_keycode_t> held(const std::vector<xcb_keycode_t> &keys) const;
 
 private:
-    template <auto unreference>
-    struct Unreference
-    {
-        template <typename T>
-        void operator()(T *object) const
-        {
-            unreference(object);
-        }
-    };
-
-    void readKeymap();
     void readModifierKeys();
 
     X11Connection &m_connection;
-    std::unique_ptr<xkb_context, Unreference<xkb_context_unref>> m_context;
-    std::unique_ptr<xkb_keymap, Unreference<xkb_keymap_unref>> m_keymap;
-    std::unique_ptr<xkb_state, Unreference<xkb_state_unref>> m_state;
+    XkbKeymapPointer m_keymap;
+    XkbStatePointer m_state;
     std::vector<xcb_keycode_t> m_modifierKeys;
 };
 

@@ -1,11 +1,10 @@
 #include "Platform/Linux/X11/X11Windows.h"
 
 #include "Platform/Linux/ProcessStatus.h"
+#include "Platform/Linux/X11/X11ClientProcess.h"
 #include "Platform/Linux/X11/X11ServerTime.h"
 
 #include <QSysInfo>
-
-#include <xcb/res.h>
 
 #include <unistd.h>
 
@@ -114,7 +113,7 @@ std::pair<QString, QString> X11Windows::classOf(xcb_window_t window)
 qint32 X11Windows::processIdentifier(xcb_window_t window)
 {
     // A client that has forked since it connected is known by the process that has ended.
-    const qint32 client = clientProcess(window);
+    const qint32 client = clientProcess(m_connection, window);
     if (processStatus(client))
         return client;
     const QString machine = m_connection.text(window, "WM_CLIENT_MACHINE");
@@ -122,22 +121,6 @@ qint32 X11Windows::processIdentifier(xcb_window_t window)
         return 0;
     const auto claimed = static_cast<qint32>(m_connection.value(window, "_NET_WM_PID"));
     return processStatus(claimed) ? claimed : 0;
-}
-
-// What the X server knows of the client's socket; 0 for a client of another machine or container.
-qint32 X11Windows::clientProcess(xcb_window_t window)
-{
-    if (!m_connection.hasExtension(&xcb_res_id))
-        return 0;
-    const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const XcbPointer<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
-        m_connection.xcb(), xcb_res_query_client_ids(m_connection.xcb(), 1, &wanted), nullptr));
-    if (!reply)
-        return 0;
-    const auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
-    if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) == 0)
-        return 0;
-    return static_cast<qint32>(*xcb_res_client_id_value_value(ids.data));
 }
 
 bool X11Windows::isRegular(xcb_window_t window, const QList<quint32> &states)

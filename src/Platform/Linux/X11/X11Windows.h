@@ -49,7 +49,6 @@ private:
     QList<xcb_window_t> stacked();
     X11Window describe(xcb_window_t window);
     qint32 processIdentifier(xcb_window_t window);
-    qint32 clientProcess(xcb_window_t window);
     void identify(X11Window &window);
     std::optional<DesktopEntry> application(const X11Window &window);
     std::pair<QString, QString> classOf(xcb_window_t window);

@@ -1,0 +1,41 @@
+#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+
+#include <QMetaObject>
+
+namespace kestrova {
+
+X11KeyEventMonitoring::X11KeyEventMonitoring(X11Connection &connection, PostedKeys &postedKeys,
+                                             const QByteArray &displayName)
+    : m_postedKeys(postedKeys), m_displayName(displayName),
+      m_filter(connection, postedKeys, m_local)
+{
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor>
+X11KeyEventMonitoring::addGlobalMonitor(GlobalHandler handler)
+{
+    if (!m_recording || !m_recording->isOpen()) {
+        const auto post = [this](const KeyDownEvent &event) {
+            QMetaObject::invokeMethod(
+                &m_mainThread, [this, event] { report(event); }, Qt::QueuedConnection);
+        };
+        m_recording = std::make_unique<X11KeyRecording>(m_postedKeys, post, m_displayName);
+    }
+    return m_recording->isOpen() ? m_global.addObserver(std::move(handler)) : nullptr;
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor>
+X11KeyEventMonitoring::addLocalMonitor(LocalHandler handler)
+{
+    return m_local.add(std::move(handler));
+}
+
+void X11KeyEventMonitoring::report(const KeyDownEvent &event)
+{
+    // Not as soon as the last monitor ends: replacing the bindings ends one and adds the next.
+    if (m_global.count() == 0)
+        m_recording.reset();
+    m_global.call(event);
+}
+
+} // namespace kestrova

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Platform/KeyEventMonitoring.h"
+#include "Platform/Linux/X11/X11KeyFilter.h"
+#include "Platform/Linux/X11/X11KeyRecording.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace kestrova {
+
+/// Global monitors see the keyboard through the RECORD extension, which reserves nothing and sees
+/// keys under other programs' grabs; local ones see what Qt gets for our windows. Which window gets
+/// a key decides whose it is, so no key is reported twice.
+class X11KeyEventMonitoring final : public KeyEventMonitoring
+{
+public:
+    /// Needs a QCoreApplication. The connection is to the display that Qt shows its windows on, and
+    /// the display name, which may be empty, is that of the same. The connection and the posted
+    /// keys outlive this.
+    X11KeyEventMonitoring(X11Connection &connection, PostedKeys &postedKeys,
+                          const QByteArray &displayName = {});
+
+    /// Null without the RECORD extension.
+    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
+    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+
+private:
+    void report(const KeyDownEvent &event);
+
+    PostedKeys &m_postedKeys;
+    const QByteArray m_displayName;
+    KeyDownHandlers m_global;
+    KeyDownHandlers m_local;
+    X11KeyFilter m_filter;
+    QObject m_mainThread; // what the recording's thread posts to
+    std::unique_ptr<X11KeyRecording> m_recording;
+};
+
+} // namespace kestrova

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Platform/Linux/X11/X11Connection.h"
+
+#include <xcb/record.h>
+
+#include <vector>
+
+namespace kestrova {
+
+/// What the RECORD extension says about a key.
+struct RecordedKey
+{
+    enum Kind {
+        pressed,  ///< by the keyboard, or repeated
+        released, ///< by the keyboard
+        delivered ///< a press that a client has got
+    };
+
+    Kind kind;
+    xcb_keycode_t key;
+    uint16_t state; ///< modifiers and locks before the event
+    xcb_timestamp_t time;
+    xcb_window_t window; ///< that was told; only of a delivered press
+
+    bool isDeliveryOf(const RecordedKey &press) const
+    {
+        return kind == delivered && key == press.key && time == press.time;
+    }
+};
+
+/// The keys of the whole display, as the RECORD extension sees them: before any client and even
+/// under a grab. It takes them from nobody. What it delivers comes in the order in which the server
+/// has handled it, a delivered press right after its press.
+class X11KeyRecord
+{
+public:
+    /// Records from the moment when this returns. The control connection outlives this. An empty
+    /// name means $DISPLAY.
+    X11KeyRecord(X11Connection &control, const QByteArray &displayName);
+
+    /// False without the RECORD extension, and once the server has gone.
+    bool isOpen() const { return m_isEnabled && m_data.isOpen(); }
+    /// Readable when there may be something to read().
+    int descriptor() const { return xcb_get_file_descriptor(m_data.xcb()); }
+    /// Adds what has come to the list, and does not wait.
+    void read(std::vector<RecordedKey> &keys);
+
+private:
+    bool enable(X11Connection &control);
+
+    X11Connection m_data; // answers one request for ever
+    xcb_record_enable_context_cookie_t m_cookie = {};
+    bool m_isEnabled;
+};
+
+} // namespace kestrova

@@ -1,0 +1,136 @@
+#include "Platform/Linux/X11/X11KeyRecording.h"
+
+#include "Platform/Linux/X11/BrokenPipeSignal.h"
+#include "Platform/Linux/X11/X11ClientProcess.h"
+#include "Platform/Linux/X11/XkbKeymap.h"
+
+#include <algorithm>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace kestrova {
+
+X11KeyRecording::X11KeyRecording(PostedKeys &postedKeys, Report report,
+                                 const QByteArray &displayName)
+    : m_postedKeys(postedKeys), m_report(std::move(report)), m_control(displayName),
+      m_record(m_control, displayName)
+{
+    if (isOpen())
+        m_thread = std::thread([this] { run(); });
+}
+
+X11KeyRecording::~X11KeyRecording()
+{
+    if (!m_thread.joinable())
+        return;
+    // Wakes the thread up wherever it waits, even for a server that does not answer.
+    for (const int descriptor : {m_record.descriptor(), xcb_get_file_descriptor(m_control.xcb())})
+        shutdown(descriptor, SHUT_RDWR);
+    m_thread.join();
+}
+
+void X11KeyRecording::run()
+{
+    blockBrokenPipeSignal();
+    m_ownProcess = clientProcess(m_control, xcb_get_setup(m_control.xcb())->resource_id_base);
+    selectKeymapChanges(m_control);
+    m_translation.emplace(m_control);
+    while (isOpen()) {
+        m_record.read(m_keys);
+        if (m_keys.empty())
+            sleep();
+        else
+            takeKeys();
+    }
+}
+
+void X11KeyRecording::sleep()
+{
+    pollfd descriptor{m_record.descriptor(), POLLIN, 0};
+    if (poll(&descriptor, 1, m_heldKey ? int(heldKeyInterval.count()) : -1) == 0)
+        askForHeldKey();
+}
+
+// The answer itself matters when the release never comes, as after a switch of the console.
+void X11KeyRecording::askForHeldKey()
+{
+    const XcbPointer<xcb_query_keymap_reply_t> reply(
+        xcb_query_keymap_reply(m_control.xcb(), xcb_query_keymap(m_control.xcb()), nullptr));
+    const bool isDown = reply && ((reply->keys[*m_heldKey / 8] >> (*m_heldKey % 8)) & 1);
+    if (isDown)
+        return;
+    m_down.reset(*m_heldKey);
+    m_heldKey.reset();
+}
+
+void X11KeyRecording::takeKeys()
+{
+    const std::size_t count = m_keys.size();
+    synchronize();
+    m_record.read(m_keys);
+    for (std::size_t i = 0; i < count; ++i)
+        handle(i);
+    m_keys.erase(m_keys.begin(), m_keys.begin() + std::ptrdiff_t(count));
+}
+
+// When the server has answered, it has also written who got the keys that were read so far, and
+// which keymap they were pressed in.
+void X11KeyRecording::synchronize()
+{
+    const XcbPointer<xcb_get_input_focus_reply_t> answer(
+        xcb_get_input_focus_reply(m_control.xcb(), xcb_get_input_focus(m_control.xcb()), nullptr));
+    bool hasKeymapChanged = false;
+    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_queued_event(m_control.xcb())})
+        hasKeymapChanged = hasKeymapChanged || isKeymapChange(m_control, *event);
+    if (hasKeymapChanged)
+        m_translation.emplace(m_control);
+}
+
+void X11KeyRecording::handle(std::size_t index)
+{
+    const RecordedKey &key = m_keys[index];
+    if (key.kind == RecordedKey::released) {
+        m_down.reset(key.key);
+        if (m_heldKey == key.key)
+            m_heldKey.reset();
+    } else if (key.kind == RecordedKey::pressed) {
+        const bool isRepeat = m_down.test(key.key);
+        m_down.set(key.key);
+        if (!m_postedKeys.take(PostedKeys::ofAllWindows, key.key, key.time))
+            handlePress(index, isRepeat);
+    }
+}
+
+void X11KeyRecording::handlePress(std::size_t index, bool isRepeat)
+{
+    const RecordedKey &key = m_keys[index];
+    auto event = m_translation->keyDown(key.key, key.state);
+    if (!event)
+        return;
+    // Which window has the focus would not tell: grabs send keys elsewhere, and it is known only
+    // some time later.
+    bool isReceived = false;
+    bool isOurs = false;
+    for (std::size_t i = index + 1; i < m_keys.size(); ++i) {
+        if (!m_keys[i].isDeliveryOf(key))
+            continue;
+        isReceived = true;
+        isOurs = isOurs || isOwn(m_keys[i].window);
+    }
+    m_heldKey = isReceived ? std::nullopt : std::optional(key.key);
+    event->isRepeat = isRepeat;
+    if (!isOurs)
+        m_report(*event);
+}
+
+bool X11KeyRecording::isOwn(xcb_window_t window)
+{
+    // Not getpid(): in a container the server knows us by another number.
+    if (const qint32 client = clientProcess(m_control, window); client != 0)
+        return client == m_ownProcess;
+    return qint32(m_control.value(window, "_NET_WM_PID")) == getpid();
+}
+
+} // namespace kestrova

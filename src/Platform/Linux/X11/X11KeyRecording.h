@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Platform/Linux/X11/PostedKeys.h"
+#include "Platform/Linux/X11/X11KeyRecord.h"
+#include "Platform/Linux/X11/X11KeyTranslation.h"
+
+#include <bitset>
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <thread>
+
+namespace kestrova {
+
+/// A thread that reports the key-downs that no window of this process gets, while they also go
+/// where they would go without it. It sleeps while no key is down. It ends with the X server.
+class X11KeyRecording
+{
+public:
+    using Report = std::function<void(const KeyDownEvent &)>;
+
+    /// While a key is down that no client receives: how often the server is asked something. It
+    /// would hold the key's repeats back until it has an answer to write.
+    static constexpr std::chrono::milliseconds heldKeyInterval{20};
+
+    /// Reports from the moment when this returns, on the thread. The posted keys outlive this; an
+    /// empty name means $DISPLAY.
+    X11KeyRecording(PostedKeys &postedKeys, Report report, const QByteArray &displayName);
+    /// Nothing is reported afterwards.
+    ~X11KeyRecording();
+    X11KeyRecording(const X11KeyRecording &) = delete;
+    X11KeyRecording &operator=(const X11KeyRecording &) = delete;
+
+    /// False without the RECORD extension, and once the server has gone.
+    bool isOpen() const { return m_record.isOpen(); }
+
+private:
+    void run();
+    void sleep();
+    void takeKeys();
+    void synchronize();
+    void handle(std::size_t index);
+    void handlePress(std::size_t index, bool isRepeat);
+    bool isOwn(xcb_window_t window);
+    void askForHeldKey();
+
+    PostedKeys &m_postedKeys;
+    const Report m_report;
+    X11Connection m_control;
+    X11KeyRecord m_record;
+
+    // The thread's own.
+    qint32 m_ownProcess = 0; // as the server knows it
+    std::optional<X11KeyTranslation> m_translation;
+    std::vector<RecordedKey> m_keys; // that are still to be handled
+    std::bitset<256> m_down;
+    std::optional<xcb_keycode_t> m_heldKey; // the last one, when no client receives it
+
+    std::thread m_thread;
+};
+
+} // namespace kestrova

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Platform/KeyEventMonitoring.h"
+#include "Platform/Linux/X11/X11Connection.h"
+
+#include <array>
+#include <optional>
+
+namespace kestrova {
+
+/// Puts the X server's key codes and modifiers into the numbers of shortcuts, by the keymap of the
+/// moment when it was made.
+class X11KeyTranslation
+{
+public:
+    /// Reads the keymap, which takes a few round trips. Without XKB it translates no key.
+    explicit X11KeyTranslation(X11Connection &connection);
+
+    /// The state is that of a key event, locks included. None for a modifier key and for a key
+    /// that has no virtual key code.
+    std::optional<KeyDownEvent> keyDown(xcb_keycode_t key, uint16_t state) const;
+
+private:
+    std::array<std::optional<quint32>, 256> m_virtualKeyCodes;
+    uint16_t m_commandMask = 0;
+    uint16_t m_optionMask = 0;
+};
+
+} // namespace kestrova

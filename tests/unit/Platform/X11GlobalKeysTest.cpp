@@ -1,0 +1,152 @@
+#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+
+#include "Models/HotkeyShortcut.h"
+#include "Platform/Linux/X11/X11KeyEventPosting.h"
+#include "support/KeyPresses.h"
+#include "support/OtherProgram.h"
+#include "support/WaitUntil.h"
+
+#include <QCoreApplication>
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr quint32 command = HotkeyShortcut::command;
+constexpr quint32 shift = HotkeyShortcut::shift;
+constexpr quint32 option = HotkeyShortcut::option;
+constexpr quint32 control = HotkeyShortcut::control;
+
+constexpr KeyDownEvent aKey{0};
+constexpr KeyDownEvent spaceKey{49};
+
+void runOrThrow(const std::string &commandLine)
+{
+    if (std::system(commandLine.c_str()) != 0)
+        throw std::runtime_error(commandLine + " failed");
+}
+
+class X11GlobalKeysTest : public testing::Test
+{
+protected:
+    std::unique_ptr<KeyEventMonitoring::Monitor> monitor(std::vector<KeyDownEvent> &seen)
+    {
+        return m_monitoring.addGlobalMonitor(
+            [&seen](const KeyDownEvent &event) { seen.push_back(event); });
+    }
+
+    /// Everything reported since the last call. Keys are reported in order, so a last one tells
+    /// that there is no more.
+    std::vector<KeyDownEvent> seen()
+    {
+        constexpr quint32 f12 = 111;
+        tap(m_keyboard, key::f12);
+        EXPECT_TRUE(waitUntil([&] { return !m_seen.empty() && m_seen.back().keyCode == f12; }));
+        if (!m_seen.empty())
+            m_seen.pop_back();
+        return std::exchange(m_seen, {});
+    }
+
+    int m_argc = 1;
+    char m_name[5] = "test";
+    char *m_argv[2] = {m_name, nullptr};
+    QCoreApplication m_application{m_argc, m_argv};
+    OtherProgram m_program;
+    X11Connection m_connection;
+    VirtualKeyboard m_keyboard{m_connection.xcb()};
+    PostedKeys m_postedKeys;
+    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    std::vector<KeyDownEvent> m_seen;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor = monitor(m_seen);
+};
+
+TEST_F(X11GlobalKeysTest, AKeyOfAnotherProgramIsReportedOnceAndThatProgramGetsIt)
+{
+    tap(m_keyboard, key::a);
+    EXPECT_THAT(seen(), ElementsAre(aKey));
+    EXPECT_THAT(m_program.keys().mid(0, 2), ElementsAre(u"press 38 0"_s, u"release 38 0"_s));
+}
+
+TEST_F(X11GlobalKeysTest, HeldModifiersAreReportedWithTheKeyAndNeverByThemselves)
+{
+    tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    tapChord(m_keyboard, {key::rightSuper, key::leftAlt, key::digit1});
+    tapChord(m_keyboard, {key::rightAlt, key::a});
+    tapChord(m_keyboard, {key::leftControl, key::a});
+    tapChord(m_keyboard, {key::leftShift, key::leftControl, key::leftAlt, key::leftSuper});
+    EXPECT_THAT(seen(),
+                ElementsAre(KeyDownEvent{49, command | shift}, KeyDownEvent{18, command | option},
+                            KeyDownEvent{0, option}, KeyDownEvent{0, control}));
+}
+
+TEST_F(X11GlobalKeysTest, CapsLockAndNumLockMakeNoDifference)
+{
+    tap(m_keyboard, key::capsLock);
+    tap(m_keyboard, key::numLock);
+    tap(m_keyboard, key::a);
+    tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    EXPECT_THAT(seen(), ElementsAre(aKey, KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(m_program.keys(), testing::Contains(u"press 38 18"_s)); // both locks were on
+}
+
+TEST_F(X11GlobalKeysTest, AHeldKeyRepeatsUntilItIsReleased)
+{
+    m_keyboard.press(key::a);
+    EXPECT_TRUE(waitUntil([&] { return m_seen.size() >= 4; }));
+    m_keyboard.release(key::a);
+    const std::vector<KeyDownEvent> events = seen();
+    EXPECT_EQ(events.front(), aKey);
+    EXPECT_THAT(std::vector(events.begin() + 1, events.end()),
+                testing::Each(KeyDownEvent{0, 0, true}));
+    tap(m_keyboard, key::a);
+    EXPECT_THAT(seen(), ElementsAre(aKey));
+}
+
+TEST_F(X11GlobalKeysTest, AHeldKeyThatNobodyGetsRepeatsToo)
+{
+    m_program.leaveKeyboard();
+    m_keyboard.press(key::a);
+    EXPECT_TRUE(waitUntil([&] { return m_seen.size() >= 10; }));
+    m_keyboard.release(key::a);
+    EXPECT_THAT(m_program.keys(), IsEmpty());
+}
+
+TEST_F(X11GlobalKeysTest, KeysAreSeenUnderAnotherProgramsGrab)
+{
+    OtherProgram menu;
+    menu.grabKeyboard();
+    tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(menu.keys(), testing::Contains(u"press 65 65"_s));
+    EXPECT_THAT(m_program.keys(), IsEmpty());
+}
+
+TEST_F(X11GlobalKeysTest, KeysThatOtherProgramsSynthesiseAreTheUsers)
+{
+    runOrThrow("xdotool key super+shift+space");
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift}));
+}
+
+TEST_F(X11GlobalKeysTest, AMonitorThatHasEndedSeesNothing)
+{
+    std::vector<KeyDownEvent> others;
+    auto other = monitor(others);
+    tap(m_keyboard, key::a);
+    EXPECT_THAT(seen(), ElementsAre(aKey));
+    EXPECT_TRUE(waitUntil([&] { return others.size() == 2; }));
+    other.reset();
+    tap(m_keyboard, key::a);
+    EXPECT_THAT(seen(), ElementsAre(aKey));
+    EXPECT_EQ(others.size(), 2u);
+}
+
+} // namespace
+} // namespace kestrova

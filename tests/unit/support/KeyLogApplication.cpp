@@ -1,0 +1,70 @@
+// Another program with the keyboard: KeyLogApplication CLASS. Says "ready" once its window has the
+// keyboard, and then answers each line of standard input with a line:
+//   keys    the keys that the window got since the last time, as "press CODE STATE," each
+//   grab    "done" once every key goes to the window, whatever else has the keyboard
+//   ungrab  "done" once that has ended
+//   leave   "done" once no window has the keyboard
+
+#include "Platform/Linux/X11/X11Connection.h"
+#include "support/KeyLogWindow.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+namespace {
+
+using kestrova::KeyLogWindow;
+using kestrova::XcbPointer;
+
+void printKeys(KeyLogWindow &window)
+{
+    for (const KeyLogWindow::Key &key : window.keys())
+        std::cout << (key.isPress ? "press " : "release ") << int(key.code) << ' ' << key.modifiers
+                  << ',';
+    std::cout << std::endl;
+}
+
+bool grab(KeyLogWindow &window)
+{
+    const XcbPointer<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
+        window.xcb(),
+        xcb_grab_keyboard(window.xcb(), /*owner_events=*/0, window.id(), XCB_CURRENT_TIME,
+                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+bool isDone(KeyLogWindow &window, xcb_void_cookie_t request)
+{
+    return XcbPointer<xcb_generic_error_t>(xcb_request_check(window.xcb(), request)) == nullptr;
+}
+
+bool obey(KeyLogWindow &window, const std::string &command)
+{
+    if (command == "grab")
+        return grab(window);
+    if (command == "ungrab")
+        return isDone(window, xcb_ungrab_keyboard_checked(window.xcb(), XCB_CURRENT_TIME));
+    if (command == "leave")
+        return isDone(window, xcb_set_input_focus_checked(window.xcb(), XCB_INPUT_FOCUS_NONE,
+                                                          XCB_INPUT_FOCUS_NONE, XCB_CURRENT_TIME));
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc != 2)
+        return EXIT_FAILURE;
+    KeyLogWindow window(argv[1]);
+    std::cout << "ready" << std::endl;
+    for (std::string command; std::getline(std::cin, command);) {
+        if (command == "keys")
+            printKeys(window);
+        else
+            std::cout << (obey(window, command) ? "done" : "failed") << std::endl;
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,52 @@
+#include "support/OtherProgram.h"
+
+#include <stdexcept>
+
+namespace kestrova {
+
+namespace {
+
+constexpr int waitLimit = 10'000; // ms
+
+} // namespace
+
+OtherProgram::OtherProgram(const QString &windowClass)
+{
+    m_process.start(QStringLiteral(KESTROVA_KEY_LOG_APPLICATION), {windowClass});
+    if (readLine() != "ready")
+        throw std::runtime_error("the other program did not start");
+}
+
+OtherProgram::~OtherProgram()
+{
+    m_process.closeWriteChannel();
+    m_process.waitForFinished(waitLimit);
+}
+
+QStringList OtherProgram::keys()
+{
+    return QString::fromLatin1(ask("keys")).split(u',', Qt::SkipEmptyParts);
+}
+
+QByteArray OtherProgram::ask(const QByteArray &command)
+{
+    m_process.write(command + '\n');
+    return readLine();
+}
+
+void OtherProgram::order(const QByteArray &command)
+{
+    if (ask(command) != "done")
+        throw std::runtime_error("the other program refused: " + command.toStdString());
+}
+
+QByteArray OtherProgram::readLine()
+{
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead(waitLimit))
+            throw std::runtime_error("the other program does not answer");
+    }
+    return m_process.readLine().trimmed();
+}
+
+} // namespace kestrova
