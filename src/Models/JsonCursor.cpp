@@ -14,6 +14,9 @@ namespace {
 /// Far beyond any document of ours, far below what the stack holds.
 constexpr int deepestNesting = 512;
 
+/// Some editors put it in front; QJsonDocument passes over it, too.
+constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+
 bool isDigit(char character)
 {
     return character >= '0' && character <= '9';
@@ -32,6 +35,8 @@ JsonCursor::JsonCursor(const QByteArray &document)
 {
     if (!document.isValidUtf8())
         fail("is not UTF-8");
+    if (document.startsWith(byteOrderMark))
+        m_next += byteOrderMark.size();
 }
 
 void JsonCursor::fail(const char *problem) const

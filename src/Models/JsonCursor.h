@@ -7,9 +7,10 @@
 
 namespace kestrova {
 
-/// Reads one JSON document (RFC 8259, UTF-8) from front to back and builds no tree of it: a usage
-/// log of 100,000 events loads in half the time that QJsonDocument takes. Strict: each operation
-/// throws JsonDecodingError when what comes next is not of its kind or not JSON.
+/// Reads one JSON document (RFC 8259, UTF-8, a byte order mark is passed over) from front to back
+/// and builds no tree of it: a usage log of 100,000 events loads in half the time that
+/// QJsonDocument takes. Strict: each operation throws JsonDecodingError when what comes next is not
+/// of its kind or not JSON.
 class JsonCursor
 {
 public:
