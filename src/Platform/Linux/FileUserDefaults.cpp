@@ -2,10 +2,11 @@
 
 #include "Platform/FileSystem.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 
 #include <unistd.h>
 
@@ -17,7 +18,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QFile::Permissions privateFile = QFile::ReadOwner | QFile::WriteOwner;
+/// Follows the document's name until the file takes it.
+constexpr QLatin1String unfinishedSuffix(".unfinished-");
+/// No write takes this long: an older unfinished file is left from a process that was killed.
+constexpr qint64 longestWriteSeconds = 60;
+/// As many as the kernel follows.
+constexpr int mostLinks = 40;
 
 [[noreturn]] void fail(const QString &path, const QString &reason)
 {
@@ -29,6 +35,33 @@ bool haveSameBytes(const QString &first, const QString &second)
     QFile a(first);
     QFile b(second);
     return a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly) && a.readAll() == b.readAll();
+}
+
+/// Where a linked document really is, or will be.
+QString linkTarget(const QString &path)
+{
+    QFileInfo file(path);
+    for (int links = 0; file.isSymLink() && links < mostLinks; ++links)
+        file.setFile(file.symLinkTarget());
+    return file.filePath();
+}
+
+void refuseWriteProtected(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (access(name.constData(), F_OK) == 0 && access(name.constData(), W_OK) != 0)
+        throw fileError(path, errno);
+}
+
+void removeAbandoned(const QFileInfo &target)
+{
+    const auto oldest = QDateTime::currentDateTimeUtc().addSecs(-longestWriteSeconds);
+    const auto unfinished =
+        target.dir().entryInfoList({target.fileName() + unfinishedSuffix + u'*'}, QDir::Files);
+    for (const QFileInfo &file : unfinished) {
+        if (file.lastModified() < oldest)
+            QFile::remove(file.filePath());
+    }
 }
 
 } // namespace
@@ -61,13 +94,19 @@ void FileUserDefaults::setData(const QString &key, const QByteArray &bytes)
     if (!QDir().mkpath(m_directory))
         fail(m_directory, u"The folder cannot be created."_s);
 
-    // QSaveFile writes beside the file, syncs, and renames. The explicit flush is what notices a
-    // full disk: commit() does not look at how much of its buffer was written.
-    QSaveFile file(path(key));
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(privateFile) ||
-        file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
-        fail(file.fileName(), file.errorString());
-    syncDirectory(m_directory);
+    const QString target = linkTarget(path(key));
+    refuseWriteProtected(target);
+    removeAbandoned(QFileInfo(target));
+
+    // Only the user may read it. The explicit flush is what notices a full disk.
+    QTemporaryFile file(target + unfinishedSuffix + u"XXXXXX"_s);
+    if (!file.open() || file.write(bytes) != bytes.size() || !file.flush())
+        fail(target, file.errorString());
+    if (fdatasync(file.handle()) != 0)
+        throw fileError(target, errno);
+    replaceFile(file.fileName(), target);
+    file.setAutoRemove(false);
+    syncDirectory(QFileInfo(target).path());
 }
 
 void FileUserDefaults::setAside(const QString &key)

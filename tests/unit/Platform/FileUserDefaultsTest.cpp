@@ -1,5 +1,8 @@
 #include "Platform/Linux/FileUserDefaults.h"
 #include "Models/ReadableError.h"
+#include "Services/FileSizeLimit.h"
+#include "Services/TestFiles.h"
+#include "support/KilledWriter.h"
 #include "support/QtPrinting.h"
 
 #include <QDir>
@@ -8,14 +11,9 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <random>
-#include <thread>
 
 namespace kestrova {
 namespace {
@@ -26,12 +24,6 @@ class FileUserDefaultsTest : public testing::Test
 {
 protected:
     QString path(const QString &name) const { return directory + u'/' + name; }
-
-    QByteArray contents(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "(unreadable)";
-    }
 
     QStringList files() const { return QDir(directory).entryList(QDir::Files, QDir::Name); }
 
@@ -69,14 +61,37 @@ TEST_F(FileUserDefaultsTest, ALinkedDocumentIsReplacedWhereItReallyIs)
 {
     const QString real = root.filePath(u"dotfiles.json"_s);
     QDir().mkpath(directory);
-    QFile file(real);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.close();
+    ASSERT_TRUE(writeFile(real, "old"));
     ASSERT_TRUE(QFile::link(real, path(key + u".json"_s)));
     defaults.setData(key, "new");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "new");
+    EXPECT_EQ(readFile(real), "new");
     EXPECT_TRUE(QFileInfo(path(key + u".json"_s)).isSymLink());
+}
+
+TEST_F(FileUserDefaultsTest, ALinkToNothingYetIsFollowedToo)
+{
+    const QString real = root.filePath(u"dotfiles.json"_s);
+    QDir().mkpath(directory);
+    ASSERT_TRUE(QFile::link(real, path(u"link.json"_s)));
+    ASSERT_TRUE(QFile::link(path(u"link.json"_s), path(key + u".json"_s)));
+    defaults.setData(key, "new");
+    EXPECT_EQ(readFile(real), "new");
+    EXPECT_EQ(defaults.data(key), QByteArray("new"));
+    EXPECT_TRUE(QFileInfo(path(key + u".json"_s)).isSymLink());
+}
+
+TEST_F(FileUserDefaultsTest, WhatAKilledWriterLeftIsRemovedOnceNoWriteTakesThatLong)
+{
+    const QStringList kept{key + u".json"_s, key + u".json.backup"_s,
+                           key + u".json.unfinished-young"_s, u"other.json.unfinished-old"_s};
+    const QString abandoned = key + u".json.unfinished-old"_s;
+    QDir().mkpath(directory);
+    for (const QString &name : kept + QStringList{abandoned})
+        writeFile(path(name), name.toUtf8());
+    for (const QString &name : {kept[1], kept[3], abandoned})
+        ASSERT_TRUE(makeOld(path(name)));
+    defaults.setData(key, "new");
+    EXPECT_EQ(files(), kept);
 }
 
 TEST_F(FileUserDefaultsTest, BytesSetAsideOutliveEveryLaterChange)
@@ -88,14 +103,14 @@ TEST_F(FileUserDefaultsTest, BytesSetAsideOutliveEveryLaterChange)
     defaults.setAside(key);
     defaults.setAside(key);
     defaults.setData(key, "new");
-    EXPECT_EQ(contents(u"kestrova.settings.v1.damaged-1.json"_s), "damaged");
+    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.damaged-1.json"_s)), "damaged");
     EXPECT_EQ(files().size(), 2) << "the same bytes are kept once";
 
     defaults.setData(key, "damaged again");
     defaults.setAside(key);
     defaults.setData(key, "newer");
-    EXPECT_EQ(contents(u"kestrova.settings.v1.damaged-2.json"_s), "damaged again");
-    EXPECT_EQ(contents(u"kestrova.settings.v1.damaged-1.json"_s), "damaged");
+    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.damaged-2.json"_s)), "damaged again");
+    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.damaged-1.json"_s)), "damaged");
     EXPECT_EQ(defaults.data(key), QByteArray("newer"));
 }
 
@@ -108,45 +123,18 @@ TEST_F(FileUserDefaultsTest, SomethingThatIsNoReadableFileIsAnError)
 
 TEST_F(FileUserDefaultsTest, AFolderThatCannotBeMadeIsAnError)
 {
-    QFile file(root.filePath(u"config"_s));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(writeFile(root.filePath(u"config"_s), {}));
     EXPECT_THROW(defaults.setData(key, "x"), PlatformError);
     EXPECT_FALSE(defaults.data(key));
-}
-
-// Runs the action in a child process, so that limits and signals touch nothing else.
-template <typename Action>
-pid_t inChild(Action action)
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        action();
-        _exit(0);
-    }
-    return child;
-}
-
-int exitStatusOf(pid_t child)
-{
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 TEST_F(FileUserDefaultsTest, AFullDiskLeavesTheOldBytes)
 {
     defaults.setData(key, "old");
-    const pid_t child = inChild([this] {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{1000, 1000};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        try {
-            defaults.setData(key, QByteArray(5000, 'x'));
-        } catch (const PlatformError &) {
-            _exit(42);
-        }
-    });
-    EXPECT_EQ(exitStatusOf(child), 42);
+    {
+        const FileSizeLimit limit(1000);
+        EXPECT_THROW(defaults.setData(key, QByteArray(5000, 'x')), PlatformError);
+    }
     EXPECT_EQ(defaults.data(key), QByteArray("old"));
     EXPECT_EQ(files().size(), 1) << "no half-written file stays behind";
 }
@@ -157,20 +145,22 @@ TEST_F(FileUserDefaultsTest, AWriterKilledAtAnyMomentLeavesAWholeDocument)
     const QByteArray b(300'000, 'b');
     defaults.setData(key, a);
     std::minstd_rand random(1);
-    int completedRounds = 0;
+    qint64 confirmed = 0;
     for (int round = 0; round < 60; ++round) {
-        const pid_t child = inChild([&] {
-            for (int i = 0;; ++i)
-                defaults.setData(key, i % 2 == 0 ? b : a);
-        });
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 8000));
-        kill(child, SIGKILL);
-        EXPECT_EQ(exitStatusOf(child), -1);
+        const auto writes = writesUntilKilled(
+            [&](const auto &confirm) {
+                for (int i = 0;; ++i) {
+                    defaults.setData(key, i % 2 == 0 ? b : a);
+                    confirm();
+                }
+            },
+            std::chrono::microseconds(random() % 8000));
+        ASSERT_TRUE(writes);
+        confirmed += *writes;
         const auto stored = defaults.data(key);
         ASSERT_TRUE(stored == a || stored == b);
-        completedRounds += stored == b;
     }
-    EXPECT_GT(completedRounds, 0) << "the writer was never fast enough to be interrupted";
+    EXPECT_GT(confirmed, 0) << "the writer was never fast enough to be interrupted";
 }
 
 } // namespace

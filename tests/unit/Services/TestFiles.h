@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 
@@ -16,6 +17,14 @@ inline bool writeFile(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+/// Dates the file's last change back by a day.
+inline bool makeOld(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadWrite) &&
+           file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime);
 }
 
 /// Everything in a folder, hidden files too, sorted.

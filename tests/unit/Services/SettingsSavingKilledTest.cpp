@@ -1,0 +1,71 @@
+#include "Platform/Linux/FileUserDefaults.h"
+#include "Services/SettingsStore.h"
+#include "Services/TestFiles.h"
+#include "support/KilledWriter.h"
+#include "support/QtPrinting.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// Records that differ in many places and in length, so that no mixture passes for one of them.
+AppSettings numberedSettings(qint64 number)
+{
+    const QString filling(number % 7 * 3000, QChar(char16_t(u'a' + number % 26)));
+    AppSettings settings = AppSettings::defaults();
+    settings.modelSHA256 = QString::number(number);
+    settings.whisperCLIPath = filling;
+    for (int slot = 1; slot <= HotbarSlotAssignment::slotCount; ++slot)
+        settings.setHotbarAssignment(slot, settings.modelSHA256, filling);
+    return settings;
+}
+
+TEST(SettingsSaving, AProgramKilledAtAnyMomentLeavesOneOfTheSavedRecords)
+{
+    const QTemporaryDir folder;
+    FileUserDefaults defaults(folder.path());
+    SettingsStore store(defaults);
+    store.save(numberedSettings(0));
+    std::minstd_rand random(1);
+    qint64 confirmed = 0;
+    qint64 last = 0;
+    for (int round = 0; round < 200; ++round) {
+        const auto saved = writesUntilKilled(
+            [&](const auto &confirm) {
+                for (qint64 number = last + 1;; ++number) {
+                    store.save(numberedSettings(number));
+                    confirm();
+                }
+            },
+            std::chrono::microseconds(random() % 12'000));
+        ASSERT_TRUE(saved);
+        confirmed += *saved;
+
+        const qint64 stored = store.load().modelSHA256.toLongLong();
+        ASSERT_GE(stored, last + *saved);
+        ASSERT_LE(stored, last + *saved + 1) << "one may be saved but not confirmed";
+        ASSERT_EQ(defaults.data(SettingsStore::key()), numberedSettings(stored).toJson());
+        last = stored;
+    }
+    EXPECT_GT(confirmed, 0) << "the program was never fast enough to be interrupted";
+
+    const QString document = SettingsStore::key() + u".json"_s;
+    for (const QString &name : namesIn(folder.path())) {
+        if (name != document) {
+            ASSERT_TRUE(makeOld(folder.filePath(name)));
+        }
+    }
+    RecordProperty("unfinishedFiles", int(namesIn(folder.path()).size() - 1));
+    store.save(numberedSettings(0));
+    EXPECT_EQ(namesIn(folder.path()), QStringList{document}) << "what was left is cleared away";
+}
+
+} // namespace
+} // namespace kestrova
