@@ -9,6 +9,8 @@
 
 #include <unistd.h>
 
+#include <vector>
+
 namespace kestrova {
 
 namespace {
@@ -17,6 +19,8 @@ namespace {
 // are closed without G_SPAWN_LEAVE_DESCRIPTORS_OPEN.
 constexpr auto spawnFlags =
     GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
+
+constexpr auto startupIdVariable = "DESKTOP_STARTUP_ID";
 
 // Runs between fork and exec: async-signal-safe calls only. Our terminal's Ctrl-C is not for them.
 void enterOwnSession(gpointer)
@@ -27,7 +31,7 @@ void enterOwnSession(gpointer)
 bool launch(GDesktopAppInfo *application, GList *uris, const QByteArray &startupId)
 {
     const GioPointer<GAppLaunchContext> context(g_app_launch_context_new());
-    g_app_launch_context_setenv(context.get(), "DESKTOP_STARTUP_ID", startupId.constData());
+    g_app_launch_context_setenv(context.get(), startupIdVariable, startupId.constData());
     // The variant "as manager" is the one that takes spawn flags.
     return g_desktop_app_info_launch_uris_as_manager(application, uris, context.get(), spawnFlags,
                                                      enterOwnSession, nullptr, nullptr, nullptr,
@@ -45,10 +49,11 @@ GAppInfo *handlerOf(const QUrl &address, const QByteArray &uri)
 
 } // namespace
 
-QByteArray startupId(int launchNumber, quint32 serverTime)
+QByteArray startupId(quint32 serverTime)
 {
+    static int launchNumber = 0;
     return "kestrova-" + QByteArray::number(getpid()) + '-' + QSysInfo::machineHostName().toUtf8() +
-           '-' + QByteArray::number(launchNumber) + "_TIME" + QByteArray::number(serverTime);
+           '-' + QByteArray::number(++launchNumber) + "_TIME" + QByteArray::number(serverTime);
 }
 
 bool launchApplication(const QString &desktopEntryPath, const QByteArray &startupId)
@@ -68,6 +73,27 @@ bool launchHandler(const QUrl &address, const QByteArray &startupId)
         return false;
     GList uris{uri.data(), nullptr, nullptr};
     return launch(G_DESKTOP_APP_INFO(handler.get()), &uris, startupId);
+}
+
+std::optional<pid_t> launchProgram(const QStringList &command, const QByteArray &startupId)
+{
+    std::vector<QByteArray> words;
+    for (const QString &word : command)
+        words.push_back(QFile::encodeName(word));
+    std::vector<char *> arguments;
+    for (QByteArray &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+
+    char **const environment = g_environ_setenv(g_get_environ(), startupIdVariable,
+                                                startupId.constData(), /*overwrite=*/TRUE);
+    GPid process = 0;
+    const bool isStarted = g_spawn_async(
+        /*working_directory=*/nullptr, arguments.data(), environment,
+        GSpawnFlags(spawnFlags | G_SPAWN_DO_NOT_REAP_CHILD), enterOwnSession, nullptr, &process,
+        nullptr);
+    g_strfreev(environment);
+    return isStarted ? std::optional(process) : std::nullopt;
 }
 
 } // namespace kestrova

@@ -2,7 +2,12 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
+
+#include <sys/types.h>
+
+#include <optional>
 
 namespace kestrova {
 
@@ -12,8 +17,8 @@ namespace kestrova {
 
 /// The id that ties a window to the request that it should appear (freedesktop.org Startup
 /// Notification Protocol): by the time in it, the window manager sees that the window is wanted
-/// now and lets it come to the front. launchNumber makes it unique within this process.
-QByteArray startupId(int launchNumber, quint32 serverTime);
+/// now and lets it come to the front. Each call gives another id.
+QByteArray startupId(quint32 serverTime);
 
 /// Starts the application of this desktop entry file; false when that failed.
 bool launchApplication(const QString &desktopEntryPath, const QByteArray &startupId);
@@ -21,5 +26,9 @@ bool launchApplication(const QString &desktopEntryPath, const QByteArray &startu
 /// Opens an address with the application that handles it; false when none does or it did not
 /// start.
 bool launchHandler(const QUrl &address, const QByteArray &startupId);
+
+/// Starts a program, which is looked up in PATH, with arguments. None when that failed. Unlike the
+/// applications above it is a child of ours, for which somebody has to wait.
+std::optional<pid_t> launchProgram(const QStringList &command, const QByteArray &startupId);
 
 } // namespace kestrova

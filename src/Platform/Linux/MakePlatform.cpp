@@ -6,6 +6,7 @@
 #include "Platform/Linux/LinuxScriptRunner.h"
 #include "Platform/Linux/LinuxStandardDirectories.h"
 #include "Platform/Linux/LinuxSystemAccess.h"
+#include "Platform/Linux/LinuxTerminalLauncher.h"
 #include "Platform/Linux/NoDesktop.h"
 #include "Platform/Linux/PulseAudioInput.h"
 #include "Platform/Linux/X11/PostedKeys.h"
@@ -96,6 +97,8 @@ Platform makePlatform()
     platform.systemAccess = std::make_unique<LinuxSystemAccess>(
         sandboxOf(SandboxSigns::ofThisProcess()), qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
         session->connection);
+    platform.terminal =
+        std::make_unique<LinuxTerminalLauncher>(*platform.directories, session->connection);
     return platform;
 }
 

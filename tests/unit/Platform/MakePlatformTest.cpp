@@ -42,6 +42,7 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
     EXPECT_FALSE(platform.directories->applicationSupportDirectory().isEmpty());
     EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
     EXPECT_TRUE(platform.systemAccess->isAccessibilityTrusted());
+    EXPECT_NE(platform.terminal, nullptr);
     EXPECT_FALSE(platform.systemAccess->microphoneSettingsPages().isEmpty());
     EXPECT_EQ(platform.processes->run(u"true"_s, {}, {}).terminationStatus, 0);
 }

@@ -158,7 +158,7 @@ bool X11Workspace::openAddress(const QUrl &address)
 
 QByteArray X11Workspace::newStartupId()
 {
-    return startupId(++m_launchCount, serverTime(m_connection));
+    return startupId(serverTime(m_connection));
 }
 
 std::unique_ptr<Workspace::Observation> X11Workspace::observeActivations(Handler handler)

@@ -49,7 +49,6 @@ private:
     X11Windows &m_windows;
     DesktopEntries &m_entries;
     const QByteArray m_displayName;
-    int m_launchCount = 0;
     std::unique_ptr<X11RootWatcher> m_watcher; // since the first observation
     std::optional<RunningApplication> m_lastActivated;
     std::vector<std::weak_ptr<const Handler>> m_handlers; // those of live observations

@@ -1,0 +1,108 @@
+#include "Platform/Linux/LinuxTerminalLauncher.h"
+
+#include "Models/ReadableError.h"
+#include "Platform/Linux/ApplicationLauncher.h"
+#include "Platform/Linux/TerminalScript.h"
+#include "Platform/Linux/UserProcess.h"
+#include "Platform/Linux/X11/X11ServerTime.h"
+
+#include <QFile>
+#include <QSocketNotifier>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Terminals disagree about quoting: a script's path is a word that they all take as it is.
+QString writeScript(StandardDirectories &directories, const QString &command)
+{
+    QTemporaryFile file(directories.temporaryDirectory() + u"/kestrova-terminal-XXXXXX.sh"_s);
+    const QByteArray script = terminalScript(command);
+    if (!file.open() || file.write(script) != script.size() || !file.flush())
+        throw PlatformError(file.fileName() + u": "_s + file.errorString());
+    file.setAutoRemove(false);
+    return file.fileName();
+}
+
+// The script removes itself when it is run. One may hand over to a process that runs already.
+bool hasTakenCommand(UserProcess &process, const QString &scriptPath)
+{
+    const auto end = std::chrono::steady_clock::now() + LinuxTerminalLauncher::failureLimit;
+    while (QFile::exists(scriptPath) && std::chrono::steady_clock::now() < end) {
+        if (process.waitForEnd(LinuxTerminalLauncher::pollInterval))
+            return process.hasSucceeded() || !QFile::exists(scriptPath);
+    }
+    return true;
+}
+
+} // namespace
+
+QList<QStringList> LinuxTerminalLauncher::knownTerminals()
+{
+    return {{u"xdg-terminal-exec"_s},
+            {u"x-terminal-emulator"_s, u"-e"_s},
+            {u"gnome-terminal"_s, u"--"_s},
+            {u"kgx"_s, u"--"_s},
+            {u"konsole"_s, u"-e"_s},
+            {u"xfce4-terminal"_s, u"-x"_s},
+            {u"mate-terminal"_s, u"-x"_s},
+            {u"lxterminal"_s, u"-e"_s},
+            {u"qterminal"_s, u"-e"_s},
+            {u"tilix"_s, u"-e"_s},
+            {u"alacritty"_s, u"-e"_s},
+            {u"kitty"_s},
+            {u"wezterm"_s, u"start"_s, u"--"_s},
+            {u"foot"_s},
+            {u"xterm"_s, u"-e"_s}};
+}
+
+LinuxTerminalLauncher::LinuxTerminalLauncher(StandardDirectories &directories,
+                                             X11Connection &display,
+                                             const QList<QStringList> &terminals)
+    : m_directories(directories), m_display(display), m_terminals(terminals)
+{
+}
+
+void LinuxTerminalLauncher::openTerminalAndRun(const QString &command)
+{
+    const QString scriptPath = writeScript(m_directories, command);
+    for (const QStringList &terminal : m_terminals) {
+        if (open(terminal, scriptPath))
+            return;
+    }
+    QFile::remove(scriptPath);
+    throw PlatformError(u"No terminal could be opened."_s);
+}
+
+bool LinuxTerminalLauncher::open(const QStringList &terminal, const QString &scriptPath)
+{
+    if (QStandardPaths::findExecutable(terminal.first()).isEmpty())
+        return false;
+    const auto child = launchProgram(terminal + QStringList{u"/bin/sh"_s, scriptPath},
+                                     startupId(serverTime(m_display)));
+    if (!child)
+        return false;
+    const auto process = std::make_shared<UserProcess>(*child);
+    if (!hasTakenCommand(*process, scriptPath))
+        return false;
+    reapInTime(process);
+    return true;
+}
+
+void LinuxTerminalLauncher::reapInTime(const std::shared_ptr<UserProcess> &process)
+{
+    if (process->descriptor() < 0)
+        return;
+    auto *const end = new QSocketNotifier(process->descriptor(), QSocketNotifier::Read, &m_running);
+    QObject::connect(end, &QSocketNotifier::activated, end, [end, process] {
+        process->waitForEnd({});
+        end->setEnabled(false);
+        end->deleteLater();
+    });
+}
+
+} // namespace kestrova

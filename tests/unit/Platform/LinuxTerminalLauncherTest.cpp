@@ -1,0 +1,176 @@
+#include "Platform/Linux/LinuxTerminalLauncher.h"
+
+#include "Models/ReadableError.h"
+#include "Platform/Linux/LinuxStandardDirectories.h"
+#include "Platform/Linux/X11/X11Windows.h"
+#include "Services/TestFiles.h"
+#include "support/QtPrinting.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <csignal>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class LinuxTerminalLauncherTest : public testing::Test
+{
+protected:
+    LinuxTerminalLauncherTest() { qputenv("SHELL", "/bin/bash"); }
+
+    LinuxTerminalLauncher launcher(const QList<QStringList> &terminals)
+    {
+        return {directories, display, terminals};
+    }
+
+    // A program that plays a terminal by running a shell script.
+    QStringList terminal(const QString &name, const QByteArray &script)
+    {
+        const QString path = folder.filePath(name);
+        EXPECT_TRUE(writeFile(path, "#!/bin/sh\n" + script));
+        EXPECT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner));
+        return {path};
+    }
+
+    QByteArray written(const QString &name)
+    {
+        waitUntil([&] { return QFile::exists(folder.filePath(name)); });
+        return readFile(folder.filePath(name));
+    }
+
+    // A shell command that writes a whole file at once.
+    QString writing(const QString &words, const QString &name) const
+    {
+        const QString path = folder.filePath(name);
+        return u"printf '%s|' %1 > '%2.new'; mv '%2.new' '%2'"_s.arg(words, path);
+    }
+
+    QStringList scriptsLeft() { return namesIn(directories.temporaryDirectory()); }
+
+    int argc = 1;
+    char name[5] = "test";
+    char *argv[2] = {name, nullptr};
+    QCoreApplication application{argc, argv};
+    const QTemporaryDir folder;
+    LinuxStandardDirectories directories;
+    X11Connection display;
+};
+
+TEST_F(LinuxTerminalLauncherTest, ATerminalThatIsMissingOrFailsAtOnceIsReplacedByTheNext)
+{
+    auto opening = launcher({{u"/nonexistent/terminal"_s},
+                             {folder.path()},
+                             terminal(u"failing"_s, "exit 1"),
+                             terminal(u"crashing"_s, "kill -9 $$"),
+                             terminal(u"working"_s, "exec \"$@\""),
+                             terminal(u"last"_s, "touch '" + folder.path().toUtf8() + "/wrong'")});
+    opening.openTerminalAndRun(writing(u"ran"_s, u"report"_s));
+    EXPECT_EQ(written(u"report"_s), "ran|");
+    EXPECT_FALSE(QFile::exists(folder.filePath(u"wrong"_s)));
+    EXPECT_EQ(scriptsLeft(), QStringList());
+}
+
+TEST_F(LinuxTerminalLauncherTest, WithoutAnyTerminalItThrowsAndLeavesNothing)
+{
+    auto opening = launcher({{u"/nonexistent/terminal"_s}, terminal(u"failing"_s, "exit 1")});
+    EXPECT_THROW(opening.openTerminalAndRun(u"true"_s), PlatformError);
+    EXPECT_THROW(launcher({}).openTerminalAndRun(u"true"_s), PlatformError);
+    EXPECT_EQ(scriptsLeft(), QStringList());
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a failed terminal is a zombie";
+}
+
+TEST_F(LinuxTerminalLauncherTest, ATerminalThatHandsOverOrIsSlowHasTakenTheCommand)
+{
+    const QByteArray path = folder.path().toUtf8();
+    const auto slow = terminal(u"slow"_s, "read line < '" + path + "/go'; exec \"$@\"");
+    ASSERT_EQ(QProcess::execute(u"mkfifo"_s, {folder.filePath(u"go"_s)}), 0);
+    const auto wrong = terminal(u"wrong"_s, "exec \"$@\"");
+    const auto start = std::chrono::steady_clock::now();
+    launcher({slow, wrong}).openTerminalAndRun(writing(u"slow"_s, u"report"_s));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, LinuxTerminalLauncher::failureLimit + 2s);
+    EXPECT_FALSE(QFile::exists(folder.filePath(u"report"_s)));
+    ASSERT_TRUE(writeFile(folder.filePath(u"go"_s), "\n"));
+    EXPECT_EQ(written(u"report"_s), "slow|");
+
+    const auto handing = terminal(u"handing"_s, "\"$@\" & exit 0");
+    launcher({handing, wrong}).openTerminalAndRun(writing(u"handed"_s, u"second"_s));
+    EXPECT_EQ(written(u"second"_s), "handed|");
+}
+
+TEST_F(LinuxTerminalLauncherTest, TheTerminalsEndLeavesNoZombie)
+{
+    auto opening = launcher({terminal(u"short"_s, "exec \"$@\" < /dev/null")});
+    opening.openTerminalAndRun(writing(u"$PPID"_s, u"report"_s));
+    const pid_t terminal = written(u"report"_s).chopped(1).toInt();
+    ASSERT_GT(terminal, 0);
+    EXPECT_TRUE(waitUntil([&] { return kill(terminal, 0) != 0 && errno == ESRCH; }));
+}
+
+TEST_F(LinuxTerminalLauncherTest, TheTerminalOutlivesTheLauncherInASessionOfItsOwn)
+{
+    launcher({terminal(u"long"_s, "export ID=$$; \"$@\"; exec sleep 60")})
+        .openTerminalAndRun(
+            writing(u"$ID $(ps -o sid= -p $ID) ${DESKTOP_STARTUP_ID%%_*}"_s, u"report"_s));
+    const QList<QByteArray> values = written(u"report"_s).split('|');
+    ASSERT_EQ(values.size(), 4);
+    const pid_t terminal = values[0].toInt();
+    ASSERT_GT(terminal, 0);
+    EXPECT_EQ(values[1].toInt(), terminal);
+    EXPECT_TRUE(values[2].startsWith("kestrova-")) << values[2].constData();
+    EXPECT_EQ(kill(terminal, SIGKILL), 0);
+}
+
+class LinuxTerminalLauncherRealTest : public LinuxTerminalLauncherTest,
+                                      public testing::WithParamInterface<const char *>
+{
+protected:
+    QStringList knownTerminal()
+    {
+        for (const QStringList &known : LinuxTerminalLauncher::knownTerminals()) {
+            if (known.first() == QLatin1StringView(GetParam()))
+                return known;
+        }
+        return {};
+    }
+};
+
+TEST_P(LinuxTerminalLauncherRealTest, TheCommandRunsVerbatimInFrontAndTheShellStaysOpen)
+{
+    auto opening = launcher({knownTerminal()});
+    opening.openTerminalAndRun(writing(u"\"say \\\"hello\\\"\" 'a\\b  c' $PPID"_s, u"report"_s));
+    const QList<QByteArray> values = written(u"report"_s).split('|');
+    ASSERT_EQ(values.size(), 4);
+    EXPECT_EQ(values[0], "say \"hello\"");
+    EXPECT_EQ(values[1], "a\\b  c");
+    EXPECT_EQ(scriptsLeft(), QStringList());
+
+    // It has the keyboard, and what is typed there is a command.
+    DesktopEntries entries;
+    X11Windows windows{display, entries};
+    ASSERT_TRUE(waitUntil([&] { return windows.active().has_value(); }));
+    const QString typed = u"touch '%1'\n"_s.arg(folder.filePath(u"typed"_s));
+    ASSERT_EQ(QProcess::execute(u"xdotool"_s, {u"type"_s, typed}), 0);
+    EXPECT_TRUE(waitUntil([&] { return QFile::exists(folder.filePath(u"typed"_s)); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Terminals, LinuxTerminalLauncherRealTest,
+                         testing::Values("xterm", "xfce4-terminal", "x-terminal-emulator"),
+                         [](const auto &parameter) {
+                             std::string terminal = parameter.param;
+                             std::erase(terminal, '-');
+                             return terminal;
+                         });
+
+} // namespace
+} // namespace kestrova
