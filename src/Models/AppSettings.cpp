@@ -20,11 +20,6 @@ constexpr QLatin1String decodingProfileKey("decodingProfile");
 constexpr QLatin1String themeKey("theme");
 constexpr QLatin1String hotbarAssignmentsKey("hotbarAssignments");
 
-bool isSlotNumber(qint64 slotIndex)
-{
-    return slotIndex >= 1 && slotIndex <= HotbarSlotAssignment::slotCount;
-}
-
 HotbarSlotAssignment emptySlot(qint64 slotIndex)
 {
     HotbarSlotAssignment slot;
@@ -107,15 +102,14 @@ HotbarSlotAssignment AppSettings::assignment(qint64 slotIndex) const
 
 std::optional<HotkeyShortcut> AppSettings::hotbarShortcut(int slotIndex) const
 {
-    const auto own = assignment(slotIndex).shortcut;
-    return own ? own : HotkeyShortcut::defaultHotbarNumber(slotIndex);
+    return assignment(slotIndex).effectiveShortcut();
 }
 
 void AppSettings::setHotbarAssignment(qint64 slotIndex,
                                       const std::optional<QString> &bundleIdentifier,
                                       const std::optional<QString> &appName)
 {
-    if (!isSlotNumber(slotIndex))
+    if (!HotbarSlotAssignment::isSlotNumber(slotIndex))
         return;
     replaceSlot({slotIndex, noneIfEmpty(bundleIdentifier), noneIfEmpty(appName),
                  assignment(slotIndex).shortcut});
@@ -123,7 +117,7 @@ void AppSettings::setHotbarAssignment(qint64 slotIndex,
 
 void AppSettings::setHotbarShortcut(qint64 slotIndex, const std::optional<HotkeyShortcut> &shortcut)
 {
-    if (!isSlotNumber(slotIndex))
+    if (!HotbarSlotAssignment::isSlotNumber(slotIndex))
         return;
     HotbarSlotAssignment slot = assignment(slotIndex);
     slot.shortcut = shortcut;

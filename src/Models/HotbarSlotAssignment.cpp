@@ -19,7 +19,7 @@ std::optional<HotkeyShortcut> HotbarSlotAssignment::effectiveShortcut() const
 {
     if (shortcut)
         return shortcut;
-    if (slotIndex < 1 || slotIndex > slotCount)
+    if (!isSlotNumber(slotIndex))
         return std::nullopt;
     return HotkeyShortcut::defaultHotbarNumber(int(slotIndex));
 }

@@ -9,6 +9,8 @@ struct HotbarSlotAssignment
 {
     static constexpr int slotCount = 9; ///< slots are numbered 1 to slotCount
 
+    static constexpr bool isSlotNumber(qint64 number) { return number >= 1 && number <= slotCount; }
+
     qint64 slotIndex = 0;
     std::optional<QString> bundleIdentifier; ///< none: the slot is unassigned
     std::optional<QString> appName;

@@ -52,6 +52,14 @@ TEST(DictationState, ErrorsAreEqualWhenTheirMessagesAre)
     EXPECT_EQ(DictationState::idle(), DictationState::idle());
 }
 
+TEST(DictationState, TheUserReadsWhatGoesOnButNoErrorsMessage)
+{
+    EXPECT_EQ(DictationState::idle().displayText(), u"Ready"_s);
+    EXPECT_EQ(DictationState::recording().displayText(), u"Recording..."_s);
+    EXPECT_EQ(DictationState::processing().displayText(), u"AI Processing..."_s);
+    EXPECT_EQ(DictationState::error(u"broken"_s).displayText(), u"Error occurred"_s);
+}
+
 TEST(TranscriptInsertionPayload, EqualityCoversEveryField)
 {
     const TranscriptInsertionPayload payload{u"hi"_s, 1, 2.5, TargetApplication{7, u"a"_s, {}}, 3};

@@ -101,6 +101,20 @@ TEST(HotbarSlots, EverySlotHasAnEffectiveShortcut)
     EXPECT_FALSE(settings.assignment(4294967297).effectiveShortcut());
 }
 
+TEST(HotbarSlots, TheSettingsTellTheShortcutOfASlot)
+{
+    AppSettings settings = AppSettings::defaults();
+    settings.setHotbarShortcut(2, HotkeyShortcut{1, 256});
+    EXPECT_EQ(settings.hotbarShortcut(1), (HotkeyShortcut{18, 2304}));
+    EXPECT_EQ(settings.hotbarShortcut(2), (HotkeyShortcut{1, 256}));
+    EXPECT_FALSE(settings.hotbarShortcut(0));
+    EXPECT_FALSE(settings.hotbarShortcut(10));
+
+    settings.hotbarAssignments = {{12, {}, {}, HotkeyShortcut{3, 512}}};
+    EXPECT_EQ(settings.hotbarShortcut(12), (HotkeyShortcut{3, 512}));
+    EXPECT_EQ(settings.hotbarShortcut(9), (HotkeyShortcut{25, 2304})) << "a slot without an entry";
+}
+
 TEST(HotbarSlots, TheDisplayNameFallsBackToTheIdentifierAndThenToUnassigned)
 {
     EXPECT_EQ((HotbarSlotAssignment{1, u"id"_s, u"Name"_s, {}}).displayName(), u"Name"_s);
