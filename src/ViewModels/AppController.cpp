@@ -3,7 +3,6 @@
 #include "Models/ReadableError.h"
 #include "Services/GlobalHotkeyManager.h"
 #include "Services/PermissionService.h"
-#include "Services/WhisperCppTranscriber.h"
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 #include "ViewModels/HotkeyBindings.h"
@@ -29,7 +28,8 @@ AppController::AppController(const AppEnvironment &environment,
       m_modelManager(makeModelManager(environment.platform, m_settingsStore, progressSink())),
       m_coordinator(std::make_shared<DictationCoordinator>(
           environment.background, std::move(audioCapture),
-          makeTranscriber(environment.platform, m_settingsStore, m_programEnding.get_token()),
+          makeTranscriber(environment.platform, m_settingsStore, m_programEnding.get_token(),
+                          environment.resolveTool),
           std::move(textInserter), m_modelManager,
           makeDictationEventSink(environment.main, m_appState, m_analyticsService,
                                  environment.now))),
@@ -51,37 +51,36 @@ AppController::~AppController()
 
 void AppController::toggleRecordingWithDefaultTarget()
 {
-    if (isReadyToStart())
-        start(m_targets.preferred(), std::nullopt);
+    toggleRecording([this] { start(m_targets.preferred(), std::nullopt); });
 }
 
 void AppController::toggleRecordingWithHotbarSlot(int slotIndex)
 {
-    if (!isReadyToStart())
-        return;
-    const auto target = m_targets.forHotbarSlot(m_appState->settings.get(), slotIndex);
-    if (!target) {
+    toggleRecording([this, slotIndex] {
+        if (const auto target = m_targets.forHotbarSlot(m_appState->settings.get(), slotIndex)) {
+            start(target, slotIndex);
+            return;
+        }
         showError(u"Hotbar slot %1 is unassigned. Assign an app in Dashboard > Hotbar Apps."_s.arg(
             slotIndex));
-        return;
-    }
-    start(target, slotIndex);
+    });
 }
 
-bool AppController::isReadyToStart()
+void AppController::toggleRecording(const std::function<void()> &startWithTarget)
 {
     refreshEnvironmentSnapshot();
     switch (m_appState->state.get().kind) {
     case DictationState::Kind::processing:
-        return false;
+        return;
     case DictationState::Kind::recording:
-        m_environment.main.post([coordinator = m_coordinator] { coordinator->toggle(); });
-        return false;
+        later([this] { m_coordinator->toggle(); });
+        return;
     case DictationState::Kind::idle:
     case DictationState::Kind::error:
-        return canStartRecording();
+        if (canStartRecording())
+            startWithTarget();
+        return;
     }
-    Q_UNREACHABLE();
 }
 
 bool AppController::canStartRecording()
@@ -111,32 +110,22 @@ bool AppController::canStartRecording()
 void AppController::start(const std::optional<TargetApplication> &target,
                           std::optional<int> slotIndex)
 {
-    m_environment.main.post([coordinator = m_coordinator, target, slotIndex] {
-        coordinator->setInsertionContext(target, slotIndex);
-        coordinator->toggle();
+    later([this, target, slotIndex] {
+        m_coordinator->setInsertionContext(target, slotIndex);
+        m_coordinator->toggle();
     });
 }
 
 void AppController::cancelProcessing()
 {
-    m_environment.main.post([coordinator = m_coordinator] { coordinator->cancelProcessing(); });
+    later([this] { m_coordinator->cancelProcessing(); });
 }
 
 void AppController::registerHotkeys()
 {
-    const QPointer controller(this);
-    Executor &main = m_environment.main;
-    const auto toggleMain = [&main, controller] {
-        main.post([controller] {
-            if (controller)
-                controller->toggleRecordingWithDefaultTarget();
-        });
-    };
-    const auto toggleSlot = [&main, controller](int slotIndex) {
-        main.post([controller, slotIndex] {
-            if (controller)
-                controller->toggleRecordingWithHotbarSlot(slotIndex);
-        });
+    const auto toggleMain = [this] { later([this] { toggleRecordingWithDefaultTarget(); }); };
+    const auto toggleSlot = [this](int slotIndex) {
+        later([this, slotIndex] { toggleRecordingWithHotbarSlot(slotIndex); });
     };
     try {
         m_hotkeyManager->registerBindings(
@@ -155,8 +144,7 @@ void AppController::refreshEnvironmentSnapshot()
 {
     m_appState->permissions.set(m_permissionService->currentPermissions());
     m_appState->isModelReady.set(m_modelManager->modelStatus().isReady);
-    const auto tool =
-        WhisperCppTranscriber::resolveExecutablePath(m_appState->settings.get().whisperCLIPath);
+    const auto tool = m_environment.resolveTool(m_appState->settings.get().whisperCLIPath);
     m_appState->isWhisperCLIReady.set(tool.has_value());
     m_appState->resolvedWhisperCLIPath.set(tool.value_or(u""_s));
 }
@@ -196,6 +184,14 @@ DownloadProgressSink AppController::progressSink()
                 living->modelDownload.set(progress);
         });
     };
+}
+
+void AppController::later(std::function<void()> work)
+{
+    m_environment.main.post([controller = QPointer(this), work = std::move(work)] {
+        if (controller)
+            work();
+    });
 }
 
 void AppController::showError(const QString &message)

@@ -6,6 +6,7 @@
 #include "Services/DictationCoordinator.h"
 #include "Services/SettingsStore.h"
 #include "Services/UsageAnalyticsService.h"
+#include "Services/WhisperCppTranscriber.h"
 #include "ViewModels/AppState.h"
 #include "ViewModels/DictationEventHandler.h"
 #include "ViewModels/InsertionTargets.h"
@@ -22,6 +23,8 @@ struct AppEnvironment
     Executor &background;
     Calendar calendar = Calendar::current();
     UsageAnalyticsService::NowProvider now = &UsageAnalyticsService::wallClockNow;
+    WhisperCppTranscriber::ExecutableResolver resolveTool =
+        &WhisperCppTranscriber::resolveExecutablePath;
 };
 
 /// Ties the program together: owns the services and the state, turns shortcuts and buttons into
@@ -88,9 +91,11 @@ public:
     void updateSettings(const std::function<void(AppSettings &)> &change);
 
 private:
-    bool isReadyToStart();
+    void toggleRecording(const std::function<void()> &startWithTarget);
     bool canStartRecording();
     void start(const std::optional<TargetApplication> &target, std::optional<int> slotIndex);
+    /// Does the work in a main-thread task, unless the controller is gone by then.
+    void later(std::function<void()> work);
     void showError(const QString &message);
     void commit(const AppSettings &settings);
     void finishModelPreparation(const std::optional<QString> &failure);

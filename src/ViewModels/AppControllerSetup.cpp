@@ -16,11 +16,6 @@ namespace {
 /// For a program that does not know its own identifier.
 constexpr auto fallbackBundleIdentifier = "com.kestrova.app"_L1;
 
-bool isSlot(int slotIndex)
-{
-    return slotIndex >= 1 && slotIndex <= HotbarSlotAssignment::slotCount;
-}
-
 bool copyToPasteboard(Pasteboard &pasteboard, const QString &text)
 {
     try {
@@ -82,13 +77,12 @@ void AppController::installWhisperCppViaHomebrew()
 
 void AppController::requestMicrophoneAccess()
 {
-    m_environment.main.post([controller = QPointer(this)] {
-        if (!controller)
-            return;
-        controller->m_permissionService->requestMicrophonePermission([controller](bool isGranted) {
-            if (controller)
-                controller->finishMicrophoneRequest(isGranted);
-        });
+    later([this] {
+        m_permissionService->requestMicrophonePermission(
+            [controller = QPointer(this)](bool isGranted) {
+                if (controller)
+                    controller->finishMicrophoneRequest(isGranted);
+            });
     });
 }
 
@@ -128,7 +122,7 @@ void AppController::setGlobalShortcut(const HotkeyShortcut &shortcut)
 
 void AppController::setHotbarShortcut(int slotIndex, const HotkeyShortcut &shortcut)
 {
-    if (!isSlot(slotIndex))
+    if (!HotbarSlotAssignment::isSlotNumber(slotIndex))
         return;
     AppSettings settings = m_appState->settings.get();
     if (const auto conflict = hotbarShortcutConflict(settings, slotIndex, shortcut)) {
@@ -142,7 +136,7 @@ void AppController::setHotbarShortcut(int slotIndex, const HotkeyShortcut &short
 
 void AppController::assignHotbarSlotFromFrontmost(int slotIndex)
 {
-    if (!isSlot(slotIndex))
+    if (!HotbarSlotAssignment::isSlotNumber(slotIndex))
         return;
     const auto candidate = m_targets.preferred();
     if (!candidate) {

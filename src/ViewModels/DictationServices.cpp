@@ -1,7 +1,6 @@
 #include "ViewModels/DictationServices.h"
 
 #include "Services/DefaultModelManager.h"
-#include "Services/WhisperCppTranscriber.h"
 
 namespace kestrova {
 
@@ -21,7 +20,8 @@ std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
 
 std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
                                               std::shared_ptr<const SettingsStore> settings,
-                                              std::stop_token programEnding)
+                                              std::stop_token programEnding,
+                                              WhisperCppTranscriber::ExecutableResolver resolveTool)
 {
     auto config = [settings = std::move(settings)] {
         const AppSettings stored = settings->load();
@@ -30,7 +30,8 @@ std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
                                 .decodingProfile = stored.decodingProfile};
     };
     return std::make_shared<WhisperCppTranscriber>(config, *platform.processes,
-                                                   *platform.directories, std::move(programEnding));
+                                                   *platform.directories, std::move(programEnding),
+                                                   std::move(resolveTool));
 }
 
 } // namespace kestrova

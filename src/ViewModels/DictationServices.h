@@ -4,6 +4,7 @@
 #include "Services/DownloadProgress.h"
 #include "Services/Protocols.h"
 #include "Services/SettingsStore.h"
+#include "Services/WhisperCppTranscriber.h"
 
 #include <memory>
 #include <stop_token>
@@ -17,8 +18,9 @@ std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
                                                 DownloadProgressSink progressSink = {});
 
 /// A running tool is ended when programEnding is requested to stop.
-std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
-                                              std::shared_ptr<const SettingsStore> settings,
-                                              std::stop_token programEnding);
+std::shared_ptr<Transcribing>
+makeTranscriber(const Platform &platform, std::shared_ptr<const SettingsStore> settings,
+                std::stop_token programEnding,
+                WhisperCppTranscriber::ExecutableResolver resolveTool);
 
 } // namespace kestrova
