@@ -1,0 +1,101 @@
+#include "ViewModels/ControllerTest.h"
+
+#include "Models/ReadableError.h"
+
+namespace kestrova {
+namespace {
+
+const HotkeyShortcut commandF{3, HotkeyShortcut::command};
+
+/// A keyboard that cannot be observed.
+class BrokenKeyMonitoring final : public KeyEventMonitoring
+{
+public:
+    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler) override
+    {
+        throw PlatformError(u"No keyboard."_s);
+    }
+    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler) override { return nullptr; }
+};
+
+class AppControllerHotkeysTest : public ControllerTest
+{
+protected:
+    bool startsRecording(const HotkeyShortcut &shortcut)
+    {
+        const int before = capture->starts;
+        press(shortcut);
+        settle();
+        return capture->starts > before;
+    }
+};
+
+TEST_F(AppControllerHotkeysTest, TheMainShortcutStartsAndEndsADictation)
+{
+    press(HotkeyShortcut::defaultMain());
+    EXPECT_FALSE(main.isIdle()) << "its command is a task of its own";
+    EXPECT_EQ(environmentReadings, 2) << "no command has run yet";
+    settle();
+    EXPECT_EQ(state().state.get(), DictationState::recording());
+    press(HotkeyShortcut::defaultMain());
+    settle();
+    EXPECT_EQ(inserter->insertions.size(), 1U);
+}
+
+TEST_F(AppControllerHotkeysTest, ASlotsShortcutDictatesIntoTheSlot)
+{
+    assign(9, browser.bundleIdentifier, {});
+    press(HotkeyShortcut::defaultHotbarNumber(9).value());
+    settle();
+    toggle();
+    EXPECT_EQ(inserter->insertions.at(0).target, browser.asTarget());
+}
+
+TEST_F(AppControllerHotkeysTest, AnUnassignedSlotAnswersItsShortcutWithTheMessage)
+{
+    press(HotkeyShortcut::defaultHotbarNumber(1).value());
+    settle();
+    EXPECT_EQ(shownError(),
+              u"Hotbar slot 1 is unassigned. Assign an app in Dashboard > Hotbar Apps."_s);
+}
+
+TEST_F(AppControllerHotkeysTest, EveryCommitArmsTheShortcutsOfTheNewSettings)
+{
+    controller->setGlobalShortcut(commandF);
+    EXPECT_FALSE(startsRecording(HotkeyShortcut::defaultMain()));
+    EXPECT_TRUE(startsRecording(commandF));
+    toggle();
+
+    controller->updateSettings(
+        [](AppSettings &settings) { settings.shortcut = HotkeyShortcut::defaultMain(); });
+    EXPECT_FALSE(startsRecording(commandF));
+    EXPECT_TRUE(startsRecording(HotkeyShortcut::defaultMain()));
+    toggle();
+
+    assign(2, editor.bundleIdentifier, {});
+    controller->setHotbarShortcut(2, commandF);
+    EXPECT_TRUE(startsRecording(commandF));
+    EXPECT_EQ(fake.keyboard.globalMonitorCount(), 1);
+    EXPECT_EQ(fake.keyboard.localMonitorCount(), 1);
+}
+
+TEST_F(AppControllerHotkeysTest, UnregisteredShortcutsDoNothingUntilTheyAreRegisteredAgain)
+{
+    controller->unregisterHotkeys();
+    EXPECT_FALSE(startsRecording(HotkeyShortcut::defaultMain()));
+    EXPECT_EQ(fake.keyboard.globalMonitorCount(), 0);
+    controller->registerHotkeys();
+    EXPECT_TRUE(startsRecording(HotkeyShortcut::defaultMain()));
+}
+
+TEST_F(AppControllerHotkeysTest, AFailedRegistrationIsShown)
+{
+    end();
+    fake.platform.keyMonitoring = std::make_unique<BrokenKeyMonitoring>();
+    launch();
+    EXPECT_EQ(shownError(), u"Failed to register hotkeys: No keyboard."_s);
+    EXPECT_TRUE(state().isModelReady.get()) << "the rest of the start goes on";
+}
+
+} // namespace
+} // namespace kestrova
