@@ -1,5 +1,6 @@
 #include "Platform/Linux/X11/X11Workspace.h"
 
+#include "support/PrivateXServer.h"
 #include "support/QtPrinting.h"
 #include "support/TestApplication.h"
 #include "support/WaitUntil.h"
@@ -148,6 +149,49 @@ TEST_F(X11ActivationsTest, AnObservationMayOutliveTheWorkspace)
     const TestApplication a(connection, u"a"_s, u"A"_s);
     observation.reset();
     EXPECT_EQ(calls, 0);
+}
+
+// A display of whose root window the test says what a window manager would.
+class X11LateWindowManagerTest : public X11ActivationsTest
+{
+protected:
+    xcb_window_t createWindow()
+    {
+        const xcb_window_t window = xcb_generate_id(bare.xcb());
+        xcb_create_window(bare.xcb(), XCB_COPY_FROM_PARENT, window, bare.root(), 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        return window;
+    }
+
+    void setOnRoot(const QByteArray &property, const std::vector<xcb_window_t> &windows)
+    {
+        xcb_change_property(bare.xcb(), XCB_PROP_MODE_REPLACE, bare.root(), bare.atom(property),
+                            XCB_ATOM_WINDOW, 32, quint32(windows.size()), windows.data());
+        // A round trip: the server has told the others.
+        bare.value(bare.root(), property);
+    }
+
+    const PrivateXServer server;
+    X11Connection bare{server.displayName()};
+    X11Windows bareWindows{bare, entries};
+    X11Workspace bareWorkspace{bare, bareWindows, entries, server.displayName()};
+};
+
+TEST_F(X11LateWindowManagerTest, AWindowThatIsActiveBeforeItIsListedIsReportedOnce)
+{
+    int calls = 0;
+    const auto observation =
+        bareWorkspace.observeActivations([&](const RunningApplication &) { ++calls; });
+    const xcb_window_t window = createWindow();
+    setOnRoot("_NET_ACTIVE_WINDOW", {window});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(calls, 0);
+    setOnRoot("_NET_CLIENT_LIST", {window});
+    EXPECT_TRUE(waitUntil([&] { return calls == 1; }));
+    setOnRoot("_NET_CLIENT_LIST", {createWindow(), window});
+    setOnRoot("_NET_ACTIVE_WINDOW", {window});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(calls, 1);
 }
 
 } // namespace

@@ -4,12 +4,13 @@
 
 namespace kestrova {
 
-X11RootWatcher::X11RootWatcher(const QByteArray &displayName, const QByteArray &property,
+X11RootWatcher::X11RootWatcher(const QByteArray &displayName, const QByteArrayList &properties,
                                std::function<void()> changed)
-    : m_connection(displayName), m_property(m_connection.atom(property)),
-      m_changed(std::move(changed)),
+    : m_connection(displayName), m_changed(std::move(changed)),
       m_notifier(xcb_get_file_descriptor(m_connection.xcb()), QSocketNotifier::Read)
 {
+    for (const QByteArray &property : properties)
+        m_properties.append(m_connection.atom(property));
     const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     const auto cookie = xcb_change_window_attributes_checked(
         m_connection.xcb(), m_connection.root(), XCB_CW_EVENT_MASK, &mask);
@@ -30,7 +31,7 @@ void X11RootWatcher::takeEvents()
         if ((event->response_type & 0x7F) != XCB_PROPERTY_NOTIFY)
             continue;
         const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event.get());
-        hasChanged = hasChanged || change->atom == m_property;
+        hasChanged = hasChanged || m_properties.contains(change->atom);
     }
     // The socket of a lost server would be readable for ever.
     if (!m_connection.isOpen())

@@ -164,8 +164,10 @@ QByteArray X11Workspace::newStartupId()
 std::unique_ptr<Workspace::Observation> X11Workspace::observeActivations(Handler handler)
 {
     if (!m_watcher) {
-        m_watcher = std::make_unique<X11RootWatcher>(m_displayName, "_NET_ACTIVE_WINDOW",
-                                                     [this] { reportActivation(); });
+        // A window manager may list a window later than it makes it the active one.
+        m_watcher = std::make_unique<X11RootWatcher>(
+            m_displayName, QByteArrayList{"_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST"},
+            [this] { reportActivation(); });
         m_lastActivated = frontmostApplication();
     }
     const auto shared = std::make_shared<const Handler>(std::move(handler));
