@@ -5,10 +5,9 @@
 
 namespace kestrova {
 
-namespace {
+using namespace std::chrono_literals;
 
-/// Between two attempts to reach a server that is not there. A recording does not wait for it.
-constexpr std::chrono::seconds reconnectInterval{2};
+namespace {
 
 timeval timeAfter(std::chrono::microseconds delay)
 {
@@ -57,8 +56,14 @@ void PulseAudioConnection::Release::operator()(pa_context *context) const
     pa_context_unref(context);
 }
 
-PulseAudioConnection::PulseAudioConnection()
-    : m_loop(pa_threaded_mainloop_new()), m_api(pa_threaded_mainloop_get_api(m_loop))
+PulseAudioConnection::Pauses PulseAudioConnection::usualPauses()
+{
+    return {250ms, 500ms, 1s, 2s, 4s, 8s};
+}
+
+PulseAudioConnection::PulseAudioConnection(Pauses pauses)
+    : m_loop(pa_threaded_mainloop_new()), m_api(pa_threaded_mainloop_get_api(m_loop)),
+      m_pauses(std::move(pauses))
 {
     // Connecting reads configuration and may look at the X server: not on the caller's thread.
     connectAfter(std::chrono::microseconds(0));
@@ -111,13 +116,21 @@ void PulseAudioConnection::connectUnlessGood(pa_context_flags_t flags)
         [](pa_context *, void *self) { static_cast<PulseAudioConnection *>(self)->stateChanged(); },
         this);
     if (pa_context_connect(m_context.get(), nullptr, flags, nullptr) < 0)
-        connectAfter(reconnectInterval);
+        retry();
+}
+
+void PulseAudioConnection::retry()
+{
+    if (m_retryCount < m_pauses.size())
+        connectAfter(m_pauses[m_retryCount++]);
 }
 
 void PulseAudioConnection::stateChanged()
 {
-    if (!isGood())
-        connectAfter(reconnectInterval);
+    if (isReady())
+        m_retryCount = 0;
+    else if (!isGood())
+        retry();
     signal();
 }
 

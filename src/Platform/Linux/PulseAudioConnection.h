@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace kestrova {
 
@@ -25,7 +26,8 @@ inline bool isRunning(const PulseAudioOperation &operation)
 }
 
 /// The program's one connection to the sound server (PulseAudio or PipeWire), with the thread
-/// that serves it. Made at once, and made again whenever it is lost.
+/// that serves it. Made at once, and made again when it is lost: for a while by itself, so that a
+/// server that starts anew is found, and afterwards when a recording asks.
 ///
 /// It is a lock for std::lock_guard: whoever calls libpulse for an object of this connection
 /// holds it. libpulse calls back on the connection's thread with the lock held.
@@ -34,8 +36,12 @@ class PulseAudioConnection
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
+    /// Between the attempts to connect by itself.
+    using Pauses = std::vector<std::chrono::milliseconds>;
+    static Pauses usualPauses();
+
     /// Returns at once, connected or not.
-    PulseAudioConnection();
+    explicit PulseAudioConnection(Pauses pauses = usualPauses());
     /// Every stream is gone by now.
     ~PulseAudioConnection();
     PulseAudioConnection(const PulseAudioConnection &) = delete;
@@ -69,12 +75,15 @@ private:
     bool isReady() const;
     void connectUnlessGood(pa_context_flags_t flags);
     void connectAfter(std::chrono::microseconds delay);
+    void retry();
     void stateChanged();
 
     pa_threaded_mainloop *const m_loop;
     pa_mainloop_api *const m_api;
     std::unique_ptr<pa_context, Release> m_context;
     pa_time_event *m_connectTimer = nullptr;
+    const Pauses m_pauses;
+    size_t m_retryCount = 0; // since the server was last reached
 };
 
 } // namespace kestrova
