@@ -3,6 +3,7 @@
 #include "Models/JsonCursor.h"
 
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <limits>
 #include <string>
@@ -24,12 +25,6 @@ constexpr std::string_view uuidForm = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
 
 /// An event with two names of middling length fits.
 constexpr std::size_t usualEventSize = 320;
-
-bool isHexDigit(char character)
-{
-    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F') ||
-           (character >= 'a' && character <= 'f');
-}
 
 /// One QString per name, however many events carry it.
 class Names
@@ -121,7 +116,8 @@ QUuid EventReader::readUuid()
     const std::string_view text = m_json.readString();
     bool isCanonical = text.size() == uuidForm.size();
     for (std::size_t i = 0; isCanonical && i < text.size(); ++i) {
-        isCanonical = uuidForm[i] == '-' ? text[i] == '-' : isHexDigit(text[i]);
+        isCanonical = uuidForm[i] == '-' ? text[i] == '-'
+                                         : std::isxdigit(static_cast<unsigned char>(text[i])) != 0;
     }
     if (!isCanonical)
         m_json.fail("has a damaged UUID");
@@ -180,7 +176,7 @@ QList<UsageEvent> usageEventsFromJson(const QByteArray &document)
 
 void appendJson(const UsageEvent &event, QByteArray &document)
 {
-    // Putting it together in a std::string takes half the time that QByteArray takes.
+    // Putting it together in a std::string takes two thirds of the time that QByteArray takes.
     std::string json = "{";
     json.reserve(usualEventSize);
     appendKey(idKey, json);
