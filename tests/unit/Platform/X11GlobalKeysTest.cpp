@@ -10,7 +10,9 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <future>
 #include <string>
 
 namespace kestrova {
@@ -133,6 +135,120 @@ TEST_F(X11GlobalKeysTest, KeysThatOtherProgramsSynthesiseAreTheUsers)
 {
     runOrThrow("xdotool key super+shift+space");
     EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift}));
+}
+
+TEST_F(X11GlobalKeysTest, OurOwnChordIsNotReportedAndTheSameChordOfTheUserIs)
+{
+    X11KeyEventPosting posting(m_postedKeys);
+    ASSERT_TRUE(posting.postCommandV());
+    EXPECT_THAT(seen(), IsEmpty());
+    EXPECT_THAT(m_program.keys(), testing::Contains(u"press 118 1"_s));
+    tapChord(m_keyboard, {key::leftShift, key::insert});
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{114, shift}));
+}
+
+TEST_F(X11GlobalKeysTest, AShortcutThatIsHeldDuringOurChordKeepsRepeatingAndTheChordIsNotReported)
+{
+    for (const xcb_keycode_t held : {key::leftSuper, key::leftShift, key::space})
+        m_keyboard.press(held);
+    X11KeyEventPosting posting(m_postedKeys);
+    ASSERT_TRUE(posting.postCommandV()); // after its wait for the modifiers
+    for (const xcb_keycode_t held : {key::space, key::leftShift, key::leftSuper})
+        m_keyboard.release(held);
+    const std::vector<KeyDownEvent> events = seen();
+    EXPECT_EQ(events.front(), (KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(events, testing::Contains(KeyDownEvent{49, command | shift, true}));
+    EXPECT_THAT(events, testing::Each(testing::Field(&KeyDownEvent::keyCode, 49)));
+
+    tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    tapChord(m_keyboard, {key::leftShift, key::insert});
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift}, KeyDownEvent{114, shift}));
+}
+
+TEST_F(X11GlobalKeysTest, TheUserMayTypeDuringOurChord)
+{
+    X11KeyEventPosting posting(m_postedKeys);
+    auto posted = std::async(std::launch::async, [&] {
+        return posting.postCommandV() && posting.postCommandV() && posting.postCommandV();
+    });
+    int taps = 0;
+    do {
+        tap(m_keyboard, key::a);
+        ++taps;
+    } while (posted.wait_for(std::chrono::seconds(0)) != std::future_status::ready);
+    ASSERT_TRUE(posted.get());
+    const std::vector<KeyDownEvent> events = seen();
+    EXPECT_EQ(int(events.size()), taps);
+    // A key that is pressed while the chord's Shift is down comes with it.
+    EXPECT_THAT(events, testing::Each(testing::Field(&KeyDownEvent::keyCode, 0)));
+}
+
+TEST_F(X11GlobalKeysTest, LayoutsMayChangeWhileItRuns)
+{
+    for (const char *layout : {"us", "de", "fr", "ru", "us -variant dvorak", "us,ru"}) {
+        SCOPED_TRACE(layout);
+        runOrThrow(std::string("setxkbmap ") + layout);
+        tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+        tapChord(m_keyboard, {key::leftSuper, key::leftAlt, key::digit1});
+        for (const xcb_keycode_t letter : {key::a, key::q, key::period})
+            tap(m_keyboard, letter);
+        EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift},
+                                        KeyDownEvent{18, command | option}, aKey, KeyDownEvent{12},
+                                        KeyDownEvent{47}));
+    }
+}
+
+TEST_F(X11GlobalKeysTest, KeysMayGetOtherKeyCodesWhileItRuns)
+{
+    constexpr xcb_keycode_t evdevUp = 111;
+    constexpr xcb_keycode_t xfree86Up = 98;
+    constexpr KeyDownEvent up{126};
+    tap(m_keyboard, evdevUp);
+    runOrThrow("setxkbmap -keycodes xfree86");
+    tap(m_keyboard, xfree86Up);
+    runOrThrow("setxkbmap -keycodes evdev");
+    tap(m_keyboard, evdevUp);
+    EXPECT_THAT(seen(), ElementsAre(up, up, up));
+}
+
+TEST_F(X11GlobalKeysTest, ModifiersAreWhatTheKeymapSaysTheyAre)
+{
+    runOrThrow("setxkbmap -option altwin:swap_alt_win");
+    tapChord(m_keyboard, {key::leftAlt, key::a});
+    tapChord(m_keyboard, {key::leftSuper, key::a});
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{0, command}, KeyDownEvent{0, option}));
+
+    runOrThrow("setxkbmap -option && setxkbmap -option caps:ctrl_modifier");
+    tapChord(m_keyboard, {key::capsLock, key::a});
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{0, control}));
+
+    runOrThrow("setxkbmap -option && xmodmap -e 'clear mod4' -e 'add mod3 = Super_L Super_R'");
+    tapChord(m_keyboard, {key::leftSuper, key::a});
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{0, command}));
+}
+
+TEST_F(X11GlobalKeysTest, AltGrIsNoModifierOfShortcuts)
+{
+    runOrThrow("setxkbmap de");
+    tapChord(m_keyboard, {key::rightAlt, key::q});
+    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{12}));
+}
+
+TEST_F(X11GlobalKeysTest, HandlersMayEndAndAddMonitors)
+{
+    int calls = 0;
+    std::unique_ptr<KeyEventMonitoring::Monitor> replaced;
+    std::function<void()> replace = [&] {
+        replaced = m_monitoring.addGlobalMonitor([&](const KeyDownEvent &) {
+            ++calls;
+            replace();
+        });
+    };
+    replace();
+    for (int i = 0; i < 50; ++i)
+        tap(m_keyboard, key::a);
+    EXPECT_EQ(seen().size(), 50u);
+    EXPECT_TRUE(waitUntil([&] { return calls == 51; })); // the last one of seen() too
 }
 
 TEST_F(X11GlobalKeysTest, AMonitorThatHasEndedSeesNothing)

@@ -1,0 +1,130 @@
+#include "Platform/Linux/X11/X11KeyRecording.h"
+
+#include "support/KeyPresses.h"
+#include "support/PrivateXServer.h"
+#include "support/Threads.h"
+#include "support/WaitUntil.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+
+namespace kestrova {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+// No event loop runs here, so that the thread of the recording is the only other one.
+class X11KeyRecordingTest : public testing::Test
+{
+protected:
+    X11KeyRecordingTest() : m_recording(std::in_place, m_postedKeys, report(), name()) {}
+
+    X11KeyRecording::Report report()
+    {
+        return [this](const KeyDownEvent &) { ++m_reports; };
+    }
+    QByteArray name() const { return m_server.displayName(); }
+
+    /// Watches the thread for as long, and says whether it slept all the time.
+    bool sleepsFor(std::chrono::milliseconds time)
+    {
+        const qint64 before = sleeps(m_thread);
+        const auto end = Clock::now() + time;
+        while (Clock::now() < end && sleeps(m_thread) == before)
+            std::this_thread::sleep_for(10ms);
+        return before > 0 && sleeps(m_thread) == before;
+    }
+    bool comesToSleep()
+    {
+        return waitUntil([this] { return sleepsFor(100ms); });
+    }
+
+    PrivateXServer m_server;
+    PostedKeys m_postedKeys;
+    std::atomic<int> m_reports = 0;
+    QSet<QString> m_threadsBefore = threads();
+    std::optional<X11KeyRecording> m_recording;
+    QString m_thread = *(threads() - m_threadsBefore).begin();
+    X11Connection m_connection{name()};
+    VirtualKeyboard m_keyboard{m_connection.xcb()};
+};
+
+TEST_F(X11KeyRecordingTest, TheThreadSleepsWhileNoKeyIsDown)
+{
+    ASSERT_TRUE(m_recording->isOpen());
+    ASSERT_TRUE(comesToSleep());
+    EXPECT_TRUE(sleepsFor(1s));
+    tap(m_keyboard, key::a);
+    EXPECT_TRUE(waitUntil([&] { return m_reports == 1; }));
+    ASSERT_TRUE(comesToSleep());
+    EXPECT_TRUE(sleepsFor(1s));
+}
+
+TEST_F(X11KeyRecordingTest, TheThreadSleepsWhileOnlyModifiersAreDown)
+{
+    m_keyboard.press(key::leftSuper);
+    m_keyboard.press(key::leftShift);
+    ASSERT_TRUE(comesToSleep());
+    EXPECT_TRUE(sleepsFor(500ms));
+    EXPECT_EQ(m_reports, 0);
+}
+
+TEST_F(X11KeyRecordingTest, ItEndsWithTheServer)
+{
+    m_server.kill();
+    EXPECT_TRUE(waitUntil([&] { return sleeps(m_thread) == -1; }));
+    EXPECT_FALSE(m_recording->isOpen());
+}
+
+TEST_F(X11KeyRecordingTest, ItEndsWithTheServerWhileAKeyIsDown)
+{
+    m_keyboard.press(key::a);
+    ASSERT_TRUE(waitUntil([&] { return m_reports >= 3; }));
+    m_server.kill();
+    EXPECT_TRUE(waitUntil([&] { return sleeps(m_thread) == -1; }));
+}
+
+TEST_F(X11KeyRecordingTest, AServerThatDoesNotAnswerDoesNotDelayItsEnd)
+{
+    m_keyboard.press(key::a); // it waits for an answer then
+    ASSERT_TRUE(waitUntil([&] { return m_reports >= 3; }));
+    m_server.freeze();
+    const auto start = Clock::now();
+    m_recording.reset();
+    EXPECT_LT(Clock::now() - start, 1s);
+}
+
+TEST_F(X11KeyRecordingTest, ItMayEndWhileKeysCome)
+{
+    for (int round = 0; round < 20; ++round) {
+        tap(m_keyboard, key::a);
+        m_recording.reset();
+        const int reports = m_reports;
+        tap(m_keyboard, key::a);
+        EXPECT_EQ(m_reports, reports);
+        m_recording.emplace(m_postedKeys, report(), name());
+    }
+    EXPECT_TRUE(m_recording->isOpen());
+}
+
+TEST(X11KeyRecording, WithoutTheRecordExtensionItIsClosed)
+{
+    const PrivateXServer server({"-extension", "RECORD"});
+    PostedKeys postedKeys;
+    EXPECT_FALSE(X11KeyRecording(
+                     postedKeys, [](const auto &) {}, server.displayName())
+                     .isOpen());
+}
+
+TEST(X11KeyRecording, WithoutAServerItIsClosed)
+{
+    PostedKeys postedKeys;
+    EXPECT_FALSE(X11KeyRecording(
+                     postedKeys, [](const auto &) {}, ":4096")
+                     .isOpen());
+}
+
+} // namespace
+} // namespace kestrova
