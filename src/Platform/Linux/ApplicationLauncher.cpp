@@ -9,8 +9,6 @@
 
 #include <unistd.h>
 
-#include <vector>
-
 namespace kestrova {
 
 namespace {
@@ -77,13 +75,13 @@ bool launchHandler(const QUrl &address, const QByteArray &startupId)
 
 std::optional<pid_t> launchProgram(const QStringList &command, const QByteArray &startupId)
 {
-    std::vector<QByteArray> words;
+    QByteArrayList words;
+    QList<char *> arguments;
     for (const QString &word : command)
-        words.push_back(QFile::encodeName(word));
-    std::vector<char *> arguments;
+        words.append(QFile::encodeName(word));
     for (QByteArray &word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
+        arguments.append(word.data());
+    arguments.append(nullptr);
 
     char **const environment = g_environ_setenv(g_get_environ(), startupIdVariable,
                                                 startupId.constData(), /*overwrite=*/TRUE);

@@ -31,10 +31,8 @@ public:
     /// ask, as it has come to do for sandboxed callers, or goes away.
     Request(Completion completion, QObject *parent);
 
-private Q_SLOTS:
-    void takeResponse(uint response, const QVariantMap &results);
-
 private:
+    Q_SLOT void takeResponse(uint response, const QVariantMap &results);
     void finish(bool isGranted);
 
     Completion m_completion; // none after the answer
