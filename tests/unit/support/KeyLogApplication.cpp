@@ -1,5 +1,5 @@
-// Another program with the keyboard: KeyLogApplication CLASS. Says "ready" once its window has the
-// keyboard, and then answers each line of standard input with a line:
+// Another program with the keyboard: says "ready" once its window has the keyboard, and then
+// answers each line of standard input with a line:
 //   keys    the keys that the window got since the last time, as "press CODE STATE," each
 //   grab    "done" once every key goes to the window, whatever else has the keyboard
 //   ungrab  "done" once that has ended
@@ -8,7 +8,6 @@
 #include "Platform/Linux/X11/X11Connection.h"
 #include "support/KeyLogWindow.h"
 
-#include <cstdlib>
 #include <iostream>
 #include <string>
 
@@ -54,11 +53,9 @@ bool obey(KeyLogWindow &window, const std::string &command)
 
 } // namespace
 
-int main(int argc, char **argv)
+int main()
 {
-    if (argc != 2)
-        return EXIT_FAILURE;
-    KeyLogWindow window(argv[1]);
+    KeyLogWindow window("Mousepad");
     std::cout << "ready" << std::endl;
     for (std::string command; std::getline(std::cin, command);) {
         if (command == "keys")
@@ -66,5 +63,4 @@ int main(int argc, char **argv)
         else
             std::cout << (obey(window, command) ? "done" : "failed") << std::endl;
     }
-    return EXIT_SUCCESS;
 }

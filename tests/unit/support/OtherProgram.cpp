@@ -10,9 +10,9 @@ constexpr int waitLimit = 10'000; // ms
 
 } // namespace
 
-OtherProgram::OtherProgram(const QString &windowClass)
+OtherProgram::OtherProgram()
 {
-    m_process.start(QStringLiteral(KESTROVA_KEY_LOG_APPLICATION), {windowClass});
+    m_process.start(QStringLiteral(KESTROVA_KEY_LOG_APPLICATION), {});
     if (readLine() != "ready")
         throw std::runtime_error("the other program did not start");
 }

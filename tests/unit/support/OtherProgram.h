@@ -10,7 +10,7 @@ class OtherProgram
 {
 public:
     /// Returns once its window has the keyboard.
-    explicit OtherProgram(const QString &windowClass = QStringLiteral("Mousepad"));
+    OtherProgram();
     ~OtherProgram();
 
     /// The keys that its window got since the last call, as "press CODE STATE" and "release CODE
