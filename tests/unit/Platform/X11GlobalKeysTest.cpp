@@ -4,16 +4,16 @@
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
 #include "support/KeyPresses.h"
 #include "support/OtherProgram.h"
+#include "support/RunOrThrow.h"
 #include "support/WaitUntil.h"
 
 #include <QCoreApplication>
 
 #include <gmock/gmock.h>
+#include <xcb/xtest.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <future>
-#include <string>
 
 namespace kestrova {
 namespace {
@@ -29,12 +29,6 @@ constexpr quint32 control = HotkeyShortcut::control;
 
 constexpr KeyDownEvent aKey{0};
 constexpr KeyDownEvent spaceKey{49};
-
-void runOrThrow(const std::string &commandLine)
-{
-    if (std::system(commandLine.c_str()) != 0)
-        throw std::runtime_error(commandLine + " failed");
-}
 
 class X11GlobalKeysTest : public testing::Test
 {
@@ -75,6 +69,16 @@ TEST_F(X11GlobalKeysTest, AKeyOfAnotherProgramIsReportedOnceAndThatProgramGetsIt
     tap(m_keyboard, key::a);
     EXPECT_THAT(seen(), ElementsAre(aKey));
     EXPECT_THAT(m_program.keys().mid(0, 2), ElementsAre(u"press 38 0"_s, u"release 38 0"_s));
+}
+
+TEST_F(X11GlobalKeysTest, AKeyIsReportedAlthoughNobodyAsksTheServerForAnything)
+{
+    EXPECT_THAT(seen(), IsEmpty()); // and the keymap has been read
+    for (const uint8_t type : {uint8_t(XCB_KEY_PRESS), uint8_t(XCB_KEY_RELEASE)})
+        xcb_test_fake_input(m_connection.xcb(), type, key::a, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0,
+                            0, 0);
+    xcb_flush(m_connection.xcb());
+    EXPECT_TRUE(waitUntil([&] { return m_seen == std::vector{aKey}; }));
 }
 
 TEST_F(X11GlobalKeysTest, HeldModifiersAreReportedWithTheKeyAndNeverByThemselves)

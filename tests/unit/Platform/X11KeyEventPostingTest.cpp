@@ -3,15 +3,14 @@
 #include "Platform/Linux/X11/PostedKeys.h"
 #include "Platform/Linux/X11/X11ServerTime.h"
 #include "support/KeyLogWindow.h"
+#include "support/KeyPresses.h"
 #include "support/PrivateXServer.h"
-#include "support/VirtualKeyboard.h"
+#include "support/RunOrThrow.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <future>
-#include <string>
 
 namespace kestrova {
 namespace {
@@ -21,16 +20,9 @@ using testing::IsEmpty;
 using Key = KeyLogWindow::Key;
 using Clock = std::chrono::steady_clock;
 
-// Key codes of a PC keyboard, the same in every layout.
-constexpr xcb_keycode_t leftControl = 37;
+using namespace key;
 constexpr xcb_keycode_t keyS = 39;
-constexpr xcb_keycode_t leftShift = 50;
 constexpr xcb_keycode_t keyV = 55;
-constexpr xcb_keycode_t leftAlt = 64;
-constexpr xcb_keycode_t capsLock = 66;
-constexpr xcb_keycode_t numLock = 77;
-constexpr xcb_keycode_t insert = 118;
-constexpr xcb_keycode_t leftSuper = 133;
 
 // Num Lock is bound to this modifier in the common keymaps.
 constexpr uint16_t numLockMask = XCB_MOD_MASK_2;
@@ -50,12 +42,6 @@ auto isShiftInsert(uint16_t locks = 0)
 std::vector<Key> lastFour(const std::vector<Key> &keys)
 {
     return keys.size() < 4 ? keys : std::vector<Key>(keys.end() - 4, keys.end());
-}
-
-void runOrThrow(const std::string &command)
-{
-    if (std::system(command.c_str()) != 0)
-        throw std::runtime_error(command + " failed");
 }
 
 class X11KeyEventPostingTest : public testing::Test

@@ -7,6 +7,7 @@
 #include "support/WaitUntil.h"
 
 #include <gmock/gmock.h>
+#include <xcb/xtest.h>
 
 #include <atomic>
 #include <future>
@@ -76,6 +77,17 @@ TEST_F(X11KeyRecordingTest, TheThreadSleepsWhileOnlyModifiersAreDown)
     ASSERT_TRUE(comesToSleep());
     EXPECT_TRUE(sleepsFor(500ms));
     EXPECT_EQ(m_reports, 0);
+}
+
+TEST_F(X11KeyRecordingTest, APressThatNobodyGetsIsReportedAlthoughTheServerHasNothingElseToWrite)
+{
+    ASSERT_TRUE(comesToSleep());
+    // Unlike VirtualKeyboard this asks for no answer.
+    for (const uint8_t type : {uint8_t(XCB_KEY_PRESS), uint8_t(XCB_KEY_RELEASE)})
+        xcb_test_fake_input(m_connection.xcb(), type, key::a, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0,
+                            0, 0);
+    xcb_flush(m_connection.xcb());
+    EXPECT_TRUE(waitUntil([&] { return m_reports > 0; }));
 }
 
 TEST_F(X11KeyRecordingTest, RepeatsOfAKeyThatNobodyGetsComeWhenTheyHappen)

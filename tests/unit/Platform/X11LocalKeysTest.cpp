@@ -5,6 +5,7 @@
 #include "support/KeyPresses.h"
 #include "support/OtherProgram.h"
 #include "support/PrivateXServer.h"
+#include "support/RunOrThrow.h"
 #include "support/WaitUntil.h"
 
 #include <QGuiApplication>
@@ -13,8 +14,7 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <stdexcept>
+#include <algorithm>
 
 namespace kestrova {
 namespace {
@@ -244,7 +244,7 @@ TEST_F(X11LocalKeysTest, LayoutsMayChangeWhileItRuns)
     for (const char *layout : {"us", "de", "fr", "ru", "us -variant dvorak"}) {
         SCOPED_TRACE(layout);
         m_local.clear();
-        ASSERT_EQ(std::system((std::string("setxkbmap ") + layout).c_str()), 0);
+        runOrThrow(std::string("setxkbmap ") + layout);
         for (const xcb_keycode_t letter : {key::a, key::q, key::period})
             tap(m_keyboard, letter);
         waitForF12();
@@ -256,7 +256,7 @@ TEST_F(X11LocalKeysTest, KeysMayGetOtherKeyCodesWhileItRuns)
 {
     constexpr xcb_keycode_t xfree86Up = 98;
     waitForF12(); // the keymap of before has been read
-    ASSERT_EQ(std::system("setxkbmap -keycodes xfree86"), 0);
+    runOrThrow("setxkbmap -keycodes xfree86");
     tap(m_keyboard, xfree86Up);
     waitForF12();
     EXPECT_THAT(m_local, ElementsAre(KeyDownEvent{126}));

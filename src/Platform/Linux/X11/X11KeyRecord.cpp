@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/X11KeyRecord.h"
 
 #include <xcb/xcbext.h>
+#include <xcb/xinput.h>
 
 #include <cstring>
 #include <optional>
@@ -33,6 +34,23 @@ std::optional<RecordedKey> keyOf(const uint8_t *bytes, bool isDelivered)
     return key;
 }
 
+// The server may hold back what RECORD has to say until it has something to write for others.
+// These events come even under a grab and tell that there is something, except for repeats.
+void selectRawKeyPresses(X11Connection &connection)
+{
+    if (!connection.hasExtension(&xcb_input_id))
+        return;
+    // 2.1: also while another client has grabbed the keyboard.
+    const XcbPointer<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+        connection.xcb(), xcb_input_xi_query_version(connection.xcb(), 2, 1), nullptr));
+    const struct
+    {
+        xcb_input_event_mask_t head;
+        uint32_t mask;
+    } events = {{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS};
+    xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &events.head);
+}
+
 } // namespace
 
 X11KeyRecord::X11KeyRecord(X11Connection &control, const QByteArray &displayName)
@@ -44,6 +62,7 @@ bool X11KeyRecord::enable(X11Connection &control)
 {
     if (!control.hasExtension(&xcb_record_id))
         return false;
+    selectRawKeyPresses(control);
     xcb_record_range_t range = {};
     range.device_events = {XCB_KEY_PRESS, XCB_KEY_RELEASE};
     range.delivered_events = {XCB_KEY_PRESS, XCB_KEY_PRESS};

@@ -35,8 +35,9 @@ struct RecordedKey
 class X11KeyRecord
 {
 public:
-    /// Records from the moment when this returns. The control connection outlives this. An empty
-    /// name means $DISPLAY.
+    /// Records from the moment when this returns. An empty name means $DISPLAY. The control
+    /// connection outlives this. It gets an event at each press that is no repeat; after a request
+    /// with an answer the press can then be read.
     X11KeyRecord(X11Connection &control, const QByteArray &displayName);
 
     /// False without the RECORD extension, and once the server has gone.

@@ -4,7 +4,7 @@
 #include "Platform/Linux/X11/X11ClientProcess.h"
 #include "Platform/Linux/X11/XkbKeymap.h"
 
-#include <algorithm>
+#include <array>
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -48,8 +48,12 @@ void X11KeyRecording::run()
 
 void X11KeyRecording::sleep()
 {
-    pollfd descriptor{m_record.descriptor(), POLLIN, 0};
-    if (poll(&descriptor, 1, m_heldKey ? int(heldKeyInterval.count()) : -1) == 0)
+    std::array<pollfd, 2> descriptors{{{m_record.descriptor(), POLLIN, 0},
+                                       {xcb_get_file_descriptor(m_control.xcb()), POLLIN, 0}}};
+    poll(descriptors.data(), descriptors.size(), m_heldKey ? int(heldKeyInterval.count()) : -1);
+    if (descriptors[1].revents != 0)
+        synchronize();
+    else if (descriptors[0].revents == 0 && m_heldKey)
         askForHeldKey();
 }
 
@@ -75,8 +79,8 @@ void X11KeyRecording::takeKeys()
     m_keys.erase(m_keys.begin(), m_keys.begin() + std::ptrdiff_t(count));
 }
 
-// When the server has answered, it has also written who got the keys that were read so far, and
-// which keymap they were pressed in.
+// When the server has answered, it has also written the keys that it held back, who got the keys
+// that were read so far, and which keymap they were pressed in.
 void X11KeyRecording::synchronize()
 {
     const XcbPointer<xcb_get_input_focus_reply_t> answer(

@@ -32,7 +32,7 @@ public:
     X11KeyRecording &operator=(const X11KeyRecording &) = delete;
 
     /// False without the RECORD extension, and once the server has gone.
-    bool isOpen() const { return m_record.isOpen(); }
+    bool isOpen() const { return m_record.isOpen() && m_control.isOpen(); }
 
 private:
     void run();
