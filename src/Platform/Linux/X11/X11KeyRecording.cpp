@@ -48,6 +48,11 @@ void X11KeyRecording::run()
 
 void X11KeyRecording::sleep()
 {
+    // An event that came along with an answer wakes nobody up.
+    if (takeEvents()) {
+        synchronize();
+        return;
+    }
     std::array<pollfd, 2> descriptors{{{m_record.descriptor(), POLLIN, 0},
                                        {xcb_get_file_descriptor(m_control.xcb()), POLLIN, 0}}};
     poll(descriptors.data(), descriptors.size(), m_heldKey ? int(heldKeyInterval.count()) : -1);
@@ -80,16 +85,28 @@ void X11KeyRecording::takeKeys()
 }
 
 // When the server has answered, it has also written the keys that it held back, who got the keys
-// that were read so far, and which keymap they were pressed in.
+// that were read so far, and which keymap they were pressed in. Unless an event came along, because
+// that may tell of the next key.
 void X11KeyRecording::synchronize()
 {
-    const XcbPointer<xcb_get_input_focus_reply_t> answer(
-        xcb_get_input_focus_reply(m_control.xcb(), xcb_get_input_focus(m_control.xcb()), nullptr));
+    do {
+        const XcbPointer<xcb_get_input_focus_reply_t> answer(xcb_get_input_focus_reply(
+            m_control.xcb(), xcb_get_input_focus(m_control.xcb()), nullptr));
+    } while (takeEvents());
+}
+
+bool X11KeyRecording::takeEvents()
+{
+    bool isAny = false;
     bool hasKeymapChanged = false;
-    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_queued_event(m_control.xcb())})
+    while (
+        const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_queued_event(m_control.xcb())}) {
+        isAny = true;
         hasKeymapChanged = hasKeymapChanged || isKeymapChange(m_control, *event);
+    }
     if (hasKeymapChanged)
         m_translation.emplace(m_control);
+    return isAny;
 }
 
 void X11KeyRecording::handle(std::size_t index)

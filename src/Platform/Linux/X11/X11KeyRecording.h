@@ -39,6 +39,7 @@ private:
     void sleep();
     void takeKeys();
     void synchronize();
+    bool takeEvents();
     void handle(std::size_t index);
     void handlePress(std::size_t index, bool isRepeat);
     bool isOwn(xcb_window_t window);
