@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QtGlobal>
+#include "Models/HotkeyShortcut.h"
+
+#include <QList>
 
 #include <functional>
 #include <memory>
@@ -42,6 +44,12 @@ public:
     /// Key-downs, repeats included, for one of the program's own windows, before the window gets
     /// them. Null when the program can have no windows.
     [[nodiscard]] virtual std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) = 0;
+
+    /// Keeps these shortcuts from all windows, for as long as the result lives; global monitors
+    /// see them still, whichever window has the keyboard. Null where a program cannot do that, or
+    /// need not, because shortcuts type nothing there.
+    [[nodiscard]] virtual std::unique_ptr<Monitor>
+    withhold(const QList<HotkeyShortcut> &shortcuts) = 0;
 };
 
 } // namespace kestrova

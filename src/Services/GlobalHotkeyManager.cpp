@@ -15,6 +15,14 @@ bool matches(const HotkeyShortcut &shortcut, const KeyDownEvent &event)
     return shortcut.keyCode == event.keyCode && (differing & comparedModifiers) == 0;
 }
 
+QList<HotkeyShortcut> shortcutsOf(const QList<HotkeyBinding> &bindings)
+{
+    QList<HotkeyShortcut> shortcuts;
+    for (const HotkeyBinding &binding : bindings)
+        shortcuts.append(binding.shortcut);
+    return shortcuts;
+}
+
 } // namespace
 
 void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
@@ -25,12 +33,14 @@ void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
         m_monitoring.addGlobalMonitor([this](const KeyDownEvent &event) { handle(event); });
     m_localMonitor =
         m_monitoring.addLocalMonitor([this](const KeyDownEvent &event) { return handle(event); });
+    m_withheldShortcuts = m_monitoring.withhold(shortcutsOf(bindings));
 }
 
 void GlobalHotkeyManager::unregister()
 {
     m_globalMonitor.reset();
     m_localMonitor.reset();
+    m_withheldShortcuts.reset();
     m_bindings.clear();
 }
 

@@ -9,8 +9,9 @@
 namespace kestrova {
 
 /// Calls the handler of the first binding whose shortcut goes down, in any program's window, and
-/// again for every repeat while it is held. No shortcut is reserved: a program in front gets its
-/// keystroke too. A window of our own does not. Main thread.
+/// again for every repeat while it is held. The window in front does not get the keystroke, where
+/// that can be had: otherwise every dictation would begin with what the shortcut types. Main
+/// thread.
 class GlobalHotkeyManager final : public HotkeyManaging
 {
 public:
@@ -28,6 +29,7 @@ private:
     KeyEventMonitoring &m_monitoring;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_globalMonitor;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_localMonitor;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_withheldShortcuts;
     QList<HotkeyBinding> m_bindings;
 };
 

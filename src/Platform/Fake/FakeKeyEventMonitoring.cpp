@@ -2,6 +2,15 @@
 
 namespace kestrova {
 
+namespace {
+
+struct Withholding final : KeyEventMonitoring::Monitor
+{
+    std::shared_ptr<const QList<HotkeyShortcut>> shortcuts;
+};
+
+} // namespace
+
 std::unique_ptr<KeyEventMonitoring::Monitor>
 FakeKeyEventMonitoring::addGlobalMonitor(GlobalHandler handler)
 {
@@ -12,6 +21,25 @@ std::unique_ptr<KeyEventMonitoring::Monitor>
 FakeKeyEventMonitoring::addLocalMonitor(LocalHandler handler)
 {
     return m_isLocalAvailable ? m_local.add(std::move(handler)) : nullptr;
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor>
+FakeKeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
+{
+    auto withholding = std::make_unique<Withholding>();
+    withholding->shortcuts = std::make_shared<const QList<HotkeyShortcut>>(shortcuts);
+    m_withheld.push_back(withholding->shortcuts);
+    return withholding;
+}
+
+QList<HotkeyShortcut> FakeKeyEventMonitoring::withheld() const
+{
+    QList<HotkeyShortcut> all;
+    for (const auto &known : m_withheld) {
+        if (const auto shortcuts = known.lock())
+            all += *shortcuts;
+    }
+    return all;
 }
 
 } // namespace kestrova

@@ -19,6 +19,8 @@ public:
     virtual bool pressLocally(const KeyDownEvent &event) = 0;
     virtual int globalMonitorCount() const = 0;
     virtual int localMonitorCount() const = 0;
+    /// Those of every withhold() that has not ended, in order.
+    virtual QList<HotkeyShortcut> withheld() const = 0;
 };
 
 /// Main thread.
@@ -27,6 +29,7 @@ class FakeKeyEventMonitoring final : public KeyEventMonitoring, public FakeKeyEv
 public:
     std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
     std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
 
     void setGlobalAvailable(bool isAvailable) override { m_isGlobalAvailable = isAvailable; }
     void setLocalAvailable(bool isAvailable) override { m_isLocalAvailable = isAvailable; }
@@ -34,10 +37,12 @@ public:
     bool pressLocally(const KeyDownEvent &event) override { return m_local.call(event); }
     int globalMonitorCount() const override { return m_global.count(); }
     int localMonitorCount() const override { return m_local.count(); }
+    QList<HotkeyShortcut> withheld() const override;
 
 private:
     KeyDownHandlers m_global;
     KeyDownHandlers m_local;
+    std::vector<std::weak_ptr<const QList<HotkeyShortcut>>> m_withheld;
     bool m_isGlobalAvailable = true;
     bool m_isLocalAvailable = true;
 };

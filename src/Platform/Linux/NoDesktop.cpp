@@ -66,4 +66,10 @@ std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addLocalMonit
     return nullptr;
 }
 
+std::unique_ptr<KeyEventMonitoring::Monitor>
+MissingKeyMonitoring::withhold(const QList<HotkeyShortcut> &)
+{
+    return nullptr;
+}
+
 } // namespace kestrova::NoDesktop

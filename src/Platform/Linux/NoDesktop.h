@@ -40,9 +40,10 @@ public:
 class MissingKeyMonitoring final : public KeyEventMonitoring
 {
 public:
-    /// Both are always null.
+    /// All are always null.
     std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
     std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
 };
 
 } // namespace kestrova::NoDesktop

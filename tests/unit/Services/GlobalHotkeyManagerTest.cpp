@@ -55,6 +55,18 @@ TEST_F(GlobalHotkeyManagerTest, OtherKeysInOurOwnWindowAreDelivered)
     EXPECT_EQ(called, QStringList());
 }
 
+TEST_F(GlobalHotkeyManagerTest, OtherWindowsDoNotGetTheShortcutsWhileTheyAreRegistered)
+{
+    const HotkeyShortcut toggle{space, command | shift};
+    const HotkeyShortcut slot{18, command | option};
+    manager.registerBindings({binding(u"toggle"_s, toggle), binding(u"hotbar-1"_s, slot)});
+    EXPECT_EQ(monitoring.withheld(), (QList{toggle, slot}));
+    manager.registerBindings({binding(u"toggle"_s, slot)});
+    EXPECT_EQ(monitoring.withheld(), QList{slot});
+    manager.unregister();
+    EXPECT_EQ(monitoring.withheld(), QList<HotkeyShortcut>());
+}
+
 TEST_F(GlobalHotkeyManagerTest, AnEmptyListInstallsBothMonitorsAndMatchesNothing)
 {
     manager.registerBindings({});

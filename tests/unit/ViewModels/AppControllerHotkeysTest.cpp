@@ -16,6 +16,7 @@ public:
         throw PlatformError(u"No keyboard."_s);
     }
     std::unique_ptr<Monitor> addLocalMonitor(LocalHandler) override { return nullptr; }
+    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &) override { return nullptr; }
 };
 
 class AppControllerHotkeysTest : public ControllerTest

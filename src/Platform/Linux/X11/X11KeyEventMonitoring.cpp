@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/X11KeyEventMonitoring.h"
 
+#include "Platform/Linux/X11/X11WithheldKeys.h"
+
 #include <QMetaObject>
 
 namespace kestrova {
@@ -14,6 +16,11 @@ X11KeyEventMonitoring::X11KeyEventMonitoring(X11Connection &connection, PostedKe
 std::unique_ptr<KeyEventMonitoring::Monitor>
 X11KeyEventMonitoring::addGlobalMonitor(GlobalHandler handler)
 {
+    return record() ? m_global.addObserver(std::move(handler)) : nullptr;
+}
+
+bool X11KeyEventMonitoring::record()
+{
     if (!m_recording || !m_recording->isOpen()) {
         const auto post = [this](const KeyDownEvent &event) {
             QMetaObject::invokeMethod(
@@ -21,7 +28,13 @@ X11KeyEventMonitoring::addGlobalMonitor(GlobalHandler handler)
         };
         m_recording = std::make_unique<X11KeyRecording>(m_postedKeys, post, m_displayName);
     }
-    return m_recording->isOpen() ? m_global.addObserver(std::move(handler)) : nullptr;
+    return m_recording->isOpen();
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor>
+X11KeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
+{
+    return record() ? std::make_unique<X11WithheldKeys>(shortcuts, m_displayName) : nullptr;
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>

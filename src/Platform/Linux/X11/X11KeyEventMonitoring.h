@@ -10,7 +10,7 @@
 
 namespace kestrova {
 
-/// Global monitors see the keyboard through the RECORD extension, which reserves nothing and sees
+/// Global monitors see the keyboard through the RECORD extension, which sees
 /// keys under other programs' grabs; local ones see what Qt gets for our windows. Which window gets
 /// a key decides whose it is, so no key is reported twice.
 class X11KeyEventMonitoring final : public KeyEventMonitoring
@@ -25,8 +25,11 @@ public:
     /// Null without the RECORD extension.
     std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
     std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+    /// Null without the RECORD extension, which alone would see such keys.
+    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
 
 private:
+    bool record();
     void report(const KeyDownEvent &event);
 
     PostedKeys &m_postedKeys;

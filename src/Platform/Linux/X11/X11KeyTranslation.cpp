@@ -1,6 +1,5 @@
 #include "Platform/Linux/X11/X11KeyTranslation.h"
 
-#include "Models/HotkeyShortcut.h"
 #include "Platform/Linux/X11/VirtualKeyCodes.h"
 #include "Platform/Linux/X11/XkbKeymap.h"
 
@@ -51,6 +50,8 @@ private:
     uint16_t m_alt = 0;
 };
 
+constexpr uint16_t allModifiers = 0xFF;
+
 } // namespace
 
 X11KeyTranslation::X11KeyTranslation(X11Connection &connection)
@@ -90,6 +91,36 @@ std::optional<KeyDownEvent> X11KeyTranslation::keyDown(xcb_keycode_t key, uint16
     translate(m_optionMask, HotkeyShortcut::option);
     translate(XCB_MOD_MASK_CONTROL, HotkeyShortcut::control);
     return event;
+}
+
+uint16_t X11KeyTranslation::modifierMask(const HotkeyShortcut &shortcut) const
+{
+    int mask = 0;
+    const auto add = [&](HotkeyShortcut::Modifier modifier, int modifierMask) {
+        if (shortcut.has(modifier))
+            mask |= modifierMask;
+    };
+    add(HotkeyShortcut::command, m_commandMask);
+    add(HotkeyShortcut::shift, XCB_MOD_MASK_SHIFT);
+    add(HotkeyShortcut::option, m_optionMask);
+    add(HotkeyShortcut::control, XCB_MOD_MASK_CONTROL);
+    return uint16_t(mask);
+}
+
+std::vector<X11KeyCombination> X11KeyTranslation::combinations(const HotkeyShortcut &shortcut) const
+{
+    const int needed = modifierMask(shortcut);
+    const int compared = m_commandMask | m_optionMask | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL;
+    std::vector<X11KeyCombination> found;
+    for (std::size_t key = 0; key < m_virtualKeyCodes.size(); ++key) {
+        if (m_virtualKeyCodes[key] != shortcut.keyCode)
+            continue;
+        for (int state = 0; state <= allModifiers; ++state) {
+            if ((state & compared) == needed)
+                found.push_back({xcb_keycode_t(key), uint16_t(state)});
+        }
+    }
+    return found;
 }
 
 } // namespace kestrova

@@ -1,12 +1,24 @@
 #pragma once
 
+#include "Models/HotkeyShortcut.h"
 #include "Platform/KeyEventMonitoring.h"
 #include "Platform/Linux/X11/X11Connection.h"
 
 #include <array>
+#include <compare>
 #include <optional>
+#include <vector>
 
 namespace kestrova {
+
+/// A key event as a grab names it.
+struct X11KeyCombination
+{
+    xcb_keycode_t key = 0;
+    uint16_t modifiers = 0;
+
+    auto operator<=>(const X11KeyCombination &) const = default;
+};
 
 /// Puts the X server's key codes and modifiers into the numbers of shortcuts, by the keymap of the
 /// moment when it was made.
@@ -19,8 +31,12 @@ public:
     /// The state is that of a key event, locks included. None for a modifier key and for a key
     /// that has no virtual key code.
     std::optional<KeyDownEvent> keyDown(xcb_keycode_t key, uint16_t state) const;
+    /// The key events that keyDown() puts into this shortcut: one for each state of the locks.
+    std::vector<X11KeyCombination> combinations(const HotkeyShortcut &shortcut) const;
 
 private:
+    uint16_t modifierMask(const HotkeyShortcut &shortcut) const;
+
     std::array<std::optional<quint32>, 256> m_virtualKeyCodes;
     uint16_t m_commandMask = 0;
     uint16_t m_optionMask = 0;
