@@ -196,8 +196,8 @@ void AppController::later(std::function<void()> work)
 
 void AppController::showError(const QString &message)
 {
-    m_appState->lastError.set(message);
-    m_appState->state.set(DictationState::error(message));
+    m_appState->lastError.announce(message);
+    m_appState->state.announce(DictationState::error(message));
 }
 
 } // namespace kestrova

@@ -19,7 +19,7 @@ class AppState final : public QObject
 
 public:
     /// One member of the state. Each change of its value is announced by willChange() before and
-    /// by the member's own signal after it; setting an equal value is no change.
+    /// by the member's own signal after it.
     template <typename T>
     class Published
     {
@@ -31,10 +31,15 @@ public:
         Q_DISABLE_COPY_MOVE(Published)
 
         const T &get() const { return m_value; }
+        /// Setting an equal value is no change.
         void set(T value)
         {
-            if (value == m_value)
-                return;
+            if (value != m_value)
+                announce(std::move(value));
+        }
+        /// For what is news also when it is the same once more, such as an error.
+        void announce(T value)
+        {
             Q_EMIT m_owner.willChange();
             m_value = std::move(value);
             Q_EMIT(m_owner.*m_changed)();

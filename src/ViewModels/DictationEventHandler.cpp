@@ -48,14 +48,14 @@ struct DictationEventHandler
     void operator()(const DictationEvent::Error &event)
     {
         state.modelDownload.set(std::nullopt);
-        state.lastError.set(event.message);
-        state.state.set(DictationState::error(event.message));
+        state.lastError.announce(event.message);
+        state.state.announce(DictationState::error(event.message));
     }
 
     void operator()(const DictationEvent::TranscriptInserted &event)
     {
         const TranscriptInsertionPayload &payload = event.payload;
-        state.lastTranscript.set(payload.text);
+        state.lastTranscript.announce(payload.text);
         state.sessionWordCount.set(sumOrDie(state.sessionWordCount.get(), payload.wordCount));
         analytics.record(usageEvent(payload, now()));
         recomputeUsage(state, analytics, now());

@@ -101,6 +101,16 @@ void expectAnnounced(AppState &state, const MemberCase<T> &tested)
     EXPECT_EQ(calls.size(), 2) << "an equal value is no change";
 }
 
+TEST_F(AppStateTest, WhatIsNewsIsAnnouncedAlsoWhenItIsTheSame)
+{
+    StateTrail trail(state);
+    for (int i = 0; i < 2; ++i)
+        state.lastError.announce(u"x"_s);
+    EXPECT_EQ(trail.take(), (QStringList{u"lastError"_s, u"lastError"_s}));
+    state.lastError.set(u"x"_s);
+    EXPECT_EQ(trail.take(), QStringList());
+}
+
 TEST_F(AppStateTest, EveryMemberIsAnnouncedBeforeItsChangeAndAfterIt)
 {
     expectAnnounced<DictationState>(
