@@ -36,6 +36,13 @@ struct Platform
     std::unique_ptr<TerminalLauncher> terminal;
 };
 
+/// Where the program keeps its files, for use before there is a whole platform.
+std::unique_ptr<StandardDirectories> makeStandardDirectories();
+
+/// Gets the process ready for a desktop application; called before the application object is made.
+/// Throws PlatformError when there is no desktop session that it could run in.
+void prepareDesktopSession();
+
 /// The services of the system and session that the program finds itself in. Needs a
 /// QCoreApplication. Without a desktop session the members that need one report that nothing is
 /// running and nothing can be sent; nothing throws.

@@ -1,8 +1,8 @@
-"""Drives kestrova-dictate inside a virtual desktop: speaks into the microphone and reads what is reported.
+"""Drives Kestrova inside a virtual desktop: presses shortcuts, speaks into the microphone, reads what is reported.
 
     prepare_profile()
-    with Dictation() as dictation:
-        dictation.speak_and_insert(SAMPLES / "01.wav")
+    with Dictation() as session:
+        session.speak_and_insert(SAMPLES / "01.wav")
 
 Each wait has a generous limit, because the transcription tool's threads spin when the machine has other load.
 """
@@ -11,6 +11,7 @@ import json
 import os
 import queue
 import shutil
+import signal
 import subprocess
 import tempfile
 import threading
@@ -22,9 +23,13 @@ SAMPLES = REPOSITORY / "assets" / "demo" / "samples"
 DEMO_MODEL = REPOSITORY / "assets" / "demo" / "ggml-demo.bin"
 SPEAK = REPOSITORY / "tools" / "speak"
 BUILD = os.environ.get("KESTROVA_BUILD", "dev")  # the preset whose programs are driven
+PROGRAM = REPOSITORY / "build" / BUILD / "bin" / "kestrova"
 
 EVENT_LIMIT = 60.0  # seconds
+START_LIMIT = 20.0
 END_LIMIT = 20.0
+
+MAIN_SHORTCUT = "super+shift+space"  # as xdotool writes it
 
 # What a stored document must have at least, with a download address that nothing answers.
 SETTINGS = {
@@ -41,24 +46,41 @@ class DictationError(Exception):
     """Something that was waited for did not come."""
 
 
+def stored_document(name):
+    return Path(os.environ["XDG_CONFIG_HOME"]) / "kestrova" / f"kestrova.{name}.v1.json"
+
+
 def settings_file():
-    return Path(os.environ["XDG_CONFIG_HOME"]) / "kestrova" / "kestrova.settings.v1.json"
+    return stored_document("settings")
+
+
+def usage_events():
+    """The usage log as it is stored, oldest first."""
+    file = stored_document("usage")
+    return json.loads(file.read_text()) if file.exists() else []
 
 
 def model_file():
     return Path(os.environ["XDG_DATA_HOME"]) / "Kestrova" / "models" / "ggml-base.bin"
 
 
+def temporary_folder():
+    return Path(os.environ["TMPDIR"]) / f"kestrova-{os.geteuid()}"
+
+
 def recordings():
     """The recordings of this desktop's user, oldest first."""
-    folder = Path(os.environ["TMPDIR"]) / f"kestrova-{os.geteuid()}"
-    return sorted(folder.glob("kestrova-*.wav"), key=lambda path: path.stat().st_mtime)
+    return sorted(temporary_folder().glob("kestrova-*.wav"), key=lambda path: path.stat().st_mtime)
 
 
-def prepare_profile(**settings):
-    """Gives the desktop's user the demo model and settings; keyword arguments replace single settings."""
+def prepare_profile(slots=(), **settings):
+    """Gives the desktop's user the demo model and settings.
+
+    slots are the desktop-file ids of the applications of slot 1 and so on; keyword arguments replace single settings.
+    """
+    assignments = [{"slotIndex": number, "bundleIdentifier": slot} for number, slot in enumerate(slots, start=1)]
     settings_file().parent.mkdir(parents=True, exist_ok=True)
-    settings_file().write_text(json.dumps({**SETTINGS, **settings}))
+    settings_file().write_text(json.dumps({**SETTINGS, "hotbarAssignments": assignments, **settings}))
     model_file().parent.mkdir(parents=True, exist_ok=True)
     shutil.copyfile(DEMO_MODEL, model_file())
 
@@ -72,15 +94,31 @@ def play(recording):
     subprocess.run([SPEAK, "--file", recording], check=True)
 
 
-class Dictation:
-    """One running kestrova-dictate. Leaving it asserts that it ended well and wrote nothing to standard error."""
+def now():
+    """The moment in the milliseconds of the program's events."""
+    return time.monotonic() * 1000
 
-    def __init__(self, environment=None):
+
+def press(*chords):
+    """Presses and releases shortcuts, each as xdotool writes it."""
+    subprocess.run(["xdotool", "key", *chords], check=True)
+
+
+def shortcut(slot=None):
+    """The default shortcut of a slot, or the main one."""
+    return MAIN_SHORTCUT if slot is None else f"super+alt+{slot}"
+
+
+class Dictation:
+    """One running kestrova. Leaving it asserts that it ended well and wrote nothing to standard error."""
+
+    def __init__(self, environment=None, prefix=()):
+        """The prefix is a command that runs the program, which is given as its arguments."""
         self.events = []
         self._arrived = queue.Queue()
         self._errors = tempfile.TemporaryFile()
         self.process = subprocess.Popen(
-            [REPOSITORY / "build" / BUILD / "bin" / "kestrova-dictate"],
+            [*prefix, PROGRAM, "--control"],
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
             stderr=self._errors,
@@ -89,6 +127,7 @@ class Dictation:
         )
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
+        self.wait_for(START_LIMIT, event="ready")
 
     def __enter__(self):
         return self
@@ -96,13 +135,14 @@ class Dictation:
     def __exit__(self, error, *_):
         status, errors = self.quit()
         if error is None and (status != 0 or errors):
-            raise DictationError(f"kestrova-dictate ended with {status} and wrote:\n{errors}")
+            raise DictationError(f"kestrova ended with {status} and wrote:\n{errors}")
 
     def _read(self):
         for line in self.process.stdout:
             event = json.loads(line)
             self.events.append(event)
             self._arrived.put(event)
+        self._arrived.put(None)
 
     def send(self, command):
         self.process.stdin.write(command + "\n")
@@ -116,45 +156,55 @@ class Dictation:
                 event = self._arrived.get(timeout=max(0.0, deadline - time.monotonic()))
             except queue.Empty:
                 raise DictationError(f"no {expected} within {limit} s; events: {self.events}") from None
+            if event is None:
+                raise DictationError(f"kestrova ended: {self.ended()}")
             if all(event.get(key) == value for key, value in expected.items()):
                 return event
 
-    def start_recording(self, target=""):
-        self.send(f"toggle {target}".strip())
-        return self.wait_for(event="state", state="recording")
+    def wait_for_state(self, state):
+        return self.wait_for(event="state", state=state)
 
-    def stop_recording(self):
-        self.send("toggle")
-        return self.wait_for(event="state", state="processing")
+    def wait_for_error(self):
+        """The message of the next error."""
+        return self.wait_for_state("error")["message"]
 
-    def speak_and_insert(self, recording, target=""):
-        """A whole dictation; returns the event that reports the insertion."""
-        self.start_recording(target)
+    def start_recording(self, slot=None):
+        press(shortcut(slot))
+        return self.wait_for_state("recording")
+
+    def stop_recording(self, slot=None):
+        press(shortcut(slot))
+        return self.wait_for_state("processing")
+
+    def wait_for_transcript(self):
+        """The inserted text, once the dictation has ended and is in the usage log."""
+        transcript = self.wait_for(event="transcript")
+        self.wait_for_state("idle")
+        return transcript["text"]
+
+    def speak_and_insert(self, recording, slot=None):
+        """A whole dictation; returns the text."""
+        self.start_recording(slot)
         play(recording)
-        self.stop_recording()
-        inserted = self.wait_for(event="inserted")
-        self.wait_for(event="state", state="idle")
-        return inserted
+        self.stop_recording(slot)
+        return self.wait_for_transcript()
 
-    def stages(self):
-        """The latest duration of each step, in milliseconds."""
-        return {e["stage"]: e["milliseconds"] for e in self.events if e["event"] == "stage"}
-
-    def quit(self):
+    def quit(self, signal_number=signal.SIGTERM):
         """Asks the program to end and waits for it; returns its exit status and its standard error."""
         if self.process.poll() is None:
-            self.send("quit")
+            self.process.send_signal(signal_number)
         try:
-            return self._ended()
+            return self.ended()
         except subprocess.TimeoutExpired:
             self.kill()
-            raise DictationError("kestrova-dictate did not end") from None
+            raise DictationError("kestrova did not end") from None
 
     def kill(self):
         self.process.kill()
-        self._ended()
+        self.ended()
 
-    def _ended(self):
+    def ended(self):
+        """Waits for its end; its exit status and its standard error."""
         status = self.process.wait(timeout=END_LIMIT)
         self._reader.join()
         self.process.stdin.close()

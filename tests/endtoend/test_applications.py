@@ -22,6 +22,11 @@ def clipboard(selection="clipboard"):
     return subprocess.run(command, capture_output=True, text=True, check=True, timeout=10).stdout
 
 
+def visible_windows(window_class):
+    command = ["xdotool", "search", "--onlyvisible", "--class", window_class]
+    return len(subprocess.run(command, capture_output=True, text=True, check=False).stdout.split())
+
+
 class StartedMousepad(targets.Mousepad):
     """A mousepad that somebody else started: it is found by its name."""
 
@@ -46,21 +51,32 @@ class StartedMousepad(targets.Mousepad):
         super().close()
 
 
-class Applications(unittest.TestCase):
+class ArrivalTestCase(unittest.TestCase):
     def setUp(self):
-        dictation.prepare_profile()
+        dictation.prepare_profile(slots=["org.xfce.mousepad", "debian-xterm"])
 
+    def check_arrival(self, target, text, sentence, before=""):
+        """The sentence, as it was transcribed, is the one thing that was added to the target's text."""
+        self.assertEqual(words(text), words(dictation.sample_text(sentence)))
+        self.assertEqual(target.wait_for_text(before + text), before + text)
+
+    def check_logged(self, sentence, desktop_id, slot=None):
+        event = dictation.usage_events()[-1]
+        self.assertEqual(event["targetBundleIdentifier"], desktop_id)
+        self.assertEqual(event.get("slotIndex"), slot)
+        self.assertEqual(event["wordCount"], len(dictation.sample_text(sentence).split()))
+
+
+class FrontApplication(ArrivalTestCase):
     def dictate_sentences_into(self, name):
         with targets.start(name) as target, dictation.Dictation() as session:
             arrived = ""
             for sentence in SENTENCES:
                 with self.subTest(sentence=sentence.stem):
-                    inserted = session.speak_and_insert(sentence)
-                    self.assertEqual(words(inserted["text"]), words(dictation.sample_text(sentence)))
-                    self.assertEqual(inserted["words"], len(dictation.sample_text(sentence).split()))
-                    self.assertEqual(inserted["target"], target.desktop_id)
-                    arrived += inserted["text"]
-                    self.assertEqual(target.wait_for_text(arrived), arrived)
+                    text = session.speak_and_insert(sentence)
+                    self.check_arrival(target, text, sentence, before=arrived)
+                    self.check_logged(sentence, target.desktop_id)
+                    arrived += text
 
     def test_five_sentences_into_an_editor(self):
         self.dictate_sentences_into("mousepad")
@@ -71,28 +87,6 @@ class Applications(unittest.TestCase):
     def test_five_sentences_into_a_browsers_text_field(self):
         self.dictate_sentences_into("chromium")
 
-    def test_an_application_that_had_to_be_started(self):
-        with dictation.Dictation() as session, StartedMousepad("mousepad") as editor:
-            inserted = session.speak_and_insert(SENTENCES[0], target="org.xfce.mousepad")
-            editor.launch()
-            self.assertEqual(editor.wait_for_text(inserted["text"]), inserted["text"])
-            self.assertEqual(words(inserted["text"]), words(dictation.sample_text(SENTENCES[0])))
-
-    def test_a_minimised_application(self):
-        with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
-            subprocess.run(["xdotool", "windowminimize", "--sync", str(editor.window)], check=True)
-            terminal.activate()
-            inserted = session.speak_and_insert(SENTENCES[1], target="org.xfce.mousepad")
-            self.assertEqual(editor.wait_for_text(inserted["text"]), inserted["text"])
-            self.assertEqual(terminal.text(), "")
-            self.assertEqual(words(inserted["text"]), words(dictation.sample_text(SENTENCES[1])))
-
-    def test_an_application_on_another_desktop(self):
-        with targets.start("mousepad") as editor, targets.start("xterm"), dictation.Dictation() as session:
-            subprocess.run(["wmctrl", "-i", "-r", hex(editor.window), "-t", "2"], check=True)
-            inserted = session.speak_and_insert(SENTENCES[2], target="org.xfce.mousepad")
-            self.assertEqual(editor.wait_for_text(inserted["text"]), inserted["text"])
-
     def test_the_destination_is_that_of_the_start_even_if_the_focus_moves(self):
         with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
             editor.activate()
@@ -100,16 +94,84 @@ class Applications(unittest.TestCase):
             dictation.play(SENTENCES[3])
             terminal.activate()
             session.stop_recording()
-            inserted = session.wait_for(event="inserted")
-            self.assertEqual(inserted["target"], "org.xfce.mousepad")
-            self.assertEqual(editor.wait_for_text(inserted["text"]), inserted["text"])
+            self.check_arrival(editor, session.wait_for_transcript(), SENTENCES[3])
             self.assertEqual(terminal.text(), "")
+            self.check_logged(SENTENCES[3], "org.xfce.mousepad")
+
+    def test_with_any_keyboard_layout(self):
+        self.addCleanup(subprocess.run, ["setxkbmap", "us"], check=True)
+        with targets.start("mousepad") as editor, dictation.Dictation() as session:
+            arrived = ""
+            for layout in (["de"], ["fr"], ["ru"], ["us", "dvorak"]):
+                with self.subTest(layout=layout):
+                    subprocess.run(["setxkbmap", *layout], check=True)
+                    text = session.speak_and_insert(SENTENCES[2])
+                    self.check_arrival(editor, text, SENTENCES[2], before=arrived)
+                    arrived += text
+
+    def test_with_a_menu_open_at_the_start(self):
+        with targets.start("mousepad") as editor, dictation.Dictation() as session:
+            dictation.press("shift+F10")
+            self.assertTrue(targets._wait_for(lambda: visible_windows("mousepad") > 1, targets.START_LIMIT))
+            session.start_recording()
+            dictation.press("Escape")
+            dictation.play(SENTENCES[2])
+            session.stop_recording()
+            self.check_arrival(editor, session.wait_for_transcript(), SENTENCES[2])
 
     def test_the_transcript_stays_on_the_clipboard(self):
         with targets.start("mousepad"), dictation.Dictation() as session:
-            inserted = session.speak_and_insert(SENTENCES[4])
-            self.assertEqual(clipboard(), inserted["text"])
-            self.assertEqual(clipboard("primary"), inserted["text"])
+            text = session.speak_and_insert(SENTENCES[4])
+            self.assertEqual(clipboard(), text)
+            self.assertEqual(clipboard("primary"), text)
+
+
+class SlotApplication(ArrivalTestCase):
+    def dictate_into_slot_1(self, session, editor):
+        text = session.speak_and_insert(SENTENCES[1], slot=1)
+        self.check_arrival(editor, text, SENTENCES[1])
+        self.check_logged(SENTENCES[1], "org.xfce.mousepad", slot=1)
+
+    def test_in_front(self):
+        with targets.start("mousepad") as editor, dictation.Dictation() as session:
+            self.dictate_into_slot_1(session, editor)
+
+    def test_behind(self):
+        with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
+            self.dictate_into_slot_1(session, editor)
+            self.assertEqual(terminal.text(), "")
+
+    def test_minimised(self):
+        with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
+            subprocess.run(["xdotool", "windowminimize", "--sync", str(editor.window)], check=True)
+            terminal.activate()
+            self.dictate_into_slot_1(session, editor)
+            self.assertEqual(terminal.text(), "")
+
+    def test_on_another_desktop(self):
+        with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
+            subprocess.run(["wmctrl", "-i", "-r", hex(editor.window), "-t", "2"], check=True)
+            self.dictate_into_slot_1(session, editor)
+            self.assertEqual(terminal.text(), "")
+
+    def test_not_running(self):
+        with dictation.Dictation() as session, StartedMousepad("mousepad") as editor:
+            text = session.speak_and_insert(SENTENCES[1], slot=1)
+            editor.launch()
+            self.check_arrival(editor, text, SENTENCES[1])
+            self.check_logged(SENTENCES[1], "org.xfce.mousepad", slot=1)
+
+    def test_any_shortcut_ends_the_recording_and_the_destination_stays(self):
+        with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:
+            for ending in (2, None):
+                with self.subTest(ending=ending):
+                    before = editor.text()
+                    session.start_recording(slot=1)
+                    dictation.play(SENTENCES[2])
+                    session.stop_recording(slot=ending)
+                    self.check_arrival(editor, session.wait_for_transcript(), SENTENCES[2], before)
+                    self.check_logged(SENTENCES[2], "org.xfce.mousepad", slot=1)
+            self.assertEqual(terminal.text(), "")
 
 
 if __name__ == "__main__":

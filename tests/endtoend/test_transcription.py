@@ -36,10 +36,10 @@ class ModelServer:
 
 class Transcription(unittest.TestCase):
     def check(self, session, editor, sentence, before=""):
-        inserted = session.speak_and_insert(sentence)
-        self.assertEqual(words(inserted["text"]), words(dictation.sample_text(sentence)))
-        self.assertEqual(editor.wait_for_text(before + inserted["text"]), before + inserted["text"])
-        return before + inserted["text"]
+        text = session.speak_and_insert(sentence)
+        self.assertEqual(words(text), words(dictation.sample_text(sentence)))
+        self.assertEqual(editor.wait_for_text(before + text), before + text)
+        return before + text
 
     def test_the_accurate_profile_transcribes_and_settings_count_from_the_next_dictation(self):
         dictation.prepare_profile()
@@ -49,26 +49,40 @@ class Transcription(unittest.TestCase):
             text = self.check(session, editor, SENTENCES[0], text)
             self.check(session, editor, SENTENCES[1], text)
 
-    def test_a_missing_model_is_downloaded_inside_the_dictation(self):
+    def test_a_damaged_model_is_downloaded_again_inside_the_dictation(self):
         digest = hashlib.sha256(dictation.DEMO_MODEL.read_bytes()).hexdigest()
         with ModelServer() as address:
             dictation.prepare_profile(modelDownloadURL=address, modelSHA256=f" {digest.upper()}\n")
-            dictation.model_file().unlink()
+            dictation.model_file().write_bytes(b"damaged")
             with targets.start("mousepad") as editor, dictation.Dictation() as session:
                 self.check(session, editor, SENTENCES[0])
         self.assertEqual(dictation.model_file().read_bytes(), dictation.DEMO_MODEL.read_bytes())
+
+    def test_a_missing_model_is_downloaded_on_command_and_used(self):
+        with ModelServer() as address:
+            dictation.prepare_profile(modelDownloadURL=address)
+            dictation.model_file().unlink()
+            with targets.start("mousepad") as editor, dictation.Dictation() as session:
+                dictation.press(dictation.MAIN_SHORTCUT)
+                self.assertIn("Model is not ready", session.wait_for_error())
+                session.send("download")
+                self.assertIs(session.wait_for(event="model")["ready"], True)
+                size = dictation.DEMO_MODEL.stat().st_size
+                progress = [event for event in session.events if event["event"] == "download"][-1]
+                self.assertEqual((progress["received"], progress["total"]), (size, size))
+                self.check(session, editor, SENTENCES[0])
 
     def test_a_download_with_the_wrong_digest_is_refused(self):
         digest = hashlib.sha256(dictation.DEMO_MODEL.read_bytes()).hexdigest()
         with ModelServer() as address:
             dictation.prepare_profile(modelDownloadURL=address, modelSHA256="AB")
-            dictation.model_file().unlink()
+            dictation.model_file().write_bytes(b"old")
             with dictation.Dictation() as session:
                 session.start_recording()
                 session.stop_recording()
-                message = session.wait_for(event="error")["message"]
+                message = session.wait_for_error()
         self.assertEqual(message, f"Model checksum mismatch. Expected AB, got {digest}.")
-        self.assertFalse(dictation.model_file().exists())
+        self.assertEqual(dictation.model_file().read_bytes(), b"old")
 
 
 if __name__ == "__main__":

@@ -74,6 +74,23 @@ std::unique_ptr<KeyEventMonitoring> makeKeyMonitoring(Session &session)
 
 } // namespace
 
+std::unique_ptr<StandardDirectories> makeStandardDirectories()
+{
+    return std::make_unique<LinuxStandardDirectories>();
+}
+
+void prepareDesktopSession()
+{
+    if (!X11Connection().isOpen()) {
+        throw PlatformError(
+            u"Kestrova needs an X11 desktop, and there is none at DISPLAY=\"%1\"."_s.arg(
+                qEnvironmentVariable("DISPLAY")));
+    }
+    // Keys are observed through X11 also where Qt could speak Wayland.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
 Platform makePlatform()
 {
     // Writing to an X server that has just died would otherwise end the program. QProcess and GLib
@@ -84,7 +101,7 @@ Platform makePlatform()
     Platform platform;
     platform.bundle = ownBundle();
     platform.session = session;
-    platform.directories = std::make_unique<LinuxStandardDirectories>();
+    platform.directories = makeStandardDirectories();
     platform.userDefaults =
         std::make_unique<FileUserDefaults>(FileUserDefaults::standardDirectory());
     platform.processes = std::make_unique<ChildProcesses>();

@@ -1,0 +1,48 @@
+#include "App/ControlChannel.h"
+
+#include <unistd.h>
+
+namespace kestrova {
+
+ControlChannel::ControlChannel(AppController &controller)
+    : m_controller(controller), m_printer(controller.appState()),
+      m_inputNotifier(STDIN_FILENO, QSocketNotifier::Read)
+{
+    QObject::connect(&m_inputNotifier, &QSocketNotifier::activated, &m_inputNotifier,
+                     [this] { readCommands(); });
+}
+
+void ControlChannel::readCommands()
+{
+    char bytes[4096];
+    const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
+    if (count <= 0) {
+        m_inputNotifier.setEnabled(false);
+        return;
+    }
+    m_unfinishedLine.append(bytes, count);
+    for (qsizetype end = m_unfinishedLine.indexOf('\n'); end >= 0;
+         end = m_unfinishedLine.indexOf('\n')) {
+        const QByteArray line = m_unfinishedLine.first(end).trimmed();
+        m_unfinishedLine.remove(0, end + 1);
+        perform(line);
+    }
+}
+
+void ControlChannel::perform(const QByteArray &command)
+{
+    bool isSlot = false;
+    const int slot = command.startsWith("toggle ") ? command.sliced(7).trimmed().toInt(&isSlot) : 0;
+    if (command == "toggle")
+        m_controller.toggleRecordingWithDefaultTarget();
+    else if (isSlot)
+        m_controller.toggleRecordingWithHotbarSlot(slot);
+    else if (command == "cancel")
+        m_controller.cancelProcessing();
+    else if (command == "download")
+        m_controller.prepareModel(/*forceDownload=*/true);
+    else
+        m_printer.printMisuse(command);
+}
+
+} // namespace kestrova

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "App/StatusPrinter.h"
+#include "ViewModels/AppController.h"
+
+#include <QSocketNotifier>
+
+namespace kestrova {
+
+/// Lets a script or a panel drive the running program: takes commands from standard input, a line
+/// each, and prints what happens to standard output as StatusPrinter tells.
+///
+///     toggle      as the main shortcut
+///     toggle N    as the shortcut of slot N
+///     cancel      abandons a dictation that is being processed
+///     download    downloads the model, also when there is one
+///
+/// A line that is no command is answered by {"event":"misuse"}. The end of the input means nothing.
+/// Main thread.
+class ControlChannel
+{
+public:
+    /// The controller outlives the channel.
+    explicit ControlChannel(AppController &controller);
+
+private:
+    void readCommands();
+    void perform(const QByteArray &command);
+
+    AppController &m_controller;
+    StatusPrinter m_printer;
+    QSocketNotifier m_inputNotifier;
+    QByteArray m_unfinishedLine;
+};
+
+} // namespace kestrova

@@ -1,0 +1,48 @@
+#include "App/KestrovaApp.h"
+
+#include "Services/AVAudioCaptureService.h"
+#include "Services/PermissionService.h"
+#include "Services/TextInsertionService.h"
+#include "ViewModels/DiagnosticsReporter.h"
+#include "ViewModels/DictationServices.h"
+
+#include <cstdlib>
+
+namespace kestrova {
+
+KestrovaApp::KestrovaApp()
+{
+    auto capture =
+        std::make_shared<AVAudioCaptureService>(*m_platform.audioInput, *m_platform.directories);
+    auto inserter = std::make_shared<TextInsertionService>(
+        *m_platform.workspace, *m_platform.pasteboard, *m_platform.keyEvents, *m_platform.scripts,
+        m_main, m_clock);
+    m_controller = std::make_unique<AppController>(
+        AppEnvironment{m_platform, m_main, m_background},
+        std::make_shared<SettingsStore>(*m_platform.userDefaults), capture, inserter);
+}
+
+KestrovaApp::~KestrovaApp()
+{
+    m_controller.reset();
+    m_main.shutDown();
+    if (!m_background.waitUntilIdle(drainLimit)) {
+        qWarning("A task did not end in time.");
+        std::_Exit(EXIT_FAILURE);
+    }
+}
+
+QString standaloneDiagnosticsJSON()
+{
+    const Platform platform = makePlatform();
+    const auto settings = std::make_shared<SettingsStore>(*platform.userDefaults);
+    PermissionService permissions(*platform.systemAccess, *platform.workspace);
+    return DiagnosticsReporter{.permissions = permissions.currentPermissions(),
+                               .modelStatus = makeModelManager(platform, settings)->modelStatus(),
+                               .settings = settings->load(),
+                               .state = DictationState::idle(),
+                               .bundle = platform.bundle}
+        .renderJSON();
+}
+
+} // namespace kestrova

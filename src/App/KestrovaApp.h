@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Concurrency/BackgroundExecutor.h"
+#include "Concurrency/Clock.h"
+#include "Concurrency/QtMainExecutor.h"
+#include "Platform/Platform.h"
+#include "ViewModels/AppController.h"
+
+#include <memory>
+
+namespace kestrova {
+
+/// The running program: the platform, the threads and the one controller over them. Needs a
+/// QCoreApplication. Main thread.
+class KestrovaApp
+{
+public:
+    /// When this returns, the shortcuts work.
+    KestrovaApp();
+    /// Ends a running dictation with its child process and waits for it. A worker that does not
+    /// end in time takes the process with it, so that no session has to wait.
+    ~KestrovaApp();
+    Q_DISABLE_COPY_MOVE(KestrovaApp)
+
+    AppController &controller() { return *m_controller; }
+
+private:
+    /// How long the end of the program waits for its workers.
+    static constexpr std::chrono::seconds drainLimit{3};
+
+    Platform m_platform = makePlatform();
+    SystemClock m_clock;
+    QtMainExecutor m_main;
+    BackgroundExecutor m_background;
+    std::unique_ptr<AppController> m_controller;
+};
+
+/// What "--diagnostics" prints. Reads only: neither a desktop nor the lock is needed, and the
+/// documents of a copy that is running stay as they are.
+QString standaloneDiagnosticsJSON();
+
+} // namespace kestrova

@@ -1,0 +1,72 @@
+#include "App/StatusPrinter.h"
+
+#include <QJsonDocument>
+
+#include <chrono>
+#include <cstdio>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void print(QLatin1StringView event, QJsonObject object)
+{
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    const Milliseconds now = std::chrono::steady_clock::now().time_since_epoch();
+    object.insert("event"_L1, event);
+    object.insert("at"_L1, now.count());
+    const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    std::fwrite(line.constData(), 1, std::size_t(line.size()), stdout);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+StatusPrinter::StatusPrinter(const AppState &state) : m_state(state)
+{
+    connect(&state, &AppState::stateChanged, this, &StatusPrinter::printState);
+    connect(&state, &AppState::lastTranscriptChanged, this, &StatusPrinter::printTranscript);
+    connect(&state, &AppState::modelDownloadChanged, this, &StatusPrinter::printDownload);
+    connect(&state, &AppState::isPreparingModelChanged, this, &StatusPrinter::printModel);
+    print("ready"_L1, {});
+}
+
+void StatusPrinter::printMisuse(const QByteArray &command)
+{
+    print("misuse"_L1, {{"command"_L1, QString::fromUtf8(command)}});
+}
+
+void StatusPrinter::printState()
+{
+    const DictationState &state = m_state.state.get();
+    QJsonObject object{{"state"_L1, rawValue(state.kind)}};
+    if (state.kind == DictationState::Kind::error)
+        object.insert("message"_L1, state.errorMessage);
+    print("state"_L1, object);
+}
+
+void StatusPrinter::printTranscript()
+{
+    print("transcript"_L1, {{"text"_L1, m_state.lastTranscript.get()}});
+}
+
+void StatusPrinter::printDownload()
+{
+    const auto &progress = m_state.modelDownload.get();
+    if (!progress)
+        return;
+    QJsonObject object{{"received"_L1, progress->receivedBytes}};
+    if (progress->totalBytes)
+        object.insert("total"_L1, *progress->totalBytes);
+    print("download"_L1, object);
+}
+
+void StatusPrinter::printModel()
+{
+    if (!m_state.isPreparingModel.get())
+        print("model"_L1, {{"ready"_L1, m_state.isModelReady.get()}});
+}
+
+} // namespace kestrova

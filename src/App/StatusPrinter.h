@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ViewModels/AppState.h"
+
+#include <QJsonObject>
+
+namespace kestrova {
+
+/// Prints what happens to standard output, for scripts and panels: a JSON object a line, each with
+/// "event" and, in "at", the moment in milliseconds of the system's monotonic clock.
+///
+///     {"event":"ready"}                                     the shortcuts work
+///     {"event":"state","state":"idle|recording|processing"}
+///     {"event":"state","state":"error","message":…}
+///     {"event":"transcript","text":…}                       pasted
+///     {"event":"download","received":…,"total":…}           bytes of the model; the total if known
+///     {"event":"model","ready":…}                           the download ended, one way or another
+///
+/// Main thread; blocks while the reader does.
+class StatusPrinter : public QObject
+{
+public:
+    /// Prints "ready", and from then on each change of the state, which outlives this.
+    explicit StatusPrinter(const AppState &state);
+
+    /// {"event":"misuse","command":…}: a command that there is not.
+    void printMisuse(const QByteArray &command);
+
+private:
+    void printState();
+    void printTranscript();
+    void printDownload();
+    void printModel();
+
+    const AppState &m_state;
+};
+
+} // namespace kestrova

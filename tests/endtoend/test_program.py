@@ -1,0 +1,202 @@
+"""How the program starts, how it ends, that there is one of it, and what it tells about itself."""
+
+import fcntl
+import json
+import os
+import signal
+import subprocess
+import time
+import unittest
+from pathlib import Path
+
+import dictation
+from test_failures import DictationTestCase, tool
+
+LIMIT = 20.0  # seconds
+
+
+def run(*arguments, **environment):
+    """Runs the program to its end; a variable whose value is None is not set."""
+    variables = {**os.environ, **environment}
+    variables = {name: value for name, value in variables.items() if value is not None}
+    return subprocess.run(
+        [dictation.PROGRAM, *arguments], env=variables, capture_output=True, text=True, timeout=LIMIT, check=False
+    )
+
+
+class PrivateDisplay:
+    """An X server without a window manager; yields its DISPLAY."""
+
+    def __init__(self, *arguments):
+        reading, writing = os.pipe()
+        command = ["Xvfb", "-displayfd", str(writing), "-nolisten", "tcp", *arguments]
+        self._server = subprocess.Popen(command, pass_fds=[writing], stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with open(reading) as display:
+            self.name = ":" + display.readline().strip()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.kill()
+
+    def kill(self):
+        self._server.kill()
+        self._server.wait()
+
+
+def lock_file():
+    return dictation.temporary_folder() / "kestrova-menubar.lock"
+
+
+class OneCopy(DictationTestCase):
+    def test_a_second_copy_ends_at_once_and_leaves_the_first_alone(self):
+        with dictation.Dictation() as session:
+            second = run("--control")
+            self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+            session.start_recording()
+
+    def test_a_second_copy_needs_no_desktop_to_find_that_out(self):
+        with dictation.Dictation():
+            self.assertEqual(run(DISPLAY=None).returncode, 0)
+
+    def test_after_a_kill_a_new_copy_starts(self):
+        for end in (dictation.Dictation.kill, dictation.Dictation.quit):
+            end(dictation.Dictation())
+            self.assertTrue(lock_file().exists())
+        with dictation.Dictation() as session:
+            session.start_recording()
+
+    def test_a_running_child_does_not_keep_the_lock(self):
+        mark = Path(os.environ["TMPDIR"]) / "child"
+        # The tool's own child survives the program's end on purpose.
+        dictation.prepare_profile(whisperCLIPath=tool(f"setsid -f sleep 30; touch {mark}; exec sleep 1000\n"))
+        session = dictation.Dictation()
+        session.start_recording()
+        session.stop_recording()
+        self.wait_until(mark.exists)
+        session.kill()
+        with dictation.Dictation():
+            pass
+
+
+class End(DictationTestCase):
+    def test_the_x_server_going_away_ends_the_program_and_its_child(self):
+        mark = Path(os.environ["TMPDIR"]) / "running"
+        script = f'echo half >"$6.txt"; echo $$ >{mark}.new; mv {mark}.new {mark}; exec sleep 1000\n'
+        dictation.prepare_profile(whisperCLIPath=tool(script))
+        with PrivateDisplay() as display:
+            session = dictation.Dictation({"DISPLAY": display.name})
+            session.send("toggle")
+            session.wait_for_state("recording")
+            session.send("toggle")
+            self.wait_until(mark.exists)
+            child = int(mark.read_text())
+        session.ended()
+        self.assertFalse(Path(f"/proc/{child}").exists())
+        self.assertEqual(list(dictation.temporary_folder().glob("kestrova-transcript-*")), [])
+
+    def test_a_recording_is_kept_when_the_program_ends(self):
+        session = dictation.Dictation()
+        session.start_recording()
+        time.sleep(0.5)
+        self.assertEqual(session.quit(), (0, ""))
+        self.assertGreater(dictation.recordings()[-1].stat().st_size, 16000 * 2 * 0.3)
+
+    def test_an_ignored_hangup_stays_ignored(self):
+        with dictation.Dictation(prefix=["nohup"]) as session:
+            session.process.send_signal(signal.SIGHUP)
+            session.start_recording()
+
+
+class CommandLine(DictationTestCase):
+    def test_without_a_desktop_it_says_so(self):
+        result = run(DISPLAY=":9999")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn('there is none at DISPLAY=":9999"', result.stderr)
+
+    def test_an_argument_that_is_not_known(self):
+        result = run("--colour")
+        self.assertEqual(result.returncode, 2)
+        self.assertIn("--colour is not known", result.stderr)
+
+    def test_a_control_command_that_is_not_known(self):
+        with dictation.Dictation() as session:
+            session.send("dance")
+            self.assertEqual(session.wait_for(event="misuse")["command"], "dance")
+
+
+class Diagnostics(DictationTestCase):
+    def report(self, **environment):
+        result = run("--diagnostics", **environment)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertTrue(result.stdout.endswith("\n}\n"), result.stdout)
+        return json.loads(result.stdout), result.stdout
+
+    def test_the_whole_report(self):
+        dictation.prepare_profile(slots=["", "org.xfce.mousepad"], whisperCLIPath="/opt/tool", modelSHA256=" ")
+        report, text = self.report()
+        self.assertEqual(
+            report,
+            {
+                "appVersion": "0.1.0",
+                "buildVersion": "dev",
+                "bundleIdentifier": "com.kestrova.app",
+                "executablePath": str(dictation.PROGRAM),
+                "modelExpectedSHA256": " ",
+                "modelPath": str(dictation.model_file()),
+                "modelReady": True,
+                "permissions": {"accessibility": True, "microphone": True, "microphoneStatus": "authorized"},
+                "settings": {
+                    "decodingProfile": "balanced",
+                    "hotbarAssignedSlots": [{"appName": "", "bundleIdentifier": "org.xfce.mousepad", "slot": 2}],
+                    "modelDownloadURL": "http://127.0.0.1:9/not-needed.bin",
+                    "shortcut": "⌘⇧Space",
+                    "theme": "light",
+                    "transcriptionLanguage": "auto",
+                    "whisperCLIPath": "/opt/tool",
+                },
+                "state": "Ready",
+            },
+        )
+        keys = [line.split('"')[1] for line in text.splitlines() if line.startswith('    "')]
+        self.assertEqual(keys, sorted(keys))
+        self.assertIn('"whisperCLIPath": "\\/opt\\/tool"', text)
+
+    def test_without_a_display(self):
+        report, _ = self.report(DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=None, XAUTHORITY=None)
+        self.assertEqual(
+            report["permissions"], {"accessibility": False, "microphone": True, "microphoneStatus": "authorized"}
+        )
+
+    def test_while_another_copy_runs_whose_lock_stays_untouched(self):
+        with dictation.Dictation():
+            self.assertEqual(self.report()[0]["state"], "Ready")
+            with open(lock_file()) as file, self.assertRaises(BlockingIOError):
+                fcntl.flock(file, fcntl.LOCK_EX | fcntl.LOCK_NB)
+
+    def test_it_takes_no_lock(self):
+        lock_file().unlink(missing_ok=True)
+        self.report()
+        self.assertFalse(lock_file().exists())
+
+    def test_with_damaged_documents_which_it_leaves_as_they_are(self):
+        usage = dictation.stored_document("usage")
+        self.addCleanup(usage.unlink)
+        for document in (dictation.settings_file(), usage):
+            document.write_text('{"half')
+        report, _ = self.report()
+        self.assertEqual(report["settings"]["whisperCLIPath"], "/opt/homebrew/bin/whisper-cli")
+        self.assertEqual(report["warnings"], ["Model SHA256 is empty; model downloads are unverified."])
+        for document in (dictation.settings_file(), usage):
+            self.assertEqual(document.read_text(), '{"half')
+
+    def test_a_display_without_record_is_told(self):
+        with PrivateDisplay("-extension", "RECORD") as display:
+            report, _ = self.report(DISPLAY=display.name)
+        self.assertIs(report["permissions"]["accessibility"], False)
+
+
+if __name__ == "__main__":
+    unittest.main()
