@@ -32,16 +32,16 @@ public:
 
         const T &get() const { return m_value; }
         /// Setting an equal value is no change.
-        void set(T value)
+        void set(const T &value)
         {
             if (value != m_value)
-                announce(std::move(value));
+                announce(value);
         }
         /// For what is news also when it is the same once more, such as an error.
-        void announce(T value)
+        void announce(const T &value)
         {
             Q_EMIT m_owner.willChange();
-            m_value = std::move(value);
+            m_value = value;
             Q_EMIT(m_owner.*m_changed)();
         }
 

@@ -2,12 +2,8 @@
 
 #include "Models/HotkeyShortcut.h"
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
-#include "support/KeyPresses.h"
-#include "support/OtherProgram.h"
+#include "support/KeyMonitoringTest.h"
 #include "support/RunOrThrow.h"
-#include "support/WaitUntil.h"
-
-#include <QCoreApplication>
 
 #include <gmock/gmock.h>
 #include <xcb/xtest.h>
@@ -30,39 +26,7 @@ constexpr quint32 control = HotkeyShortcut::control;
 constexpr KeyDownEvent aKey{0};
 constexpr KeyDownEvent spaceKey{49};
 
-class X11GlobalKeysTest : public testing::Test
-{
-protected:
-    std::unique_ptr<KeyEventMonitoring::Monitor> monitor(std::vector<KeyDownEvent> &seen)
-    {
-        return m_monitoring.addGlobalMonitor(
-            [&seen](const KeyDownEvent &event) { seen.push_back(event); });
-    }
-
-    /// Everything reported since the last call. Keys are reported in order, so a last one tells
-    /// that there is no more.
-    std::vector<KeyDownEvent> seen()
-    {
-        constexpr quint32 f12 = 111;
-        tap(m_keyboard, key::f12);
-        EXPECT_TRUE(waitUntil([&] { return !m_seen.empty() && m_seen.back().keyCode == f12; }));
-        if (!m_seen.empty())
-            m_seen.pop_back();
-        return std::exchange(m_seen, {});
-    }
-
-    int m_argc = 1;
-    char m_name[5] = "test";
-    char *m_argv[2] = {m_name, nullptr};
-    QCoreApplication m_application{m_argc, m_argv};
-    OtherProgram m_program;
-    X11Connection m_connection;
-    VirtualKeyboard m_keyboard{m_connection.xcb()};
-    PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
-    std::vector<KeyDownEvent> m_seen;
-    std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor = monitor(m_seen);
-};
+using X11GlobalKeysTest = KeyMonitoringTest;
 
 TEST_F(X11GlobalKeysTest, AKeyOfAnotherProgramIsReportedOnceAndThatProgramGetsIt)
 {

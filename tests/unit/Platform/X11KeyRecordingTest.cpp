@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/X11KeyRecording.h"
 
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
+#include "Platform/Linux/X11/X11WithheldKeys.h"
 #include "support/KeyPresses.h"
 #include "support/PrivateXServer.h"
 #include "support/Threads.h"
@@ -173,6 +174,18 @@ TEST(X11KeyRecording, WithoutAServerItIsClosed)
     EXPECT_FALSE(X11KeyRecording(
                      postedKeys, [](const auto &) {}, ":4096")
                      .isOpen());
+}
+
+TEST_F(X11KeyRecordingTest, ShortcutsMayBeWithheldAndGivenBackWhileTheyArePressed)
+{
+    auto pressed = std::async(std::launch::async, [this] {
+        for (int i = 0; i < 200; ++i)
+            tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    });
+    do {
+        const X11WithheldKeys withheld({HotkeyShortcut::defaultMain()}, name());
+    } while (pressed.wait_for(0s) != std::future_status::ready);
+    EXPECT_TRUE(waitUntil([&] { return m_reports >= 200; }));
 }
 
 } // namespace
