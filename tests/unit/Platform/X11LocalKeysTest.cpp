@@ -23,6 +23,7 @@ using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr quint32 shift = HotkeyShortcut::shift;
 constexpr quint32 command = HotkeyShortcut::command;
@@ -127,6 +128,17 @@ TEST_F(X11LocalKeysTest, AConsumedKeyDoesNotReachTheWindow)
     waitForF12();
     EXPECT_THAT(m_local, ElementsAre(aKey, qKey));
     EXPECT_THAT(m_window.keys, ElementsAre(Qt::Key_Q, Qt::Key_F12));
+}
+
+TEST_F(X11LocalKeysTest, AWithheldShortcutIsReportedOnceAndTheWindowDoesNotGetIt)
+{
+    const auto withheld = m_monitoring.withhold({HotkeyShortcut::defaultMain()});
+    tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    EXPECT_TRUE(waitUntil([this] { return !m_global.empty(); }));
+    waitForF12();
+    EXPECT_THAT(m_global, ElementsAre(KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(m_local, IsEmpty());
+    EXPECT_THAT(m_window.keys, Not(Contains(Qt::Key_Space)));
 }
 
 TEST_F(X11LocalKeysTest, EachProgramsKeysAreReportedTheirWay)
