@@ -80,7 +80,7 @@ TEST_F(PermissionServiceTest, TheResultIsTheUsersAnswerAndNothingElseIsDone)
 {
     for (const bool answer : {true, false}) {
         access.setMicrophoneState(State::notDetermined);
-        answers.clear();
+        answers = {};
         request();
         EXPECT_EQ(answers, QList<bool>()) << "the user has not answered yet";
         access.answerMicrophoneRequests(answer);
@@ -105,7 +105,7 @@ TEST_F(PermissionServiceTest, AfterARefusalTheFirstSettingsPageThatOpensIsShownA
     for (const State state : {State::denied, State::restricted, State::unknown}) {
         const qsizetype before = desktop->actions().size();
         access.setMicrophoneState(state);
-        answers.clear();
+        answers = {};
         request();
         EXPECT_EQ(answers, QList{false});
         EXPECT_EQ(desktop->actions().mid(before),
