@@ -5,6 +5,7 @@
 #include "Models/ReadableError.h"
 
 #include <QGuiApplication>
+#include <QSessionManager>
 
 #include <algorithm>
 #include <cstdio>
@@ -66,6 +67,13 @@ std::optional<QString> unknownArgument()
     return std::nullopt;
 }
 
+/// A restarted copy would have nobody at the other end of its channel, and keep whoever starts the
+/// next one from getting it.
+void keepFromBeingRestarted(QSessionManager &session)
+{
+    session.setRestartHint(QSessionManager::RestartNever);
+}
+
 int run(int argc, char **argv)
 {
     const bool isControlled = contains(argc, argv, "--control");
@@ -82,8 +90,10 @@ int run(int argc, char **argv)
     std::atexit([] { runningApp.reset(); });
 
     std::unique_ptr<ControlChannel> control;
-    if (isControlled)
+    if (isControlled) {
+        QObject::connect(&application, &QGuiApplication::saveStateRequest, &keepFromBeingRestarted);
         control = std::make_unique<ControlChannel>(runningApp->controller());
+    }
     const int status = QGuiApplication::exec();
     control.reset();
     runningApp.reset();

@@ -72,6 +72,25 @@ class DictationTestCase(unittest.TestCase):
             self.assertLess(time.monotonic(), deadline)
             time.sleep(0.02)
 
+    def transcribe_without_end(self, environment=None):
+        """A dictation whose transcription never ends; returns it and the tool's process identifier."""
+        mark = Path(os.environ["TMPDIR"]) / "running"
+        mark.unlink(missing_ok=True)
+        # The sixth argument is where the transcript goes.
+        script = f'echo half >"$6.txt"; echo $$ >{mark}.new; mv {mark}.new {mark}; exec sleep 1000\n'
+        dictation.prepare_profile(whisperCLIPath=tool(script))
+        session = dictation.Dictation(environment)
+        session.send("toggle")
+        session.wait_for_state("recording")
+        session.send("toggle")
+        self.wait_until(mark.exists)
+        return session, int(mark.read_text())
+
+    def check_nothing_is_left(self, child):
+        """Neither the tool nor what it wrote."""
+        self.assertFalse(Path(f"/proc/{child}").exists())
+        self.assertEqual(list(dictation.temporary_folder().glob("kestrova-transcript-*")), [])
+
 
 class Failures(DictationTestCase):
     def test_silence_is_no_speech(self):
@@ -147,20 +166,11 @@ class Failures(DictationTestCase):
         }
         for name, end in ends.items():
             with self.subTest(end=name):
-                mark = Path(os.environ["TMPDIR"]) / f"running-{name}"
-                # The sixth argument is where the transcript goes.
-                script = f'echo half >"$6.txt"; echo $$ >{mark}\nexec sleep 1000\n'
-                dictation.prepare_profile(whisperCLIPath=tool(script))
-                session = dictation.Dictation()
-                session.start_recording()
-                session.stop_recording()
-                self.wait_until(mark.exists)
-                self.wait_until(lambda: mark.read_text() != "")
-                child = int(mark.read_text())
+                session, child = self.transcribe_without_end()
                 result = end(session)
                 if name != "SIGKILL":
                     self.assertEqual(result, (0, ""))
-                    self.assertEqual(list(dictation.temporary_folder().glob("kestrova-transcript-*")), [])
+                    self.check_nothing_is_left(child)
                 self.wait_until(lambda: not Path(f"/proc/{child}").exists())
 
     def test_a_target_that_closes_before_the_paste_leaves_the_text_on_the_clipboard(self):

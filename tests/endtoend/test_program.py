@@ -5,11 +5,13 @@ import json
 import os
 import signal
 import subprocess
+import tempfile
 import time
 import unittest
 from pathlib import Path
 
 import dictation
+import targets
 from test_failures import DictationTestCase, tool
 
 LIMIT = 20.0  # seconds
@@ -46,6 +48,52 @@ class PrivateDisplay:
         self._server.wait()
 
 
+class SessionManager:
+    """Leads a session, for the programs that are started with its environment."""
+
+    def __init__(self):
+        self._output = tempfile.NamedTemporaryFile("w")
+        self._process = subprocess.Popen(
+            [dictation.PROGRAM.with_name("session-manager")], stdin=subprocess.PIPE, stdout=self._output, text=True
+        )
+
+    def __enter__(self):
+        self.wait_for(lambda lines: lines)
+        self.environment = {"SESSION_MANAGER": self.lines()[0]}
+        return self
+
+    def __exit__(self, *_):
+        self._process.communicate(timeout=LIMIT)
+        self._output.close()
+
+    def lines(self):
+        """What it has printed: its address, then what the programs did."""
+        return Path(self._output.name).read_text().split("\n")[:-1]
+
+    def wait_for(self, condition):
+        if not targets._wait_for(lambda: condition(self.lines()), LIMIT):
+            raise AssertionError(self.lines())
+
+    def send(self, command):
+        self._process.stdin.write(command + "\n")
+        self._process.stdin.flush()
+
+    def wait_until_saved(self, times=1):
+        """Waits until programs have saved their state so often since the session manager's start."""
+        self.wait_for(lambda lines: lines.count("saved") >= times)
+
+    def start(self, command):
+        environment = {**os.environ, **self.environment}
+        return subprocess.Popen(command, env=environment, stderr=subprocess.PIPE, text=True)
+
+    def restart_command(self):
+        """How the last program to say so is restarted."""
+        return [line for line in self.lines() if line.startswith("restart")][-1].split("\t")[1:]
+
+    def kill(self):
+        self._process.kill()
+
+
 def lock_file():
     return dictation.temporary_folder() / "kestrova-menubar.lock"
 
@@ -60,6 +108,14 @@ class OneCopy(DictationTestCase):
     def test_a_second_copy_needs_no_desktop_to_find_that_out(self):
         with dictation.Dictation():
             self.assertEqual(run(DISPLAY=None).returncode, 0)
+
+    def test_a_second_copy_does_not_join_the_session(self):
+        with SessionManager() as manager:
+            with dictation.Dictation():
+                self.assertEqual(run(**manager.environment).returncode, 0)
+            with dictation.Dictation(manager.environment):
+                manager.wait_until_saved()
+            self.assertEqual(manager.lines().count("registered"), 1)
 
     def test_after_a_kill_a_new_copy_starts(self):
         for end in (dictation.Dictation.kill, dictation.Dictation.quit):
@@ -83,19 +139,24 @@ class OneCopy(DictationTestCase):
 
 class End(DictationTestCase):
     def test_the_x_server_going_away_ends_the_program_and_its_child(self):
-        mark = Path(os.environ["TMPDIR"]) / "running"
-        script = f'echo half >"$6.txt"; echo $$ >{mark}.new; mv {mark}.new {mark}; exec sleep 1000\n'
-        dictation.prepare_profile(whisperCLIPath=tool(script))
         with PrivateDisplay() as display:
-            session = dictation.Dictation({"DISPLAY": display.name})
-            session.send("toggle")
-            session.wait_for_state("recording")
-            session.send("toggle")
-            self.wait_until(mark.exists)
-            child = int(mark.read_text())
+            session, child = self.transcribe_without_end({"DISPLAY": display.name})
         session.ended()
-        self.assertFalse(Path(f"/proc/{child}").exists())
-        self.assertEqual(list(dictation.temporary_folder().glob("kestrova-transcript-*")), [])
+        self.check_nothing_is_left(child)
+
+    def test_a_sigterm_at_any_moment_of_the_start_ends_the_program(self):
+        beginning = time.monotonic()
+        with dictation.Dictation():
+            start = time.monotonic() - beginning
+        statuses = set()
+        for moment in range(50):
+            process = subprocess.Popen([dictation.PROGRAM], stderr=subprocess.PIPE)
+            time.sleep(2 * start * moment / 50)
+            process.terminate()
+            _, errors = process.communicate(timeout=LIMIT)
+            self.assertEqual(errors, b"")
+            statuses.add(process.returncode)
+        self.assertEqual(statuses, {-signal.SIGTERM, 0})  # before it handles the signal, and after
 
     def test_a_recording_is_kept_when_the_program_ends(self):
         session = dictation.Dictation()
@@ -108,6 +169,70 @@ class End(DictationTestCase):
         with dictation.Dictation(prefix=["nohup"]) as session:
             session.process.send_signal(signal.SIGHUP)
             session.start_recording()
+
+
+class SessionManagement(DictationTestCase):
+    def test_the_end_of_the_session_ends_the_program_and_its_child(self):
+        with SessionManager() as manager:
+            session, child = self.transcribe_without_end(manager.environment)
+            manager.wait_until_saved()
+            manager.send("shutdown")
+            manager.wait_until_saved(times=2)
+            self.assertTrue(Path(f"/proc/{child}").exists())
+            manager.send("die")
+            self.assertEqual(session.ended(), (0, ""))
+        self.check_nothing_is_left(child)
+
+    def test_the_session_manager_going_away_ends_the_program_and_its_child(self):
+        with SessionManager() as manager:
+            session, child = self.transcribe_without_end(manager.environment)
+            manager.wait_until_saved()
+            manager.kill()
+            session.ended()
+        self.check_nothing_is_left(child)
+
+    def test_a_session_manager_that_went_before_the_start(self):
+        with SessionManager() as manager:
+            pass
+        session = dictation.Dictation(manager.environment)
+        session.start_recording()
+        status, _ = session.quit()
+        self.assertEqual(status, 0)
+
+    def test_a_dictation_goes_on_while_the_session_is_saved(self):
+        dictation.prepare_profile(whisperCLIPath=tool("echo Hello world.\n"))
+        with SessionManager() as manager, dictation.Dictation(manager.environment) as session:
+            manager.wait_until_saved()
+            session.start_recording()
+            manager.send("save")
+            manager.wait_until_saved(times=2)
+            manager.send("shutdown")
+            manager.wait_until_saved(times=3)
+            manager.send("cancel")
+            session.stop_recording()
+            self.assertEqual(session.wait_for_transcript(), "Hello world.")
+
+    def check_end(self, manager, process):
+        manager.send("die")
+        _, errors = process.communicate(timeout=LIMIT)
+        self.assertEqual((process.returncode, errors), (0, ""))
+
+    def test_it_can_be_restarted_the_way_it_asks_for(self):
+        with SessionManager() as manager:
+            first = manager.start([dictation.PROGRAM])
+            manager.wait_until_saved()
+            self.assertIn("style 0", manager.lines())
+            self.check_end(manager, first)
+            restart = manager.restart_command()
+            second = manager.start(restart)
+            identifier, _ = restart[-1].split("_", 1)
+            manager.wait_for(lambda lines: f"registered {identifier}" in lines)
+            self.check_end(manager, second)
+
+    def test_a_controlled_copy_is_not_to_be_restarted(self):
+        with SessionManager() as manager, dictation.Dictation(manager.environment):
+            manager.wait_until_saved()
+            self.assertIn("style 3", manager.lines())
 
 
 class CommandLine(DictationTestCase):
