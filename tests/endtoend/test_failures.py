@@ -20,6 +20,8 @@ MODEL_MISSING = "Model is not ready. Download ggml-base.bin before recording."
 NO_RECORDING = "Could not start audio recording."
 TOOL_MISSING = "whisper-cli not found. Install whisper.cpp and update Settings."
 
+# A test run in the background may be told to ignore SIGINT, which a program would go on doing.
+WITH_DEFAULT_SIGNALS = ["env", "--default-signal=INT,HUP"]
 # Where no whisper-cli is found: neither in the usual folder, which is hidden, nor on the search path.
 WITHOUT_TOOL = [
     *("unshare", "--mount", *([] if os.geteuid() == 0 else ["--map-root-user"])),
@@ -79,7 +81,7 @@ class DictationTestCase(unittest.TestCase):
         # The sixth argument is where the transcript goes.
         script = f'echo half >"$6.txt"; echo $$ >{mark}.new; mv {mark}.new {mark}; exec sleep 1000\n'
         dictation.prepare_profile(whisperCLIPath=tool(script))
-        session = dictation.Dictation(environment)
+        session = dictation.Dictation(environment, prefix=WITH_DEFAULT_SIGNALS)
         session.send("toggle")
         session.wait_for_state("recording")
         session.send("toggle")
