@@ -77,8 +77,9 @@ void keepFromBeingRestarted(QSessionManager &session)
 int run(int argc, char **argv)
 {
     const bool isControlled = contains(argc, argv, "--control");
-    prepareDesktopSession();
+    auto preparation = prepareDesktopSession();
     QGuiApplication application(argc, argv);
+    preparation.reset();
     if (const auto argument = unknownArgument()) {
         print(u"kestrova: %1 is not known."_s.arg(*argument), stderr);
         std::fputs(usage, stderr);

@@ -39,9 +39,10 @@ struct Platform
 /// Where the program keeps its files, for use before there is a whole platform.
 std::unique_ptr<StandardDirectories> makeStandardDirectories();
 
-/// Gets the process ready for a desktop application; called before the application object is made.
-/// Throws PlatformError when there is no desktop session that it could run in.
-void prepareDesktopSession();
+/// Gets the process ready for a desktop application object: called before it is made, the result
+/// destroyed afterwards, before anything is launched. Throws PlatformError when there is no desktop
+/// session that it could run in.
+[[nodiscard]] std::shared_ptr<void> prepareDesktopSession();
 
 /// The services of the system and session that the program finds itself in. Needs a
 /// QCoreApplication. Without a desktop session the members that need one report that nothing is

@@ -160,6 +160,8 @@ class SlotApplication(ArrivalTestCase):
             editor.launch()
             self.check_arrival(editor, text, SENTENCES[1])
             self.check_logged(SENTENCES[1], "org.xfce.mousepad", slot=1)
+            # What we need for ourselves is not passed on.
+            self.assertNotIn(b"QT_QPA_PLATFORM", Path(f"/proc/{editor._pid}/environ").read_bytes())
 
     def test_any_shortcut_ends_the_recording_and_the_destination_stays(self):
         with targets.start("mousepad") as editor, targets.start("xterm") as terminal, dictation.Dictation() as session:

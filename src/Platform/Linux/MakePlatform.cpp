@@ -34,6 +34,28 @@ BundleInfo ownBundle()
             .buildVersion = build.isEmpty() ? std::nullopt : std::optional(build)};
 }
 
+/// Keys are observed through X11 also where Qt could speak Wayland. Applications that we start are
+/// free to choose again.
+class QtOnX11
+{
+public:
+    QtOnX11()
+    {
+        if (m_isOurChoice)
+            qputenv(variable, "xcb");
+    }
+    ~QtOnX11()
+    {
+        if (m_isOurChoice)
+            qunsetenv(variable);
+    }
+    Q_DISABLE_COPY_MOVE(QtOnX11)
+
+private:
+    static constexpr auto variable = "QT_QPA_PLATFORM";
+    const bool m_isOurChoice = !qEnvironmentVariableIsSet(variable);
+};
+
 struct Session
 {
     X11Connection connection;
@@ -79,16 +101,14 @@ std::unique_ptr<StandardDirectories> makeStandardDirectories()
     return std::make_unique<LinuxStandardDirectories>();
 }
 
-void prepareDesktopSession()
+std::shared_ptr<void> prepareDesktopSession()
 {
     if (!X11Connection().isOpen()) {
         throw PlatformError(
             u"Kestrova needs an X11 desktop, and there is none at DISPLAY=\"%1\"."_s.arg(
                 qEnvironmentVariable("DISPLAY")));
     }
-    // Keys are observed through X11 also where Qt could speak Wayland.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+    return std::make_shared<QtOnX11>();
 }
 
 Platform makePlatform()
