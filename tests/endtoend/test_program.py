@@ -3,9 +3,11 @@
 import fcntl
 import json
 import os
+import random
 import signal
 import subprocess
 import tempfile
+import threading
 import time
 import unittest
 from pathlib import Path
@@ -233,6 +235,47 @@ class SessionManagement(DictationTestCase):
         with SessionManager() as manager, dictation.Dictation(manager.environment):
             manager.wait_until_saved()
             self.assertIn("style 3", manager.lines())
+
+
+class Killed(DictationTestCase):
+    ROUNDS = 200
+    LONGEST_LIFE = 0.5  # seconds, in which it starts and finishes one or two dictations
+
+    def dictate_until_killed(self, recorded):
+        """Adds the stored log of each finished dictation to the list; returns when the program is gone."""
+        session = dictation.Dictation()
+        killer = threading.Timer(random.uniform(0, self.LONGEST_LIFE), session.process.kill)
+        killer.start()
+        try:
+            while True:
+                for state in ("recording", "processing", "idle"):
+                    if state != "idle":
+                        session.send("toggle")
+                    session.wait_for_state(state)
+                recorded.append(dictation.usage_events())
+        except (dictation.DictationError, BrokenPipeError):
+            self.assertEqual(session.process.wait(LIMIT), -signal.SIGKILL)
+        finally:
+            killer.join()
+
+    def test_at_random_moments_no_recorded_dictation_is_lost(self):
+        dictation.prepare_profile(whisperCLIPath=tool("echo Hello world.\n"))
+        settings = dictation.settings_file().read_text()
+        finished = 0
+        log = dictation.usage_events()
+        for number in range(self.ROUNDS):
+            with self.subTest(number=number):
+                recorded = []
+                self.dictate_until_killed(recorded)
+                finished += len(recorded)
+                stored = dictation.usage_events()
+                for earlier in [log, *recorded]:
+                    self.assertEqual(stored[: len(earlier)], earlier)
+                # The one that was killed before it could say so may be there too.
+                self.assertIn(len(stored) - len(log) - len(recorded), (0, 1))
+                log = stored
+        self.assertGreater(finished, self.ROUNDS / 4)
+        self.assertEqual(dictation.settings_file().read_text(), settings)
 
 
 class CommandLine(DictationTestCase):
