@@ -1,6 +1,7 @@
 #include "App/ControlChannel.h"
 #include "App/KestrovaApp.h"
 #include "App/SingleInstanceLock.h"
+#include "App/StopSignals.h"
 #include "App/TerminationSignals.h"
 #include "Models/ReadableError.h"
 
@@ -86,6 +87,7 @@ int run(int argc, char **argv)
         return 2;
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    refuseToBeStopped();
     const TerminationSignals signalHandling([] { QCoreApplication::quit(); });
     runningApp = std::make_unique<KestrovaApp>();
     std::atexit([] { runningApp.reset(); });

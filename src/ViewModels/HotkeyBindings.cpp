@@ -20,7 +20,7 @@ std::optional<int> slotWithShortcut(const AppSettings &settings, const HotkeySho
 } // namespace
 
 QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<void()> toggleMain,
-                                    std::function<void(int slotIndex)> toggleSlot)
+                                    const std::function<void(int slotIndex)> &toggleSlot)
 {
     QList<HotkeyBinding> bindings{{u"toggle"_s, settings.shortcut, std::move(toggleMain)}};
     for (int slot = 1; slot <= HotbarSlotAssignment::slotCount; ++slot) {

@@ -6,7 +6,7 @@ namespace kestrova {
 
 /// The binding "toggle" of the main shortcut, then "hotbar-1" to "hotbar-9", assigned or not.
 QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<void()> toggleMain,
-                                    std::function<void(int slotIndex)> toggleSlot);
+                                    const std::function<void(int slotIndex)> &toggleSlot);
 
 /// Why the shortcut cannot become the main one; none when it can.
 std::optional<QString> mainShortcutConflict(const AppSettings &settings,

@@ -167,6 +167,32 @@ class End(DictationTestCase):
         self.assertEqual(session.quit(), (0, ""))
         self.assertGreater(dictation.recordings()[-1].stat().st_size, 16000 * 2 * 0.3)
 
+    def test_a_terminal_does_not_stop_it(self):
+        with dictation.Dictation() as session:
+            for number in (signal.SIGTSTP, signal.SIGTTIN, signal.SIGTTOU):
+                session.process.send_signal(number)
+            session.start_recording()
+
+    def test_in_the_background_of_a_terminal_it_works_without_reading_from_it(self):
+        leader, terminal = os.openpty()
+        self.addCleanup(os.close, leader)
+        # The shell has the terminal's foreground, so that reading would stop the program.
+        script = 'set -m; "$0" --control & trap "kill $!" TERM; wait; wait'
+        command = ["setsid", "--ctty", "bash", "-c", script, dictation.PROGRAM]
+        with subprocess.Popen(command, stdin=terminal, stdout=terminal, stderr=terminal) as shell:
+            os.close(terminal)
+            os.write(leader, b"cancel\n")
+            self.read_until(leader, b'"ready"')
+            dictation.press(dictation.MAIN_SHORTCUT)
+            self.read_until(leader, b'"recording"')
+            shell.terminate()
+            shell.wait(LIMIT)
+
+    def read_until(self, descriptor, expected):
+        output = b""
+        while expected not in output:
+            output += os.read(descriptor, 4096)
+
     def test_an_ignored_hangup_stays_ignored(self):
         with dictation.Dictation(prefix=["nohup"]) as session:
             session.process.send_signal(signal.SIGHUP)
