@@ -315,10 +315,27 @@ class CommandLine(DictationTestCase):
         self.assertEqual(result.returncode, 2)
         self.assertIn("--colour is not known", result.stderr)
 
-    def test_a_control_command_that_is_not_known(self):
+    def test_control_commands_do_what_the_shortcuts_do(self):
         with dictation.Dictation() as session:
-            session.send("dance")
-            self.assertEqual(session.wait_for(event="misuse")["command"], "dance")
+            session.send("toggle 4")
+            self.assertIn("Hotbar slot 4 is unassigned", session.wait_for_error())
+            session.send("toggle")
+            session.wait_for_state("recording")
+            session.send("toggle 4")
+            session.wait_for_state("processing")
+
+    def test_control_commands_that_are_not_known(self):
+        with dictation.Dictation() as session:
+            for command in ("dance", "toggle four", "toggle4", "", "täglich"):
+                session.send(command)
+                self.assertEqual(session.wait_for(event="misuse")["command"], command)
+
+    def test_the_end_of_the_commands_means_nothing(self):
+        with dictation.Dictation() as session:
+            session.send("toggle")
+            session.process.stdin.close()
+            session.wait_for_state("recording")
+            session.stop_recording()
 
 
 class Diagnostics(DictationTestCase):
