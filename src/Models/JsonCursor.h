@@ -48,6 +48,16 @@ public:
         leave();
     }
 
+    /// What stands in the document for the one value that read() reads or skips.
+    template <typename Read>
+    QByteArrayView textOf(Read read)
+    {
+        skipWhiteSpace();
+        const char *const begin = m_next;
+        read();
+        return {begin, m_next};
+    }
+
     /// The text in UTF-8, without escapes; it lives until the next string is read.
     std::string_view readString();
     /// The nearest double; a number that no double comes near is an error.

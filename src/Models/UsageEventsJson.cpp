@@ -51,12 +51,15 @@ class EventReader
 public:
     explicit EventReader(const QByteArray &document) : m_json(document) {}
 
-    QList<UsageEvent> readAll()
+    template <typename Take>
+    void readAll(Take take)
     {
-        QList<UsageEvent> events;
-        m_json.readArray([&] { events.append(readEvent()); });
+        m_json.readArray([&] {
+            UsageEvent event;
+            const QByteArrayView text = m_json.textOf([&] { event = readEvent(); });
+            take(event, text);
+        });
         m_json.expectEnd();
-        return events;
     }
 
 private:
@@ -171,7 +174,16 @@ void appendString(const QString &text, std::string &json)
 
 QList<UsageEvent> usageEventsFromJson(const QByteArray &document)
 {
-    return EventReader(document).readAll();
+    QList<UsageEvent> events;
+    readUsageEvents(document,
+                    [&](const UsageEvent &event, QByteArrayView) { events.append(event); });
+    return events;
+}
+
+void readUsageEvents(const QByteArray &document,
+                     const std::function<void(const UsageEvent &, QByteArrayView text)> &take)
+{
+    EventReader(document).readAll(take);
 }
 
 void appendJson(const UsageEvent &event, QByteArray &document)

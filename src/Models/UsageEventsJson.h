@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+#include <functional>
+
 namespace kestrova {
 
 /// The usage log's stored form: an array of one object per event. Keys are the field names, absent
@@ -15,6 +17,10 @@ namespace kestrova {
 /// optional fields, of a repeated key the last counts, UUIDs may be written in lower case. Numbers
 /// load exactly. Equal names share their memory.
 QList<UsageEvent> usageEventsFromJson(const QByteArray &document);
+
+/// Reads in the same way, and calls take with each event and with what the document has for it.
+void readUsageEvents(const QByteArray &document,
+                     const std::function<void(const UsageEvent &, QByteArrayView text)> &take);
 
 /// Appends the event's object, compact, in UTF-8. Its numbers are finite; they load as the same
 /// numbers again.

@@ -28,8 +28,8 @@ UsageAnalyticsService::UsageAnalyticsService(UserDefaults &userDefaults, const Q
     : m_userDefaults(userDefaults), m_storageKey(storageKey), m_retentionMonths(retentionMonths),
       m_calendar(calendar), m_nowProvider(std::move(nowProvider))
 {
-    if (const auto events = loadDocument(m_userDefaults, m_storageKey, &usageEventsFromJson)) {
-        m_log = UsageLog(*events);
+    if (auto log = loadDocument(m_userDefaults, m_storageKey, &UsageLog::fromJson)) {
+        m_log = std::move(*log);
         m_isStoredLogSound = true;
     }
     refreshRetention();

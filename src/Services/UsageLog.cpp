@@ -3,35 +3,45 @@
 #include "Models/UsageEventsJson.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace kestrova {
 
-UsageLog::UsageLog(const QList<UsageEvent> &events) : m_events(events)
+UsageLog::UsageLog(const QList<UsageEvent> &events)
 {
     for (const UsageEvent &event : events)
-        appendToJson(event);
-    m_isChronological =
-        std::is_sorted(events.begin(), events.end(), [](const UsageEvent &a, const UsageEvent &b) {
-            return a.timestamp < b.timestamp;
-        });
+        append(event);
+}
+
+UsageLog UsageLog::fromJson(const QByteArray &document)
+{
+    UsageLog log;
+    log.m_json.reserve(document.size());
+    readUsageEvents(document, [&log](const UsageEvent &event, QByteArrayView text) {
+        log.append(event, text);
+    });
+    return log;
 }
 
 void UsageLog::append(const UsageEvent &event)
 {
-    if (!m_events.isEmpty() && event.timestamp < m_events.last().timestamp)
-        m_isChronological = false;
-    m_events.append(event);
-    appendToJson(event);
+    QByteArray text;
+    appendJson(event, text);
+    append(event, text);
 }
 
-void UsageLog::appendToJson(const UsageEvent &event)
+void UsageLog::append(const UsageEvent &event, QByteArrayView text)
 {
-    if (m_json == "[]")
+    if (m_events.isEmpty())
         m_json.chop(1);
     else
         m_json.back() = ',';
-    appendJson(event, m_json);
-    m_json.append(']');
+    m_json.append(text).append(']');
+    m_textSizes.append(text.size());
+
+    if (!m_events.isEmpty() && event.timestamp < m_events.last().timestamp)
+        m_isChronological = false;
+    m_events.append(event);
 }
 
 bool UsageLog::dropBefore(Date cutoff)
@@ -43,9 +53,14 @@ bool UsageLog::dropBefore(Date cutoff)
         dropFirst(leading);
         return leading > 0;
     }
-    QList<UsageEvent> kept;
-    std::copy_if(firstKept, m_events.cend(), std::back_inserter(kept), isKept);
-    *this = UsageLog(kept);
+    UsageLog kept;
+    qsizetype begin = 1;
+    for (qsizetype i = 0; i < m_events.size(); ++i) {
+        if (isKept(m_events[i]))
+            kept.append(m_events[i], QByteArrayView(m_json).sliced(begin, m_textSizes[i]));
+        begin += m_textSizes[i] + 1;
+    }
+    *this = std::move(kept);
     return true;
 }
 
@@ -59,13 +74,10 @@ void UsageLog::dropFirst(qsizetype count)
     }
     // Each event's text follows one bracket or comma; the comma before the first that stays becomes
     // the bracket. Neither removal moves what stays.
-    QByteArray dropped;
-    for (qsizetype i = 0; i < count; ++i) {
-        dropped.append(',');
-        appendJson(m_events[i], dropped);
-    }
-    m_json.remove(0, dropped.size());
+    const auto firstKept = m_textSizes.cbegin() + count;
+    m_json.remove(0, std::accumulate(m_textSizes.cbegin(), firstKept, count));
     m_json.front() = '[';
+    m_textSizes.remove(0, count);
     m_events.remove(0, count);
 }
 

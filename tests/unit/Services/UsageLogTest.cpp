@@ -41,6 +41,27 @@ TEST(UsageLog, AppendingIsTheSameAsEncodingAnew)
     EXPECT_EQ(UsageLog(log.events()).json(), log.json());
 }
 
+TEST(UsageLog, WhatADocumentHasForEachEventStaysAsItIs)
+{
+    const QByteArray first = R"({ "later": [1, {}], "timestamp": 5, "wordCount": 1.0e0,
+        "durationMinutes": 0.5, "id": "6f9619ff-8b86-d011-b42d-00c04fc964ff" })";
+    QByteArray second;
+    appendJson(eventAt(Date{3}), second);
+    UsageLog log = UsageLog::fromJson(" [ " + first + " ,\n" + second + "]\n");
+    EXPECT_EQ(log.json(), '[' + first + ',' + second + ']');
+    expectTimestamps(log, {5, 3});
+
+    log.append(eventAt(Date{7}));
+    EXPECT_TRUE(log.dropBefore(Date{4}));
+    expectTimestamps(log, {5, 7});
+    EXPECT_TRUE(log.json().startsWith('[' + first + ','));
+    EXPECT_TRUE(log.dropBefore(Date{6}));
+    expectTimestamps(log, {7});
+
+    EXPECT_EQ(UsageLog::fromJson(" [ ] ").json(), "[]");
+    EXPECT_THROW(UsageLog::fromJson('[' + second), JsonDecodingError);
+}
+
 TEST(UsageLog, ACopyKeepsItsFormWhenTheOtherGrows)
 {
     UsageLog log = logAt({1});
