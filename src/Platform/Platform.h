@@ -2,6 +2,7 @@
 
 #include "Models/BundleInfo.h"
 #include "Platform/AudioRecorder.h"
+#include "Platform/DesktopAppearance.h"
 #include "Platform/KeyEventMonitoring.h"
 #include "Platform/KeyEventPosting.h"
 #include "Platform/Pasteboard.h"
@@ -28,6 +29,7 @@ struct Platform
     std::unique_ptr<ProcessRunning> processes;
     std::unique_ptr<AudioInput> audioInput;
     std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<DesktopAppearance> appearance;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<KeyEventPosting> keyEvents;
     std::unique_ptr<KeyEventMonitoring> keyMonitoring;

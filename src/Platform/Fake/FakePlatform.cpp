@@ -22,6 +22,7 @@ FakePlatform::FakePlatform()
       userDefaults(install<FakeUserDefaults>(platform.userDefaults)),
       processes(install<FakeProcessRunning>(platform.processes)),
       audioInput(install<FakeAudioInput>(platform.audioInput)),
+      appearance(install<FakeDesktopAppearance>(platform.appearance)),
       pasteboard(install<FakePasteboard>(platform.pasteboard)),
       keyboard(install<FakeKeyEventMonitoring>(platform.keyMonitoring)),
       access(install<FakeSystemAccess>(platform.systemAccess)),

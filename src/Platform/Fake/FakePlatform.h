@@ -2,6 +2,7 @@
 
 #include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/FakeDesktop.h"
+#include "Platform/Fake/FakeDesktopAppearance.h"
 #include "Platform/Fake/FakeKeyEventMonitoring.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/FakeProcessRunning.h"
@@ -26,6 +27,7 @@ struct FakePlatform
     FakeUserDefaultsControl &userDefaults;
     FakeProcessRunningControl &processes;
     FakeAudioInputControl &audioInput;
+    FakeDesktopAppearanceControl &appearance;
     FakePasteboard &pasteboard;
     FakeKeyEventMonitoringControl &keyboard;
     FakeSystemAccessControl &access;

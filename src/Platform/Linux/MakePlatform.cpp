@@ -10,6 +10,7 @@
 #include "Platform/Linux/NoDesktop.h"
 #include "Platform/Linux/PulseAudioInput.h"
 #include "Platform/Linux/X11/PostedKeys.h"
+#include "Platform/Linux/X11/X11DesktopAppearance.h"
 #include "Platform/Linux/X11/X11KeyEventMonitoring.h"
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
 #include "Platform/Linux/X11/X11Pasteboard.h"
@@ -71,6 +72,13 @@ std::unique_ptr<Workspace> makeWorkspace(Session &session)
     return std::make_unique<X11Workspace>(session.connection, session.windows, session.entries);
 }
 
+std::unique_ptr<DesktopAppearance> makeAppearance(const Session &session)
+{
+    if (!session.connection.isOpen())
+        return std::make_unique<NoDesktop::PlainAppearance>();
+    return std::make_unique<X11DesktopAppearance>();
+}
+
 std::unique_ptr<Pasteboard> makePasteboard()
 {
     try {
@@ -127,6 +135,7 @@ Platform makePlatform()
     platform.processes = std::make_unique<ChildProcesses>();
     platform.audioInput = std::make_unique<PulseAudioInput>();
     platform.workspace = makeWorkspace(*session);
+    platform.appearance = makeAppearance(*session);
     platform.pasteboard = makePasteboard();
     platform.keyEvents = makeKeyEvents(*session);
     platform.keyMonitoring = makeKeyMonitoring(*session);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/DesktopAppearance.h"
 #include "Platform/KeyEventMonitoring.h"
 #include "Platform/KeyEventPosting.h"
 #include "Platform/Pasteboard.h"
@@ -21,6 +22,14 @@ public:
     /// The handler is never called.
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;
+};
+
+class PlainAppearance final : public DesktopAppearance
+{
+public:
+    bool isCompositing() const override { return false; }
+    bool reducesMotion() const override { return false; }
+    bool isHighContrast() const override { return false; }
 };
 
 class MissingPasteboard final : public Pasteboard

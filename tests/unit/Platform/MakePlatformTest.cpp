@@ -43,6 +43,7 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
     EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
     EXPECT_TRUE(platform.systemAccess->isAccessibilityTrusted());
     EXPECT_NE(platform.terminal, nullptr);
+    EXPECT_FALSE(platform.appearance->isCompositing());
     EXPECT_FALSE(platform.systemAccess->microphoneSettingsPages().isEmpty());
     EXPECT_EQ(platform.processes->run(u"true"_s, {}, {}).terminationStatus, 0);
 }
@@ -77,6 +78,7 @@ TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
     EXPECT_FALSE(platform.scripts->activateApplicationNamed(u"xterm"_s));
     EXPECT_FALSE(platform.scripts->paste(std::nullopt));
     EXPECT_FALSE(platform.systemAccess->isAccessibilityTrusted());
+    EXPECT_FALSE(platform.appearance->isCompositing());
     qputenv("DISPLAY", display);
 }
 

@@ -9,7 +9,7 @@ namespace {
 // In units of four bytes. Far above any real window list or title; a hostile one is cut off here.
 constexpr quint32 longestProperty = 64 * 1024;
 
-const xcb_screen_t *screenNumber(xcb_connection_t *connection, int number)
+const xcb_screen_t *screenAt(xcb_connection_t *connection, int number)
 {
     if (xcb_connection_has_error(connection) != 0)
         return nullptr;
@@ -19,13 +19,21 @@ const xcb_screen_t *screenNumber(xcb_connection_t *connection, int number)
     return screens.data;
 }
 
+QByteArrayView bytesOf(const xcb_get_property_reply_t &property)
+{
+    if (property.format != 8)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(&property)),
+            xcb_get_property_value_length(&property)};
+}
+
 } // namespace
 
 X11Connection::X11Connection(const QByteArray &displayName)
 {
-    int number = 0;
-    m_connection = xcb_connect(displayName.isEmpty() ? nullptr : displayName.constData(), &number);
-    m_screen = screenNumber(m_connection, number);
+    m_connection =
+        xcb_connect(displayName.isEmpty() ? nullptr : displayName.constData(), &m_screenNumber);
+    m_screen = screenAt(m_connection, m_screenNumber);
 }
 
 X11Connection::~X11Connection()
@@ -86,15 +94,19 @@ quint32 X11Connection::value(xcb_window_t window, const QByteArray &name)
     return values(window, name).value(0, 0);
 }
 
+QByteArray X11Connection::bytes(xcb_window_t window, const QByteArray &name)
+{
+    const auto reply = property(window, name);
+    return reply ? bytesOf(*reply).toByteArray() : QByteArray();
+}
+
 QString X11Connection::text(xcb_window_t window, const QByteArray &name)
 {
     const auto reply = property(window, name);
-    if (!reply || reply->format != 8)
+    if (!reply)
         return {};
-    const QByteArrayView bytes(static_cast<const char *>(xcb_get_property_value(reply.get())),
-                               xcb_get_property_value_length(reply.get()));
-    return reply->type == atom("UTF8_STRING") ? QString::fromUtf8(bytes)
-                                              : QString::fromLatin1(bytes);
+    return reply->type == atom("UTF8_STRING") ? QString::fromUtf8(bytesOf(*reply))
+                                              : QString::fromLatin1(bytesOf(*reply));
 }
 
 void X11Connection::sendToRoot(xcb_window_t window, const QByteArray &messageType,

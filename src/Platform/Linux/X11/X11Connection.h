@@ -38,6 +38,8 @@ public:
 
     /// False when connecting failed, and from the moment the loss of the server was noticed.
     bool isOpen() const;
+    /// The default screen's number, which the names of its managers' selections end with.
+    int screenNumber() const { return m_screenNumber; }
     /// For requests that this class does not wrap. Never null; owned by this object.
     xcb_connection_t *xcb() const { return m_connection; }
     /// The default screen; null when connecting failed.
@@ -56,6 +58,8 @@ public:
     QList<quint32> values(xcb_window_t window, const QByteArray &property);
     /// The first of values(), 0 when there is none.
     quint32 value(xcb_window_t window, const QByteArray &property);
+    /// An 8-bit property as it is.
+    QByteArray bytes(xcb_window_t window, const QByteArray &property);
     /// A text property: UTF8_STRING as UTF-8, any other 8-bit type as Latin-1. The parts of a list
     /// are separated by U+0000, as they are in the property.
     QString text(xcb_window_t window, const QByteArray &property);
@@ -69,6 +73,7 @@ private:
     XcbPointer<xcb_get_property_reply_t> property(xcb_window_t window, const QByteArray &name);
 
     xcb_connection_t *m_connection;
+    int m_screenNumber = 0;
     const xcb_screen_t *m_screen = nullptr;
     std::mutex m_mutex;
     std::map<QByteArray, xcb_atom_t> m_atoms;
