@@ -67,6 +67,8 @@ public:
     void setUsageTrendPeriod(UsageTrendPeriod period);
     /// DiagnosticsReporter::renderJSON() of this moment.
     QString diagnosticsJSON();
+    /// Puts a text that is shown, such as an error, on the clipboard.
+    void copy(const QString &text);
 
     // Setup
 

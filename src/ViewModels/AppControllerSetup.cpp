@@ -75,6 +75,15 @@ void AppController::installWhisperCppViaHomebrew()
     }
 }
 
+void AppController::copy(const QString &text)
+{
+    try {
+        m_environment.platform.pasteboard->setString(text);
+    } catch (const PlatformError &error) {
+        m_appState->lastError.set(error.errorDescription());
+    }
+}
+
 void AppController::requestMicrophoneAccess()
 {
     later([this] {

@@ -124,5 +124,21 @@ TEST_F(AppControllerSetupTest, PromptingForAccessibilityReadsTheEnvironmentAgain
     EXPECT_EQ(lastError(), u"none"_s);
 }
 
+TEST_F(AppControllerSetupTest, AShownTextCanBeCopied)
+{
+    fake.pasteboard.put(u"something else"_s);
+    controller->copy(u"The tool failed."_s);
+    EXPECT_EQ(fake.pasteboard.string(), u"The tool failed."_s);
+    EXPECT_EQ(lastError(), u"none"_s);
+}
+
+TEST_F(AppControllerSetupTest, CopyingThatFailsIsShownAndLeavesTheState)
+{
+    fake.pasteboard.failWriting(u"no pasteboard"_s);
+    controller->copy(u"The tool failed."_s);
+    EXPECT_EQ(lastError(), u"no pasteboard"_s);
+    EXPECT_EQ(state().state.get(), DictationState::idle());
+}
+
 } // namespace
 } // namespace kestrova
