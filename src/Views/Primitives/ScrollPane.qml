@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// Content that may be taller than its place. The wheel and the page keys move it, and it follows
+// the keyboard focus; dragging is left to the text in it.
+Flickable {
+    id: pane
+
+    property bool alwaysShowsBar: false
+    readonly property real wheelStep: 56
+
+    clip: true
+    interactive: false
+    boundsBehavior: Flickable.StopAtBounds
+
+    Keys.onPressed: event => {
+        const step = { [Qt.Key_PageUp]: -0.9 * height, [Qt.Key_PageDown]: 0.9 * height }[event.key];
+        event.accepted = step !== undefined;
+        if (event.accepted)
+            scrollBy(step);
+    }
+
+    T.ScrollBar.vertical: OverlayScrollBar {
+        alwaysShown: pane.alwaysShowsBar
+    }
+    WheelHandler {
+        onWheel: event => pane.scrollBy(event.pixelDelta.y !== 0 ? -event.pixelDelta.y
+                                        : -event.angleDelta.y / 120 * pane.wheelStep)
+    }
+    Connections {
+        target: pane.Window.window
+
+        function onActiveFocusItemChanged(): void {
+            pane.reveal(pane.Window.window.activeFocusItem);
+        }
+    }
+
+    function scrollBy(distance: real): void {
+        contentY = Math.max(0, Math.min(contentHeight - height, contentY + distance));
+    }
+
+    function reveal(item: Item): void {
+        for (let ancestor = item; ancestor !== contentItem; ancestor = ancestor.parent) {
+            if (!ancestor)
+                return;
+        }
+        const margin = 12;
+        const top = item.mapToItem(contentItem, 0, 0).y;
+        if (top - margin < contentY)
+            scrollBy(top - margin - contentY);
+        else if (top + item.height + margin > contentY + height)
+            scrollBy(top + item.height + margin - contentY - height);
+    }
+}

@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A dialog over its window, which is dimmed and takes no input meanwhile.
+T.Popup {
+    id: sheet
+
+    required property string title
+
+    parent: T.Overlay.overlay
+    anchors.centerIn: parent
+    width: 460
+    padding: 20
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    modal: true
+    focus: true
+    closePolicy: T.Popup.NoAutoClose
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.dimming
+    }
+    background: Rectangle {
+        radius: Theme.cornerWindow
+        color: Theme.window
+        border.width: 1
+        border.color: Theme.overlayBorder
+
+        Accessible.role: Accessible.Dialog
+        Accessible.name: sheet.title
+    }
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.sheetIn; easing.type: Easing.OutCubic }
+        NumberAnimation { property: "scale"; from: Theme.reducedMotion ? 1 : 0.97; to: 1; duration: Theme.sheetIn; easing.type: Easing.OutCubic }
+    }
+    exit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.sheetOut; easing.type: Easing.OutCubic }
+    }
+}

@@ -1,0 +1,131 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Kestrova.Primitives
+
+// The tabs of a window. The arrow keys choose; the list is one Tab stop.
+FocusScope {
+    id: sidebar
+
+    // Objects with the strings "title" and "symbol".
+    required property var tabs
+    required property int currentIndex
+    signal chosen(int index)
+
+    Accessible.role: Accessible.PageTabList
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.sidebar
+    }
+    Rectangle {
+        anchors.right: parent.right
+        width: 1
+        height: parent.height
+        color: Theme.border
+    }
+    Column {
+        id: rows
+
+        anchors.fill: parent
+        anchors.leftMargin: 10
+        anchors.rightMargin: 11
+        anchors.topMargin: 12
+        spacing: 2
+        activeFocusOnTab: true
+
+        Keys.onUpPressed: sidebar.step(-1)
+        Keys.onDownPressed: sidebar.step(1)
+
+        Repeater {
+            model: sidebar.tabs
+
+            T.AbstractButton {
+                id: row
+
+                required property var modelData
+                required property int index
+                readonly property bool isCurrent: index === sidebar.currentIndex
+
+                width: rows.width
+                implicitHeight: Math.max(32, label.implicitHeight + 12)
+                text: modelData.title
+                focusPolicy: Qt.NoFocus
+                hoverEnabled: true
+                onPressed: {
+                    rows.forceActiveFocus(Qt.MouseFocusReason);
+                    sidebar.chosen(index);
+                }
+                onClicked: sidebar.chosen(index)
+
+                Accessible.role: Accessible.PageTab
+                Accessible.name: text
+                Accessible.selectable: true
+                Accessible.selected: isCurrent
+
+                contentItem: Item {
+                    Symbol {
+                        id: symbol
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        x: 10
+                        name: row.modelData.symbol
+                        color: Theme.accent
+                    }
+                    StyledText {
+                        id: label
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        anchors.left: symbol.right
+                        anchors.leftMargin: 9
+                        anchors.right: parent.right
+                        anchors.rightMargin: 10
+                        text: row.text
+                        style: row.isCurrent ? Theme.prominentButton : Theme.button
+                        elide: Text.ElideRight
+                        Accessible.ignored: true
+                    }
+                }
+                background: Rectangle {
+                    radius: Theme.cornerField
+                    color: row.fillColor()
+
+                    Behavior on color {
+                        ColorAnimation { duration: Theme.hoverFade }
+                    }
+                    FocusRing {
+                        visible: rows.activeFocus && row.isCurrent && sidebar.showsFocus
+                        distance: -2
+                        controlRadius: Theme.cornerField
+                    }
+                }
+
+                function fillColor(): color {
+                    if (isCurrent)
+                        return Theme.fill(Theme.accent, down ? 0.22 : hovered ? 0.18 : 0.14);
+                    return Theme.fill(Theme.grey, down ? 0.2 : hovered ? 0.12 : 0);
+                }
+            }
+        }
+    }
+
+    // Only a focus that came by the keyboard is shown.
+    property bool showsFocus: false
+
+    Connections {
+        target: sidebar.Window.window
+
+        function onActiveFocusItemChanged(): void {
+            if (!rows.activeFocus)
+                sidebar.showsFocus = false;
+        }
+    }
+
+    function step(by: int): void {
+        const index = currentIndex + by;
+        showsFocus = true;
+        if (index >= 0 && index < tabs.length)
+            chosen(index);
+    }
+}
