@@ -1,6 +1,7 @@
 #include "Models/Calendar.h"
 
 #include <QDateTime>
+#include <QRegularExpression>
 
 #include <cmath>
 
@@ -36,6 +37,16 @@ qint64 floorTo(qint64 step, qint64 value)
 {
     const qint64 remainder = value % step;
     return value - remainder - (remainder < 0 ? step : 0);
+}
+
+/// QLocale knows a long and a short format only.
+QString mediumDateFormat(const QLocale &locale)
+{
+    static const QRegularExpression weekday(QStringLiteral("[\\s,\u060c]*dddd[\\s,\u060c]*"));
+    return locale.dateFormat(QLocale::LongFormat)
+        .replace(weekday, QStringLiteral(" "))
+        .replace(QLatin1String("MMMM"), QLatin1String("MMM"))
+        .trimmed();
 }
 
 } // namespace
@@ -97,6 +108,11 @@ std::optional<Date> Calendar::adding(qint64 count, Unit unit, Date date) const
 QString Calendar::label(Date date, QStringView format) const
 {
     return isCountable(date) ? m_locale.toString(localTime(wholeSeconds(date)), format) : QString();
+}
+
+QString Calendar::mediumDate(Date date) const
+{
+    return label(date, mediumDateFormat(m_locale));
 }
 
 qint64 Calendar::offsetAt(qint64 unixTime) const

@@ -37,6 +37,9 @@ public:
 
     /// The local date and time in a format of QLocale::toString(), in the calendar's locale.
     QString label(Date date, QStringView format) const;
+    /// The local date with an abbreviated month and without weekday, as the locale orders it, for
+    /// example "Nov 13, 2026".
+    QString mediumDate(Date date) const;
 
 private:
     qint64 offsetAt(qint64 unixTime) const;

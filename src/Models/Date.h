@@ -1,5 +1,8 @@
 #pragma once
 
+// Before the standard headers: moc does not get over <compare> otherwise.
+#include <QtGlobal>
+
 #include <compare>
 
 namespace kestrova {

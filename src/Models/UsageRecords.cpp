@@ -2,7 +2,17 @@
 
 #include "Models/HotbarSlotAssignment.h"
 
+#include <limits>
+
 namespace kestrova {
+
+qint64 cappedSum(qint64 a, qint64 b)
+{
+    qint64 result = 0;
+    if (!qAddOverflow(a, b, &result))
+        return result;
+    return b < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
+}
 
 UsageDashboardSnapshot UsageDashboardSnapshot::empty()
 {

@@ -24,6 +24,9 @@ struct UsageEvent
     bool operator==(const UsageEvent &) const = default;
 };
 
+/// A document may hold any counts: their sum stays at the limit of its type rather than overflow.
+qint64 cappedSum(qint64 a, qint64 b);
+
 /// Totals over a time range.
 struct UsageSummary
 {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <vector>
 
 namespace kestrova {
@@ -38,20 +37,11 @@ Trend trendOf(UsageTrendPeriod period)
     Q_UNREACHABLE();
 }
 
-/// A document may hold any counts: their sum stays at the limit rather than overflow.
-qint64 sum(qint64 a, qint64 b)
-{
-    qint64 result = 0;
-    if (!qAddOverflow(a, b, &result))
-        return result;
-    return b < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
-}
-
 template <typename Totals>
 void count(const UsageEvent &event, Totals &totals)
 {
     ++totals.recordings;
-    totals.words = sum(totals.words, event.wordCount);
+    totals.words = cappedSum(totals.words, event.wordCount);
     totals.minutes += event.durationMinutes;
 }
 

@@ -258,5 +258,21 @@ TEST(Calendar, TheSystemsCalendarBeginsWeeksAsItsLocaleDoes)
               QLocale::system().firstDayOfWeek());
 }
 
+TEST(Calendar, MediumDatesFollowTheLocale)
+{
+    const auto inLocale = [](const char *name) {
+        const Calendar calendar{QTimeZone("Europe/Berlin"), Qt::Monday,
+                                QLocale(QString::fromLatin1(name))};
+        return calendar.mediumDate(date("2026-11-13T23:30:00Z"));
+    };
+    EXPECT_EQ(inLocale("en_US"), u"Nov 14, 2026"_s);
+    EXPECT_EQ(inLocale("en_GB"), u"14 Nov 2026"_s);
+    EXPECT_EQ(inLocale("de_DE"), u"14. Nov. 2026"_s);
+    EXPECT_EQ(inLocale("es_ES"), u"14 de nov de 2026"_s);
+    EXPECT_EQ(inLocale("hu_HU"), u"2026. nov. 14."_s);
+    EXPECT_EQ(inLocale("ja_JP"), u"2026年11月14日"_s);
+    EXPECT_EQ(inLocale("C"), u"14 Nov 2026"_s);
+}
+
 } // namespace
 } // namespace kestrova
