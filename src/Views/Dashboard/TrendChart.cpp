@@ -1,0 +1,114 @@
+#include "Views/Dashboard/TrendChart.h"
+
+#include "Models/Calendar.h"
+#include "Views/Dashboard/UsageText.h"
+
+#include <algorithm>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype mostDailyBuckets = 30;
+constexpr int daysPerWeek = 7;
+
+struct Ticks
+{
+    int stride;
+    QStringView format; // as QLocale::toString() takes it
+};
+
+Ticks ticksOf(UsageTrendPeriod period)
+{
+    switch (period) {
+    case UsageTrendPeriod::hourly:
+        return {3, u"HH"};
+    case UsageTrendPeriod::daily:
+        return {5, u"MMM d"};
+    case UsageTrendPeriod::weekly:
+        return {2, u"MMM d"};
+    case UsageTrendPeriod::monthly:
+        return {1, u"MMM"};
+    }
+    Q_UNREACHABLE();
+}
+
+QString unitName(UsageTrendPeriod period)
+{
+    switch (period) {
+    case UsageTrendPeriod::hourly:
+        return u"hour"_s;
+    case UsageTrendPeriod::daily:
+        return u"day"_s;
+    case UsageTrendPeriod::weekly:
+        return u"week"_s;
+    case UsageTrendPeriod::monthly:
+        return u"month"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+QString timeText(UsageTrendPeriod period, const UsageBucket &bucket, const Calendar &calendar)
+{
+    if (period == UsageTrendPeriod::daily)
+        return calendar.mediumDate(bucket.startDate);
+    if (period != UsageTrendPeriod::weekly)
+        return bucket.label;
+    const Date lastDay = calendar.adding(daysPerWeek - 1, Calendar::Unit::day, bucket.startDate)
+                             .value_or(bucket.startDate);
+    return u"%1 – %2"_s.arg(bucket.label, calendar.label(lastDay, u"MMM d"));
+}
+
+QString textAlternative(UsageTrendPeriod period, const QList<TrendMark> &marks,
+                        const TrendMark &busiest)
+{
+    const QString subject = u"Words per %1, the last %2."_s.arg(unitName(period)).arg(marks.size());
+    return busiest.words > 0 ? subject + u" Most: %1."_s.arg(busiest.readOut)
+                             : subject + u" No words."_s;
+}
+
+} // namespace
+
+QList<UsageBucket> usageTrendChartBuckets(UsageTrendPeriod period,
+                                          const QList<UsageBucket> &buckets)
+{
+    const bool isLong = period == UsageTrendPeriod::daily && buckets.size() > mostDailyBuckets;
+    return isLong ? buckets.last(mostDailyBuckets) : buckets;
+}
+
+UsageSummary usageTotals(const QList<UsageBucket> &buckets)
+{
+    UsageSummary totals;
+    for (const UsageBucket &bucket : buckets) {
+        totals.recordings = cappedSum(totals.recordings, bucket.recordings);
+        totals.words = cappedSum(totals.words, bucket.words);
+        totals.minutes += bucket.minutes;
+    }
+    return totals;
+}
+
+TrendChart trendChart(UsageTrendPeriod period, const QList<UsageBucket> &buckets,
+                      const Calendar &calendar)
+{
+    const Ticks ticks = ticksOf(period);
+    TrendChart chart;
+    for (qsizetype i = 0; i < buckets.size(); ++i) {
+        const UsageBucket &bucket = buckets[i];
+        const bool hasTick = (buckets.size() - 1 - i) % ticks.stride == 0;
+        chart.marks.append(
+            {bucket.words, hasTick ? calendar.label(bucket.startDate, ticks.format) : QString(),
+             u"%1: %2"_s.arg(timeText(period, bucket, calendar), wordsText(bucket.words))});
+    }
+    if (chart.marks.isEmpty())
+        return chart;
+    const TrendMark busiest =
+        *std::max_element(chart.marks.begin(), chart.marks.end(),
+                          [](const auto &a, const auto &b) { return a.words < b.words; });
+    chart.axis = ValueAxis::reaching(double(busiest.words));
+    chart.textAlternative = textAlternative(period, chart.marks, busiest);
+    return chart;
+}
+
+} // namespace kestrova
