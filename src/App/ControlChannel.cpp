@@ -4,12 +4,13 @@
 
 namespace kestrova {
 
-ControlChannel::ControlChannel(AppController &controller)
-    : m_controller(controller), m_printer(controller.appState()),
+ControlChannel::ControlChannel(AppController &controller, Scenes &scenes)
+    : m_controller(controller), m_scenes(scenes), m_printer(controller.appState()),
       m_inputNotifier(STDIN_FILENO, QSocketNotifier::Read)
 {
     QObject::connect(&m_inputNotifier, &QSocketNotifier::activated, &m_inputNotifier,
                      [this] { readCommands(); });
+    QObject::connect(&scenes, &Scenes::shown, &m_printer, &StatusPrinter::printShown);
 }
 
 void ControlChannel::readCommands()
@@ -29,6 +30,15 @@ void ControlChannel::readCommands()
     }
 }
 
+bool ControlChannel::performOnWindow(const QByteArray &command)
+{
+    if (command.startsWith("open "))
+        return m_scenes.open(QString::fromUtf8(command.sliced(5).trimmed()));
+    if (command.startsWith("close "))
+        return m_scenes.close(QString::fromUtf8(command.sliced(6).trimmed()));
+    return false;
+}
+
 void ControlChannel::perform(const QByteArray &command)
 {
     bool isSlot = false;
@@ -41,7 +51,7 @@ void ControlChannel::perform(const QByteArray &command)
         m_controller.cancelProcessing();
     else if (command == "download")
         m_controller.prepareModel(/*forceDownload=*/true);
-    else
+    else if (!performOnWindow(command))
         m_printer.printMisuse(command);
 }
 

@@ -2,6 +2,7 @@
 
 #include "App/StatusPrinter.h"
 #include "ViewModels/AppController.h"
+#include "Views/Scenes/Scenes.h"
 
 #include <QSocketNotifier>
 
@@ -14,20 +15,24 @@ namespace kestrova {
 ///     toggle N    as the shortcut of slot N
 ///     cancel      abandons a dictation that is being processed
 ///     download    downloads the model, also when there is one
+///     open NAME   shows the "dashboard", the "settings" or the "popover"
+///     close NAME  closes it
 ///
 /// A line that is no command is answered by {"event":"misuse"}. The end of the input means nothing.
 /// Main thread.
 class ControlChannel
 {
 public:
-    /// The controller outlives the channel.
-    explicit ControlChannel(AppController &controller);
+    /// Both outlive the channel.
+    ControlChannel(AppController &controller, Scenes &scenes);
 
 private:
     void readCommands();
     void perform(const QByteArray &command);
+    bool performOnWindow(const QByteArray &command);
 
     AppController &m_controller;
+    Scenes &m_scenes;
     StatusPrinter m_printer;
     QSocketNotifier m_inputNotifier;
     QByteArray m_unfinishedLine;

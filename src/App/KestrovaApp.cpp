@@ -20,10 +20,12 @@ KestrovaApp::KestrovaApp()
     m_controller = std::make_unique<AppController>(
         AppEnvironment{m_platform, m_main, m_background},
         std::make_shared<SettingsStore>(*m_platform.userDefaults), capture, inserter);
+    m_scenes = std::make_unique<Scenes>(*m_controller, m_platform);
 }
 
 KestrovaApp::~KestrovaApp()
 {
+    m_scenes.reset();
     m_controller.reset();
     m_main.shutDown();
     if (!m_background.waitUntilIdle(drainLimit)) {

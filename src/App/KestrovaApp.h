@@ -5,13 +5,14 @@
 #include "Concurrency/QtMainExecutor.h"
 #include "Platform/Platform.h"
 #include "ViewModels/AppController.h"
+#include "Views/Scenes/Scenes.h"
 
 #include <memory>
 
 namespace kestrova {
 
-/// The running program: the platform, the threads and the one controller over them. Needs a
-/// QCoreApplication. Main thread.
+/// The running program: the platform, the threads, the one controller over them and what it shows.
+/// Needs a QApplication. Main thread.
 class KestrovaApp
 {
 public:
@@ -23,6 +24,7 @@ public:
     Q_DISABLE_COPY_MOVE(KestrovaApp)
 
     AppController &controller() { return *m_controller; }
+    Scenes &scenes() { return *m_scenes; }
 
 private:
     /// How long the end of the program waits for its workers.
@@ -33,6 +35,7 @@ private:
     QtMainExecutor m_main;
     BackgroundExecutor m_background;
     std::unique_ptr<AppController> m_controller;
+    std::unique_ptr<Scenes> m_scenes;
 };
 
 /// What "--diagnostics" prints. Reads only: neither a desktop nor the lock is needed, and the

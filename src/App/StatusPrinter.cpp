@@ -38,6 +38,11 @@ void StatusPrinter::printMisuse(const QByteArray &command)
     print("misuse"_L1, {{"command"_L1, QString::fromUtf8(command)}});
 }
 
+void StatusPrinter::printShown(const QString &window)
+{
+    print("shown"_L1, {{"window"_L1, window}});
+}
+
 void StatusPrinter::printState()
 {
     const DictationState &state = m_state.state.get();

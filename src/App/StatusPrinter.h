@@ -15,6 +15,7 @@ namespace kestrova {
 ///     {"event":"transcript","text":…}                       pasted
 ///     {"event":"download","received":…,"total":…}           bytes of the model; the total if known
 ///     {"event":"model","ready":…}                           the download ended, one way or another
+///     {"event":"shown","window":…}                          an opened window has been drawn
 ///
 /// Main thread; blocks while the reader does.
 class StatusPrinter : public QObject
@@ -25,6 +26,7 @@ public:
 
     /// {"event":"misuse","command":…}: a command that there is not.
     void printMisuse(const QByteArray &command);
+    void printShown(const QString &window);
 
 private:
     void printState();

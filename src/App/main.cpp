@@ -5,7 +5,7 @@
 #include "App/TerminationSignals.h"
 #include "Models/ReadableError.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QSessionManager>
 
 #include <algorithm>
@@ -79,14 +79,14 @@ int run(int argc, char **argv)
 {
     const bool isControlled = contains(argc, argv, "--control");
     auto preparation = prepareDesktopSession();
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     preparation.reset();
     if (const auto argument = unknownArgument()) {
         print(u"kestrova: %1 is not known."_s.arg(*argument), stderr);
         std::fputs(usage, stderr);
         return 2;
     }
-    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setQuitOnLastWindowClosed(false);
     refuseToBeStopped();
     const TerminationSignals signalHandling([] { QCoreApplication::quit(); });
     runningApp = std::make_unique<KestrovaApp>();
@@ -94,10 +94,10 @@ int run(int argc, char **argv)
 
     std::unique_ptr<ControlChannel> control;
     if (isControlled) {
-        QObject::connect(&application, &QGuiApplication::saveStateRequest, &keepFromBeingRestarted);
-        control = std::make_unique<ControlChannel>(runningApp->controller());
+        QObject::connect(&application, &QApplication::saveStateRequest, &keepFromBeingRestarted);
+        control = std::make_unique<ControlChannel>(runningApp->controller(), runningApp->scenes());
     }
-    const int status = QGuiApplication::exec();
+    const int status = QApplication::exec();
     control.reset();
     runningApp.reset();
     return status;

@@ -13,7 +13,6 @@ class Appearance : public QObject
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool dark MEMBER m_isDark NOTIFY changed)
-    Q_PROPERTY(double textScale MEMBER m_textScale NOTIFY changed)
     Q_PROPERTY(bool reducedMotion MEMBER m_reducedMotion NOTIFY changed)
     Q_PROPERTY(bool highContrast MEMBER m_highContrast NOTIFY changed)
     Q_PROPERTY(bool compositing MEMBER m_compositing NOTIFY changed)
@@ -26,7 +25,6 @@ Q_SIGNALS:
 
 private:
     bool m_isDark = false;
-    double m_textScale = 1; ///< factor on every size of type, 1 to 2
     bool m_reducedMotion = false;
     bool m_highContrast = false;
     bool m_compositing = false; ///< windows can be translucent

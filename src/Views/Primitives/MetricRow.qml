@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
 
-// A label and, at the far end of the row, its value. Large type puts one under the other.
-GridLayout {
+// A label and, at the far end of the row, its value.
+RowLayout {
     id: row
 
     required property string label
@@ -10,9 +10,7 @@ GridLayout {
     property bool monospaced: false
     property color valueColor: Theme.primary
 
-    columns: Theme.largeType ? 1 : 2
-    columnSpacing: 8
-    rowSpacing: 2
+    spacing: 8
 
     StyledText {
         Layout.fillWidth: true

@@ -58,7 +58,7 @@ RowLayout {
             radius: Theme.cornerSegment
             color: Theme.segment
             border.width: 1
-            border.color: Theme.wash("#000000", Theme.dark ? 0.3 : 0.1)
+            border.color: Qt.rgba(0, 0, 0, Theme.dark ? 0.3 : 0.1)
 
             Behavior on x {
                 NumberAnimation { duration: Theme.slide; easing.type: Easing.OutCubic }

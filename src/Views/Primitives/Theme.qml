@@ -8,7 +8,6 @@ QtObject {
     readonly property bool dark: Appearance.dark
     readonly property bool highContrast: Appearance.highContrast
     readonly property bool reducedMotion: Appearance.reducedMotion
-    readonly property bool largeType: Appearance.textScale > 1.25
 
     // Surfaces and text
     readonly property color window: dark ? "#1D1B1A" : "#F6F5F3"
@@ -59,31 +58,27 @@ QtObject {
     readonly property int cornerCard: 10
     readonly property int cornerWindow: 12
 
-    // Text styles, at the desktop's text scale
-    component Style: TextStyle {
-        scale: Appearance.textScale
-    }
-
-    readonly property TextStyle largeTitle: Style { size: 26; line: 32; weight: Font.Bold; tracking: -0.2 }
-    readonly property TextStyle title: Style { size: 22; line: 26; weight: Font.DemiBold }
-    readonly property TextStyle title2: Style { size: 17; line: 22; weight: Font.Bold }
-    readonly property TextStyle title3: Style { size: 15; line: 20; monospaced: true; tracking: 0.8 }
-    readonly property TextStyle headline: Style { size: 13; line: 16; weight: Font.Bold }
-    readonly property TextStyle body: Style { size: 13; line: 16 }
-    readonly property TextStyle wrappingBody: Style { size: 13; line: 18 }
-    readonly property TextStyle bodyMonospaced: Style { size: 13; line: 16; monospaced: true }
-    readonly property TextStyle button: Style { size: 13; line: 16; weight: Font.Medium }
-    readonly property TextStyle prominentButton: Style { size: 13; line: 16; weight: Font.DemiBold }
-    readonly property TextStyle smallButton: Style { size: 11; line: 14; weight: Font.Medium }
-    readonly property TextStyle footerButton: Style { size: 12; line: 16; weight: Font.DemiBold }
-    readonly property TextStyle callout: Style { size: 12; line: 16 }
-    readonly property TextStyle code: Style { size: 11; line: 15; monospaced: true }
-    readonly property TextStyle subheadline: Style { size: 11; line: 14; weight: Font.DemiBold }
-    readonly property TextStyle tooltip: Style { size: 11; line: 14 }
-    readonly property TextStyle caption: Style { size: 10; line: 13; tracking: 0.05 }
-    readonly property TextStyle pill: Style { size: 11; line: 14; weight: Font.DemiBold; tracking: 0.1 }
-    readonly property TextStyle metric: Style { size: 32; line: 40; weight: Font.Bold; tracking: 0.1 }
-    readonly property TextStyle compactMetric: Style { size: 20; line: 24; weight: Font.DemiBold }
+    // Text styles
+    readonly property TextStyle largeTitle: TextStyle { size: 26; lineHeight: 32; weight: Font.Bold; tracking: -0.2 }
+    readonly property TextStyle title: TextStyle { size: 22; lineHeight: 26; weight: Font.DemiBold }
+    readonly property TextStyle title2: TextStyle { size: 17; lineHeight: 22; weight: Font.Bold }
+    readonly property TextStyle title3: TextStyle { size: 15; lineHeight: 20; monospaced: true; tracking: 0.8 }
+    readonly property TextStyle headline: TextStyle { size: 13; lineHeight: 16; weight: Font.Bold }
+    readonly property TextStyle body: TextStyle { size: 13; lineHeight: 16 }
+    readonly property TextStyle wrappingBody: TextStyle { size: 13; lineHeight: 18 }
+    readonly property TextStyle bodyMonospaced: TextStyle { size: 13; lineHeight: 16; monospaced: true }
+    readonly property TextStyle button: TextStyle { size: 13; lineHeight: 16; weight: Font.Medium }
+    readonly property TextStyle prominentButton: TextStyle { size: 13; lineHeight: 16; weight: Font.DemiBold }
+    readonly property TextStyle smallButton: TextStyle { size: 11; lineHeight: 14; weight: Font.Medium }
+    readonly property TextStyle footerButton: TextStyle { size: 12; lineHeight: 16; weight: Font.DemiBold }
+    readonly property TextStyle callout: TextStyle { size: 12; lineHeight: 16 }
+    readonly property TextStyle code: TextStyle { size: 11; lineHeight: 15; monospaced: true }
+    readonly property TextStyle subheadline: TextStyle { size: 11; lineHeight: 14; weight: Font.DemiBold }
+    readonly property TextStyle tooltip: TextStyle { size: 11; lineHeight: 14 }
+    readonly property TextStyle caption: TextStyle { size: 10; lineHeight: 13; tracking: 0.05 }
+    readonly property TextStyle pill: TextStyle { size: 11; lineHeight: 14; weight: Font.DemiBold; tracking: 0.1 }
+    readonly property TextStyle metric: TextStyle { size: 32; lineHeight: 40; weight: Font.Bold; tracking: 0.1 }
+    readonly property TextStyle compactMetric: TextStyle { size: 20; lineHeight: 24; weight: Font.DemiBold }
 
     // Durations, in milliseconds
     readonly property int hoverFade: fade(90)
