@@ -66,8 +66,8 @@ private:
     PostedKeys m_postedKeys;
     X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
     bool m_isReported = false;
-    std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor =
-        m_monitoring.addGlobalMonitor([this](const KeyDownEvent &) { m_isReported = true; });
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor = m_monitoring.addGlobalMonitor(
+        KeyEvent::keyDown, [this](const KeyEvent &) { m_isReported = true; });
 };
 
 } // namespace

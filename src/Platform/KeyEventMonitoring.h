@@ -2,6 +2,7 @@
 
 #include "Models/HotkeyShortcut.h"
 
+#include <QFlags>
 #include <QList>
 
 #include <functional>
@@ -9,19 +10,27 @@
 
 namespace kestrova {
 
-/// A key that went down, in the numbers in which shortcuts are stored.
-struct KeyDownEvent
+/// What a key did, in the numbers in which shortcuts are stored.
+struct KeyEvent
 {
+    enum Type : quint8 {
+        keyDown = 1,
+        flagsChanged = 2, ///< a modifier or lock key went down or up; the rest says nothing
+    };
+    Q_DECLARE_FLAGS(Types, Type)
+
     quint32 keyCode = 0;   ///< virtual key code by physical position, as in HotkeyShortcut
     quint32 modifiers = 0; ///< the HotkeyShortcut::Modifier bits that were held; no others
     bool isRepeat = false; ///< the key was down already and repeats
+    Type type = keyDown;
 
-    bool operator==(const KeyDownEvent &) const = default;
+    bool operator==(const KeyEvent &) const = default;
 };
+Q_DECLARE_OPERATORS_FOR_FLAGS(KeyEvent::Types)
 
-/// Observes the keyboard. Used on the main thread, on which the handlers are called too. The keys
-/// that KeyEventPosting sends and modifier keys pressed by themselves are not reported; keys that
-/// have no virtual key code neither.
+/// Observes the keyboard. Used on the main thread, on which the handlers are called too. Modifier
+/// and lock keys are no key-downs. The keys that KeyEventPosting sends are not reported; key-downs
+/// that have no virtual key code neither.
 class KeyEventMonitoring
 {
 public:
@@ -32,18 +41,20 @@ public:
         virtual ~Monitor() = default;
     };
 
-    using GlobalHandler = std::function<void(const KeyDownEvent &)>;
+    using GlobalHandler = std::function<void(const KeyEvent &)>;
     /// Returns true to keep the event from the window that has the keyboard.
-    using LocalHandler = std::function<bool(const KeyDownEvent &)>;
+    using LocalHandler = std::function<bool(const KeyEvent &)>;
 
     virtual ~KeyEventMonitoring() = default;
 
-    /// Key-downs, repeats included, while another program has the keyboard. They reach that program
-    /// all the same. Null when the system does not let us observe them.
-    [[nodiscard]] virtual std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) = 0;
-    /// Key-downs, repeats included, for one of the program's own windows, before the window gets
-    /// them. Null when the program can have no windows.
-    [[nodiscard]] virtual std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) = 0;
+    /// Events of these types, repeats included, that no window of the program's own gets. They
+    /// reach another program all the same. Null when the system does not let us observe them.
+    [[nodiscard]] virtual std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
+                                                                    GlobalHandler handler) = 0;
+    /// Events of these types, repeats included, for one of the program's own windows, before the
+    /// window gets them. Null when the program can have no windows.
+    [[nodiscard]] virtual std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types,
+                                                                   LocalHandler handler) = 0;
 
     /// Keeps these shortcuts from all windows, for as long as the result lives; global monitors
     /// see them still, whichever window has the keyboard. Null where a program cannot do that, or

@@ -9,7 +9,7 @@ namespace {
 constexpr quint32 comparedModifiers = HotkeyShortcut::command | HotkeyShortcut::shift |
                                       HotkeyShortcut::option | HotkeyShortcut::control;
 
-bool matches(const HotkeyShortcut &shortcut, const KeyDownEvent &event)
+bool matches(const HotkeyShortcut &shortcut, const KeyEvent &event)
 {
     const quint32 differing = shortcut.modifiers ^ event.modifiers;
     return shortcut.keyCode == event.keyCode && (differing & comparedModifiers) == 0;
@@ -29,10 +29,10 @@ void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
 {
     unregister();
     m_bindings = bindings;
-    m_globalMonitor =
-        m_monitoring.addGlobalMonitor([this](const KeyDownEvent &event) { handle(event); });
-    m_localMonitor =
-        m_monitoring.addLocalMonitor([this](const KeyDownEvent &event) { return handle(event); });
+    m_globalMonitor = m_monitoring.addGlobalMonitor(
+        KeyEvent::keyDown, [this](const KeyEvent &event) { handle(event); });
+    m_localMonitor = m_monitoring.addLocalMonitor(
+        KeyEvent::keyDown, [this](const KeyEvent &event) { return handle(event); });
     m_withheldShortcuts = m_monitoring.withhold(shortcutsOf(bindings));
 }
 
@@ -44,7 +44,7 @@ void GlobalHotkeyManager::unregister()
     m_bindings.clear();
 }
 
-bool GlobalHotkeyManager::handle(const KeyDownEvent &event) const
+bool GlobalHotkeyManager::handle(const KeyEvent &event) const
 {
     const auto binding =
         std::find_if(m_bindings.begin(), m_bindings.end(), [&](const HotkeyBinding &candidate) {

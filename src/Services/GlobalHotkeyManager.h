@@ -24,7 +24,7 @@ public:
     void unregister() override;
 
 private:
-    bool handle(const KeyDownEvent &event) const;
+    bool handle(const KeyEvent &event) const;
 
     KeyEventMonitoring &m_monitoring;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_globalMonitor;

@@ -12,15 +12,15 @@ struct Withholding final : KeyEventMonitoring::Monitor
 } // namespace
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
-FakeKeyEventMonitoring::addGlobalMonitor(GlobalHandler handler)
+FakeKeyEventMonitoring::addGlobalMonitor(KeyEvent::Types types, GlobalHandler handler)
 {
-    return m_isGlobalAvailable ? m_global.addObserver(std::move(handler)) : nullptr;
+    return m_isGlobalAvailable ? m_global.addObserver(types, std::move(handler)) : nullptr;
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
-FakeKeyEventMonitoring::addLocalMonitor(LocalHandler handler)
+FakeKeyEventMonitoring::addLocalMonitor(KeyEvent::Types types, LocalHandler handler)
 {
-    return m_isLocalAvailable ? m_local.add(std::move(handler)) : nullptr;
+    return m_isLocalAvailable ? m_local.add(types, std::move(handler)) : nullptr;
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>

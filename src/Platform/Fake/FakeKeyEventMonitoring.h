@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/KeyDownHandlers.h"
+#include "Platform/KeyEventHandlers.h"
 
 namespace kestrova {
 
@@ -13,10 +13,10 @@ public:
     virtual void setGlobalAvailable(bool isAvailable) = 0;
     /// Whether addLocalMonitor() gives a monitor from now on.
     virtual void setLocalAvailable(bool isAvailable) = 0;
-    /// Plays a key-down while another program has the keyboard.
-    virtual void pressGlobally(const KeyDownEvent &event) = 0;
-    /// Plays a key-down in a window of our own; true when a handler kept it from that window.
-    virtual bool pressLocally(const KeyDownEvent &event) = 0;
+    /// Plays an event while another program has the keyboard.
+    virtual void pressGlobally(const KeyEvent &event) = 0;
+    /// Plays an event in a window of our own; true when a handler kept it from that window.
+    virtual bool pressLocally(const KeyEvent &event) = 0;
     virtual int globalMonitorCount() const = 0;
     virtual int localMonitorCount() const = 0;
     /// Those of every withhold() that has not ended, in order.
@@ -27,21 +27,22 @@ public:
 class FakeKeyEventMonitoring final : public KeyEventMonitoring, public FakeKeyEventMonitoringControl
 {
 public:
-    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
-    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+    std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
+                                              GlobalHandler handler) override;
+    std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
 
     void setGlobalAvailable(bool isAvailable) override { m_isGlobalAvailable = isAvailable; }
     void setLocalAvailable(bool isAvailable) override { m_isLocalAvailable = isAvailable; }
-    void pressGlobally(const KeyDownEvent &event) override { m_global.call(event); }
-    bool pressLocally(const KeyDownEvent &event) override { return m_local.call(event); }
+    void pressGlobally(const KeyEvent &event) override { m_global.call(event); }
+    bool pressLocally(const KeyEvent &event) override { return m_local.call(event); }
     int globalMonitorCount() const override { return m_global.count(); }
     int localMonitorCount() const override { return m_local.count(); }
     QList<HotkeyShortcut> withheld() const override;
 
 private:
-    KeyDownHandlers m_global;
-    KeyDownHandlers m_local;
+    KeyEventHandlers m_global;
+    KeyEventHandlers m_local;
     std::vector<std::weak_ptr<const QList<HotkeyShortcut>>> m_withheld;
     bool m_isGlobalAvailable = true;
     bool m_isLocalAvailable = true;

@@ -56,12 +56,14 @@ bool MissingKeyboard::postCommandV()
     return false;
 }
 
-std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addGlobalMonitor(GlobalHandler)
+std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addGlobalMonitor(KeyEvent::Types,
+                                                                                    GlobalHandler)
 {
     return nullptr;
 }
 
-std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addLocalMonitor(LocalHandler)
+std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addLocalMonitor(KeyEvent::Types,
+                                                                                   LocalHandler)
 {
     return nullptr;
 }

@@ -50,8 +50,9 @@ class MissingKeyMonitoring final : public KeyEventMonitoring
 {
 public:
     /// All are always null.
-    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
-    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+    std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
+                                              GlobalHandler handler) override;
+    std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
 };
 

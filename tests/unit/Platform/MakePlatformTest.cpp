@@ -37,8 +37,11 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
     EXPECT_EQ(platform.pasteboard->string(), u"text"_s);
     EXPECT_TRUE(platform.keyEvents->postCommandV());
     EXPECT_TRUE(platform.scripts->paste(std::nullopt));
-    EXPECT_NE(platform.keyMonitoring->addGlobalMonitor([](const auto &) {}), nullptr);
-    EXPECT_NE(platform.keyMonitoring->addLocalMonitor([](const auto &) { return false; }), nullptr);
+    EXPECT_NE(platform.keyMonitoring->addGlobalMonitor(KeyEvent::keyDown, [](const auto &) {}),
+              nullptr);
+    EXPECT_NE(platform.keyMonitoring->addLocalMonitor(KeyEvent::keyDown,
+                                                      [](const auto &) { return false; }),
+              nullptr);
     EXPECT_FALSE(platform.directories->applicationSupportDirectory().isEmpty());
     EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
     EXPECT_TRUE(platform.systemAccess->isAccessibilityTrusted());
@@ -73,8 +76,11 @@ TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
     EXPECT_EQ(platform.pasteboard->string(), std::nullopt);
     EXPECT_THROW(platform.pasteboard->setString(u"text"_s), PlatformError);
     EXPECT_FALSE(platform.keyEvents->postCommandV());
-    EXPECT_EQ(platform.keyMonitoring->addGlobalMonitor([](const auto &) {}), nullptr);
-    EXPECT_EQ(platform.keyMonitoring->addLocalMonitor([](const auto &) { return false; }), nullptr);
+    EXPECT_EQ(platform.keyMonitoring->addGlobalMonitor(KeyEvent::keyDown, [](const auto &) {}),
+              nullptr);
+    EXPECT_EQ(platform.keyMonitoring->addLocalMonitor(KeyEvent::keyDown,
+                                                      [](const auto &) { return false; }),
+              nullptr);
     EXPECT_FALSE(platform.scripts->activateApplicationNamed(u"xterm"_s));
     EXPECT_FALSE(platform.scripts->paste(std::nullopt));
     EXPECT_FALSE(platform.systemAccess->isAccessibilityTrusted());

@@ -8,64 +8,70 @@ namespace {
 class PostedKeysTest : public testing::Test
 {
 protected:
-    bool take(quint8 keyCode, quint32 time = 1000)
+    bool take(const PostedKeys::Event &event, quint32 time = 1000)
     {
-        return m_keys.take(PostedKeys::ofAllWindows, keyCode, time);
+        return m_keys.take(PostedKeys::ofAllWindows, event, time);
     }
+
+    static PostedKeys::Event press(quint8 keyCode) { return {true, keyCode}; }
+    static PostedKeys::Event release(quint8 keyCode) { return {false, keyCode}; }
 
     PostedKeys m_keys;
 };
 
-TEST_F(PostedKeysTest, EachAnnouncedPressIsTakenOnceAndInOrder)
+TEST_F(PostedKeysTest, EachAnnouncedEventIsTakenOnceAndInOrder)
 {
-    m_keys.announce({50, 118});
-    EXPECT_FALSE(take(118));
-    EXPECT_TRUE(take(50));
-    EXPECT_FALSE(take(50));
-    EXPECT_TRUE(take(118));
-    EXPECT_FALSE(take(118));
+    m_keys.announce({press(50), press(118), release(118)});
+    EXPECT_FALSE(take(press(118)));
+    EXPECT_TRUE(take(press(50)));
+    EXPECT_FALSE(take(press(50)));
+    EXPECT_FALSE(take(release(118)));
+    EXPECT_TRUE(take(press(118)));
+    EXPECT_FALSE(take(press(118)));
+    EXPECT_TRUE(take(release(118)));
+    EXPECT_FALSE(take(release(118)));
 }
 
 TEST_F(PostedKeysTest, AKeyOfTheUserInBetweenIsNotOurs)
 {
-    m_keys.announce({50, 118});
-    EXPECT_TRUE(take(50));
-    EXPECT_FALSE(take(38));
-    EXPECT_TRUE(take(118));
+    m_keys.announce({press(50), press(118)});
+    EXPECT_TRUE(take(press(50)));
+    EXPECT_FALSE(take(press(38)));
+    EXPECT_TRUE(take(press(118)));
 }
 
-TEST_F(PostedKeysTest, PressesThatNobodyObservedAreForgottenAtTheNextChord)
+TEST_F(PostedKeysTest, EventsThatNobodyObservedAreForgottenAtTheNextChord)
 {
-    m_keys.announce({50, 118});
-    m_keys.announce({37, 55});
-    EXPECT_FALSE(take(50));
-    EXPECT_TRUE(take(37));
+    m_keys.announce({press(50), press(118)});
+    m_keys.announce({press(37), press(55)});
+    EXPECT_FALSE(take(press(50)));
+    EXPECT_TRUE(take(press(37)));
 }
 
-TEST_F(PostedKeysTest, EveryObserverTakesEachPress)
+TEST_F(PostedKeysTest, EveryObserverTakesEachEvent)
 {
-    m_keys.announce({50});
-    EXPECT_TRUE(m_keys.take(PostedKeys::ofOwnWindows, 50, 1000));
-    EXPECT_FALSE(m_keys.take(PostedKeys::ofOwnWindows, 50, 1000));
-    EXPECT_TRUE(m_keys.take(PostedKeys::ofAllWindows, 50, 1000));
+    m_keys.announce({press(50)});
+    EXPECT_TRUE(m_keys.take(PostedKeys::ofOwnWindows, press(50), 1000));
+    EXPECT_FALSE(m_keys.take(PostedKeys::ofOwnWindows, press(50), 1000));
+    EXPECT_TRUE(m_keys.take(PostedKeys::ofAllWindows, press(50), 1000));
 }
 
-TEST_F(PostedKeysTest, PressesAfterTheChordAreTheUsers)
+TEST_F(PostedKeysTest, EventsAfterTheChordAreTheUsers)
 {
-    m_keys.announce({50, 118});
+    m_keys.announce({press(50), press(118)});
     m_keys.finish(1000);
-    EXPECT_FALSE(take(50, 1001));
-    EXPECT_TRUE(take(50, 1000)); // observed late
-    m_keys.announce({50, 118});
-    EXPECT_TRUE(take(50, 2000));
+    EXPECT_FALSE(take(press(50), 1001));
+    EXPECT_TRUE(take(press(50), 1000)); // observed late
+    m_keys.announce({press(50), press(118)});
+    EXPECT_TRUE(take(press(50), 2000));
 }
 
 TEST_F(PostedKeysTest, TheServersClockMayStartAnew)
 {
-    m_keys.announce({50, 118});
+    m_keys.announce({press(50), press(118)});
     m_keys.finish(2);
-    EXPECT_TRUE(take(50, 0xFFFFFFFF));
-    EXPECT_FALSE(take(118, 3));
+    EXPECT_TRUE(take(press(50), 0xFFFFFFFF));
+    EXPECT_FALSE(take(press(118), 3));
 }
 
 } // namespace

@@ -23,8 +23,9 @@ constexpr quint32 shift = HotkeyShortcut::shift;
 constexpr quint32 option = HotkeyShortcut::option;
 constexpr quint32 control = HotkeyShortcut::control;
 
-constexpr KeyDownEvent aKey{0};
-constexpr KeyDownEvent spaceKey{49};
+constexpr KeyEvent aKey{0};
+constexpr KeyEvent spaceKey{49};
+constexpr KeyEvent flags{.type = KeyEvent::flagsChanged};
 
 using X11GlobalKeysTest = KeyMonitoringTest;
 
@@ -52,9 +53,26 @@ TEST_F(X11GlobalKeysTest, HeldModifiersAreReportedWithTheKeyAndNeverByThemselves
     tapChord(m_keyboard, {key::rightAlt, key::a});
     tapChord(m_keyboard, {key::leftControl, key::a});
     tapChord(m_keyboard, {key::leftShift, key::leftControl, key::leftAlt, key::leftSuper});
-    EXPECT_THAT(seen(),
-                ElementsAre(KeyDownEvent{49, command | shift}, KeyDownEvent{18, command | option},
-                            KeyDownEvent{0, option}, KeyDownEvent{0, control}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{49, command | shift}, KeyEvent{18, command | option},
+                                    KeyEvent{0, option}, KeyEvent{0, control}));
+}
+
+TEST_F(X11GlobalKeysTest, ModifiersThatGoDownAndUpAreReportedInOrderToThoseWhoAsk)
+{
+    m_monitor = monitor(m_seen, KeyEvent::keyDown | KeyEvent::flagsChanged);
+    tapChord(m_keyboard, {key::rightControl, key::leftShift});
+    tap(m_keyboard, key::capsLock);
+    tapChord(m_keyboard, {key::leftShift, key::a});
+    EXPECT_THAT(seen(), ElementsAre(flags, flags, flags, flags, flags, flags, flags,
+                                    KeyEvent{0, shift}, flags));
+}
+
+TEST_F(X11GlobalKeysTest, ModifiersAreSeenWhenNobodyGetsThem)
+{
+    m_monitor = monitor(m_seen, KeyEvent::flagsChanged | KeyEvent::keyDown);
+    m_program.leaveKeyboard();
+    tap(m_keyboard, key::leftShift);
+    EXPECT_THAT(seen(), ElementsAre(flags, flags));
 }
 
 TEST_F(X11GlobalKeysTest, CapsLockAndNumLockMakeNoDifference)
@@ -63,7 +81,7 @@ TEST_F(X11GlobalKeysTest, CapsLockAndNumLockMakeNoDifference)
     tap(m_keyboard, key::numLock);
     tap(m_keyboard, key::a);
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
-    EXPECT_THAT(seen(), ElementsAre(aKey, KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(seen(), ElementsAre(aKey, KeyEvent{49, command | shift}));
     EXPECT_THAT(m_program.keys(), testing::Contains(u"press 38 18"_s)); // both locks were on
 }
 
@@ -72,10 +90,9 @@ TEST_F(X11GlobalKeysTest, AHeldKeyRepeatsUntilItIsReleased)
     m_keyboard.press(key::a);
     EXPECT_TRUE(waitUntil([&] { return m_seen.size() >= 4; }));
     m_keyboard.release(key::a);
-    const std::vector<KeyDownEvent> events = seen();
+    const std::vector<KeyEvent> events = seen();
     EXPECT_EQ(events.front(), aKey);
-    EXPECT_THAT(std::vector(events.begin() + 1, events.end()),
-                testing::Each(KeyDownEvent{0, 0, true}));
+    EXPECT_THAT(std::vector(events.begin() + 1, events.end()), testing::Each(KeyEvent{0, 0, true}));
     tap(m_keyboard, key::a);
     EXPECT_THAT(seen(), ElementsAre(aKey));
 }
@@ -94,7 +111,7 @@ TEST_F(X11GlobalKeysTest, KeysAreSeenUnderAnotherProgramsGrab)
     OtherProgram menu;
     menu.grabKeyboard();
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{49, command | shift}));
     EXPECT_THAT(menu.keys(), testing::Contains(u"press 65 65"_s));
     EXPECT_THAT(m_program.keys(), IsEmpty());
 }
@@ -102,7 +119,7 @@ TEST_F(X11GlobalKeysTest, KeysAreSeenUnderAnotherProgramsGrab)
 TEST_F(X11GlobalKeysTest, KeysThatOtherProgramsSynthesiseAreTheUsers)
 {
     runOrThrow("xdotool key super+shift+space");
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{49, command | shift}));
 }
 
 TEST_F(X11GlobalKeysTest, OurOwnChordIsNotReportedAndTheSameChordOfTheUserIs)
@@ -112,7 +129,7 @@ TEST_F(X11GlobalKeysTest, OurOwnChordIsNotReportedAndTheSameChordOfTheUserIs)
     EXPECT_THAT(seen(), IsEmpty());
     EXPECT_THAT(m_program.keys(), testing::Contains(u"press 118 1"_s));
     tapChord(m_keyboard, {key::leftShift, key::insert});
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{114, shift}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{114, shift}));
 }
 
 TEST_F(X11GlobalKeysTest, AShortcutThatIsHeldDuringOurChordKeepsRepeatingAndTheChordIsNotReported)
@@ -123,14 +140,14 @@ TEST_F(X11GlobalKeysTest, AShortcutThatIsHeldDuringOurChordKeepsRepeatingAndTheC
     ASSERT_TRUE(posting.postCommandV()); // after its wait for the modifiers
     for (const xcb_keycode_t held : {key::space, key::leftShift, key::leftSuper})
         m_keyboard.release(held);
-    const std::vector<KeyDownEvent> events = seen();
-    EXPECT_EQ(events.front(), (KeyDownEvent{49, command | shift}));
-    EXPECT_THAT(events, testing::Contains(KeyDownEvent{49, command | shift, true}));
-    EXPECT_THAT(events, testing::Each(testing::Field(&KeyDownEvent::keyCode, 49)));
+    const std::vector<KeyEvent> events = seen();
+    EXPECT_EQ(events.front(), (KeyEvent{49, command | shift}));
+    EXPECT_THAT(events, testing::Contains(KeyEvent{49, command | shift, true}));
+    EXPECT_THAT(events, testing::Each(testing::Field(&KeyEvent::keyCode, 49)));
 
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
     tapChord(m_keyboard, {key::leftShift, key::insert});
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift}, KeyDownEvent{114, shift}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{49, command | shift}, KeyEvent{114, shift}));
 }
 
 TEST_F(X11GlobalKeysTest, TheUserMayTypeDuringOurChord)
@@ -144,10 +161,10 @@ TEST_F(X11GlobalKeysTest, TheUserMayTypeDuringOurChord)
             ++taps;
         } while (posted.wait_for(std::chrono::seconds(0)) != std::future_status::ready);
         ASSERT_TRUE(posted.get());
-        const std::vector<KeyDownEvent> events = seen();
+        const std::vector<KeyEvent> events = seen();
         EXPECT_EQ(events.size(), taps);
         // Not always without modifiers: the chord's may be down.
-        EXPECT_THAT(events, testing::Each(testing::Field(&KeyDownEvent::keyCode, aKey.keyCode)));
+        EXPECT_THAT(events, testing::Each(testing::Field(&KeyEvent::keyCode, aKey.keyCode)));
     }
 }
 
@@ -160,9 +177,9 @@ TEST_F(X11GlobalKeysTest, LayoutsMayChangeWhileItRuns)
         tapChord(m_keyboard, {key::leftSuper, key::leftAlt, key::digit1});
         for (const xcb_keycode_t letter : {key::a, key::q, key::period})
             tap(m_keyboard, letter);
-        EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{49, command | shift},
-                                        KeyDownEvent{18, command | option}, aKey, KeyDownEvent{12},
-                                        KeyDownEvent{47}));
+        EXPECT_THAT(seen(),
+                    ElementsAre(KeyEvent{49, command | shift}, KeyEvent{18, command | option}, aKey,
+                                KeyEvent{12}, KeyEvent{47}));
     }
 }
 
@@ -170,7 +187,7 @@ TEST_F(X11GlobalKeysTest, KeysMayGetOtherKeyCodesWhileItRuns)
 {
     constexpr xcb_keycode_t evdevUp = 111;
     constexpr xcb_keycode_t xfree86Up = 98;
-    constexpr KeyDownEvent up{126};
+    constexpr KeyEvent up{126};
     tap(m_keyboard, evdevUp);
     EXPECT_THAT(seen(), ElementsAre(up));
     runOrThrow("setxkbmap -keycodes xfree86");
@@ -186,22 +203,22 @@ TEST_F(X11GlobalKeysTest, ModifiersAreWhatTheKeymapSaysTheyAre)
     runOrThrow("setxkbmap -option altwin:swap_alt_win");
     tapChord(m_keyboard, {key::leftAlt, key::a});
     tapChord(m_keyboard, {key::leftSuper, key::a});
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{0, command}, KeyDownEvent{0, option}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{0, command}, KeyEvent{0, option}));
 
     runOrThrow("setxkbmap -option && setxkbmap -option caps:ctrl_modifier");
     tapChord(m_keyboard, {key::capsLock, key::a});
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{0, control}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{0, control}));
 
     runOrThrow("setxkbmap -option && xmodmap -e 'clear mod4' -e 'add mod3 = Super_L Super_R'");
     tapChord(m_keyboard, {key::leftSuper, key::a});
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{0, command}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{0, command}));
 }
 
 TEST_F(X11GlobalKeysTest, AltGrIsNoModifierOfShortcuts)
 {
     runOrThrow("setxkbmap de");
     tapChord(m_keyboard, {key::rightAlt, key::q});
-    EXPECT_THAT(seen(), ElementsAre(KeyDownEvent{12}));
+    EXPECT_THAT(seen(), ElementsAre(KeyEvent{12}));
 }
 
 TEST_F(X11GlobalKeysTest, HandlersMayEndAndAddMonitors)
@@ -209,7 +226,7 @@ TEST_F(X11GlobalKeysTest, HandlersMayEndAndAddMonitors)
     int calls = 0;
     std::unique_ptr<KeyEventMonitoring::Monitor> replaced;
     std::function<void()> replace = [&] {
-        replaced = m_monitoring.addGlobalMonitor([&](const KeyDownEvent &) {
+        replaced = m_monitoring.addGlobalMonitor(KeyEvent::keyDown, [&](const KeyEvent &) {
             ++calls;
             replace();
         });
@@ -223,7 +240,7 @@ TEST_F(X11GlobalKeysTest, HandlersMayEndAndAddMonitors)
 
 TEST_F(X11GlobalKeysTest, AMonitorThatHasEndedSeesNothing)
 {
-    std::vector<KeyDownEvent> others;
+    std::vector<KeyEvent> others;
     auto other = monitor(others);
     tap(m_keyboard, key::a);
     EXPECT_THAT(seen(), ElementsAre(aKey));

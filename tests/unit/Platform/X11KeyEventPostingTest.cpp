@@ -64,15 +64,15 @@ TEST_F(X11KeyEventPostingTest, ItsPressesAreAnnounced)
 {
     const xcb_timestamp_t now = serverTime(m_connection);
     ASSERT_TRUE(m_posting.postCommandV());
-    EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, leftShift, now));
-    EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, insert, now));
+    EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, {true, leftShift}, now));
+    EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, {true, insert}, now));
 }
 
 TEST_F(X11KeyEventPostingTest, ThePressesThatFollowAreNotItsOwn)
 {
     ASSERT_TRUE(m_posting.postCommandV());
     const xcb_timestamp_t now = serverTime(m_connection);
-    EXPECT_FALSE(m_postedKeys.take(PostedKeys::ofOwnWindows, leftShift, now + 1));
+    EXPECT_FALSE(m_postedKeys.take(PostedKeys::ofOwnWindows, {true, leftShift}, now + 1));
 }
 
 TEST_F(X11KeyEventPostingTest, CapsLockAndNumLockStayOnAndDoNotDisturb)

@@ -33,7 +33,10 @@ protected:
 
     X11KeyRecording::Report report()
     {
-        return [this](const KeyDownEvent &) { ++m_reports; };
+        return [this](const KeyEvent &event) {
+            if (event.type == KeyEvent::keyDown)
+                ++m_reports;
+        };
     }
     QByteArray name() const { return m_server.displayName(); }
 

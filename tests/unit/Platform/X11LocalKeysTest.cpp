@@ -28,8 +28,10 @@ using testing::Not;
 constexpr quint32 shift = HotkeyShortcut::shift;
 constexpr quint32 command = HotkeyShortcut::command;
 
-constexpr KeyDownEvent aKey{0};
-constexpr KeyDownEvent qKey{12};
+constexpr KeyEvent aKey{0};
+constexpr KeyEvent qKey{12};
+constexpr KeyEvent altF4{118, HotkeyShortcut::option};
+constexpr KeyEvent flags{.type = KeyEvent::flagsChanged};
 
 /// A window of our own, which remembers what Qt gave it.
 class OwnWindow final : public QWindow
@@ -42,8 +44,14 @@ public:
     }
 
     QList<int> keys; ///< Qt::Key of each press
+    int closeRequests = 0;
 
 protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        ++closeRequests;
+        event->ignore();
+    }
     void keyPressEvent(QKeyEvent *event) override { keys.append(event->key()); }
 };
 
@@ -75,7 +83,7 @@ protected:
     void waitForF12()
     {
         constexpr quint32 f12 = 111;
-        const auto isF12 = [](const KeyDownEvent &event) { return event.keyCode == f12; };
+        const auto isF12 = [](const KeyEvent &event) { return event.keyCode == f12; };
         tap(m_keyboard, key::f12);
         EXPECT_TRUE(waitUntil([&] {
             return std::any_of(m_local.begin(), m_local.end(), isF12) ||
@@ -83,6 +91,33 @@ protected:
         }));
         std::erase_if(m_local, isF12);
         std::erase_if(m_global, isF12);
+    }
+
+    void observeFlags()
+    {
+        m_flagMonitors.push_back(
+            m_monitoring.addLocalMonitor(KeyEvent::flagsChanged, [this](const KeyEvent &event) {
+                m_local.push_back(event);
+                return false;
+            }));
+        m_flagMonitors.push_back(m_monitoring.addGlobalMonitor(
+            KeyEvent::flagsChanged, [this](const KeyEvent &event) { m_global.push_back(event); }));
+    }
+
+    /// Alt+F4 is the window manager's: it asks the window to close. When the keyboard that is used
+    /// is another one than before, it takes a while until that works.
+    void waitForWindowManager()
+    {
+        std::size_t taps = 0;
+        EXPECT_TRUE(waitUntil([&] {
+            tapChord(m_keyboard, {key::leftAlt, key::f4});
+            ++taps;
+            return m_window.closeRequests > 0;
+        }));
+        EXPECT_TRUE(waitUntil([&] { return m_global.size() + m_local.size() == taps; }));
+        m_global.clear();
+        m_local.clear();
+        m_window.keys.clear();
     }
 
     int m_argc = 3;
@@ -97,16 +132,17 @@ protected:
     X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
     OwnWindow m_window;
 
-    std::vector<KeyDownEvent> m_local;
-    std::vector<KeyDownEvent> m_global;
+    std::vector<KeyEvent> m_local;
+    std::vector<KeyEvent> m_global;
     quint32 m_consumed = 9999; ///< the key code that the local monitor keeps from the window
     std::unique_ptr<KeyEventMonitoring::Monitor> m_localMonitor =
-        m_monitoring.addLocalMonitor([this](const KeyDownEvent &event) {
+        m_monitoring.addLocalMonitor(KeyEvent::keyDown, [this](const KeyEvent &event) {
             m_local.push_back(event);
             return event.keyCode == m_consumed;
         });
     std::unique_ptr<KeyEventMonitoring::Monitor> m_globalMonitor = m_monitoring.addGlobalMonitor(
-        [this](const KeyDownEvent &event) { m_global.push_back(event); });
+        KeyEvent::keyDown, [this](const KeyEvent &event) { m_global.push_back(event); });
+    std::vector<std::unique_ptr<KeyEventMonitoring::Monitor>> m_flagMonitors;
 };
 
 TEST_F(X11LocalKeysTest, AKeyOfOurWindowIsReportedThereOnlyAndTheWindowGetsIt)
@@ -114,7 +150,7 @@ TEST_F(X11LocalKeysTest, AKeyOfOurWindowIsReportedThereOnlyAndTheWindowGetsIt)
     tap(m_keyboard, key::a);
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
     waitForF12();
-    EXPECT_THAT(m_local, ElementsAre(aKey, KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(m_local, ElementsAre(aKey, KeyEvent{49, command | shift}));
     EXPECT_THAT(m_global, IsEmpty());
     EXPECT_THAT(m_window.keys, Contains(Qt::Key_A));
     EXPECT_THAT(m_window.keys, Contains(Qt::Key_Space));
@@ -136,7 +172,7 @@ TEST_F(X11LocalKeysTest, AWithheldShortcutIsReportedOnceAndTheWindowDoesNotGetIt
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
     EXPECT_TRUE(waitUntil([this] { return !m_global.empty(); }));
     waitForF12();
-    EXPECT_THAT(m_global, ElementsAre(KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(m_global, ElementsAre(KeyEvent{49, command | shift}));
     EXPECT_THAT(m_local, IsEmpty());
     EXPECT_THAT(m_window.keys, Not(Contains(Qt::Key_Space)));
 }
@@ -199,13 +235,86 @@ TEST_F(X11LocalKeysTest, APopoverBesideTheWindowManagerGetsItsKeys)
     EXPECT_THAT(m_global, IsEmpty());
 }
 
+TEST_F(X11LocalKeysTest, ModifiersThatGoDownAndUpAreReportedInOrderToThoseWhoAsk)
+{
+    observeFlags();
+    tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    tap(m_keyboard, key::capsLock);
+    waitForF12();
+    EXPECT_THAT(m_local, ElementsAre(flags, flags, KeyEvent{49, command | shift}, flags, flags,
+                                     flags, flags));
+    EXPECT_THAT(m_global, IsEmpty());
+    EXPECT_THAT(m_window.keys, Contains(Qt::Key_Shift));
+}
+
+TEST_F(X11LocalKeysTest, ModifiersOfOtherProgramsAreReportedTheirWay)
+{
+    observeFlags();
+    {
+        const OtherProgram other;
+        tapChord(m_keyboard, {key::leftShift, key::a});
+        waitForF12();
+    }
+    EXPECT_THAT(m_global, ElementsAre(flags, KeyEvent{0, shift}, flags));
+    EXPECT_THAT(m_local, IsEmpty());
+}
+
+TEST_F(X11LocalKeysTest, AConsumedModifierDoesNotReachTheWindow)
+{
+    const auto consuming =
+        m_monitoring.addLocalMonitor(KeyEvent::flagsChanged, [](const KeyEvent &) { return true; });
+    tapChord(m_keyboard, {key::leftShift, key::a});
+    waitForF12();
+    EXPECT_THAT(m_window.keys, ElementsAre(Qt::Key_A, Qt::Key_F12));
+}
+
+TEST_F(X11LocalKeysTest, TheModifiersOfOurOwnChordAreNotReported)
+{
+    observeFlags();
+    X11KeyEventPosting posting(m_postedKeys);
+    ASSERT_TRUE(posting.postCommandV());
+    waitForF12();
+    EXPECT_THAT(m_window.keys, Contains(Qt::Key_Shift));
+    EXPECT_THAT(m_local, IsEmpty());
+    EXPECT_THAT(m_global, IsEmpty());
+}
+
+TEST_F(X11LocalKeysTest, AShortcutOfTheWindowManagerIsSeenAlthoughOurWindowHasTheFocus)
+{
+    waitForWindowManager();
+    tapChord(m_keyboard, {key::leftAlt, key::f4});
+    EXPECT_TRUE(waitUntil([&] { return !m_global.empty(); }));
+    waitForF12();
+    EXPECT_THAT(m_global, ElementsAre(altF4));
+    EXPECT_THAT(m_local, IsEmpty());
+    EXPECT_THAT(m_window.keys, Not(Contains(Qt::Key_F4)));
+}
+
+TEST_F(X11LocalKeysTest, AGrabOfOurWindowKeepsShortcutsFromTheWindowManager)
+{
+    waitForWindowManager();
+    ASSERT_TRUE(waitUntil([&] { return m_window.setKeyboardGrabEnabled(true); }));
+    m_window.closeRequests = 0;
+    tapChord(m_keyboard, {key::leftAlt, key::f4});
+    EXPECT_TRUE(waitUntil([&] { return !m_local.empty(); }));
+    m_window.setKeyboardGrabEnabled(false);
+    const OtherProgram other;
+    EXPECT_TRUE(waitUntil([&] {
+        tap(m_keyboard, key::a);
+        return !m_global.empty();
+    }));
+    EXPECT_EQ(m_local.front(), altF4);
+    EXPECT_THAT(m_global, Each(aKey));
+    EXPECT_EQ(m_window.closeRequests, 0);
+}
+
 TEST_F(X11LocalKeysTest, CapsLockAndNumLockMakeNoDifference)
 {
     tap(m_keyboard, key::capsLock);
     tap(m_keyboard, key::numLock);
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
     waitForF12();
-    EXPECT_THAT(m_local, ElementsAre(KeyDownEvent{49, command | shift}));
+    EXPECT_THAT(m_local, ElementsAre(KeyEvent{49, command | shift}));
 }
 
 TEST_F(X11LocalKeysTest, AHeldKeyRepeatsUntilItIsReleased)
@@ -215,7 +324,7 @@ TEST_F(X11LocalKeysTest, AHeldKeyRepeatsUntilItIsReleased)
     m_keyboard.release(key::a);
     waitForF12();
     EXPECT_EQ(m_local.front(), aKey);
-    EXPECT_THAT(std::vector(m_local.begin() + 1, m_local.end()), Each(KeyDownEvent{0, 0, true}));
+    EXPECT_THAT(std::vector(m_local.begin() + 1, m_local.end()), Each(KeyEvent{0, 0, true}));
     m_local.clear();
     tap(m_keyboard, key::a);
     waitForF12();
@@ -233,7 +342,7 @@ TEST_F(X11LocalKeysTest, OurOwnChordIsNotReportedAndTheSameChordOfTheUserIs)
     EXPECT_THAT(m_window.keys, Contains(Qt::Key_Insert));
     tapChord(m_keyboard, {key::leftShift, key::insert});
     waitForF12();
-    EXPECT_THAT(m_local, ElementsAre(KeyDownEvent{114, shift}));
+    EXPECT_THAT(m_local, ElementsAre(KeyEvent{114, shift}));
 }
 
 TEST_F(X11LocalKeysTest, AChordThatAnotherProgramGotDoesNotHideTheUsersOne)
@@ -247,7 +356,7 @@ TEST_F(X11LocalKeysTest, AChordThatAnotherProgramGotDoesNotHideTheUsersOne)
     takeFocus(m_window);
     tapChord(m_keyboard, {key::leftShift, key::insert});
     waitForF12();
-    EXPECT_THAT(m_local, ElementsAre(KeyDownEvent{114, shift}));
+    EXPECT_THAT(m_local, ElementsAre(KeyEvent{114, shift}));
     EXPECT_THAT(m_global, IsEmpty());
 }
 
@@ -260,7 +369,7 @@ TEST_F(X11LocalKeysTest, LayoutsMayChangeWhileItRuns)
         for (const xcb_keycode_t letter : {key::a, key::q, key::period})
             tap(m_keyboard, letter);
         waitForF12();
-        EXPECT_THAT(m_local, ElementsAre(aKey, qKey, KeyDownEvent{47}));
+        EXPECT_THAT(m_local, ElementsAre(aKey, qKey, KeyEvent{47}));
     }
 }
 
@@ -271,7 +380,7 @@ TEST_F(X11LocalKeysTest, KeysMayGetOtherKeyCodesWhileItRuns)
     runOrThrow("setxkbmap -keycodes xfree86");
     tap(m_keyboard, xfree86Up);
     waitForF12();
-    EXPECT_THAT(m_local, ElementsAre(KeyDownEvent{126}));
+    EXPECT_THAT(m_local, ElementsAre(KeyEvent{126}));
 }
 
 TEST_F(X11LocalKeysTest, AMonitorThatHasEndedSeesNothing)

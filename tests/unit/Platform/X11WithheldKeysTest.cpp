@@ -15,9 +15,9 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr KeyDownEvent mainPress{49, HotkeyShortcut::command | HotkeyShortcut::shift};
-constexpr KeyDownEvent slotPress{18, HotkeyShortcut::command | HotkeyShortcut::option};
-constexpr KeyDownEvent aPress{0};
+constexpr KeyEvent mainPress{49, HotkeyShortcut::command | HotkeyShortcut::shift};
+constexpr KeyEvent slotPress{18, HotkeyShortcut::command | HotkeyShortcut::option};
+constexpr KeyEvent aPress{0};
 const HotkeyShortcut mainShortcut = HotkeyShortcut::defaultMain();
 const HotkeyShortcut slotShortcut = *HotkeyShortcut::defaultHotbarNumber(1);
 
@@ -44,10 +44,10 @@ protected:
         return typed;
     }
     /// The presses that were reported since the last call, other than those of typed().
-    std::vector<KeyDownEvent> reported()
+    std::vector<KeyEvent> reported()
     {
-        std::vector<KeyDownEvent> events = seen();
-        std::erase_if(events, [](const KeyDownEvent &event) { return event.keyCode == 12; });
+        std::vector<KeyEvent> events = seen();
+        std::erase_if(events, [](const KeyEvent &event) { return event.keyCode == 12; });
         return events;
     }
 

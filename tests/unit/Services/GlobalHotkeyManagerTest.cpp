@@ -16,7 +16,7 @@ constexpr quint32 shift = HotkeyShortcut::shift;
 constexpr quint32 option = HotkeyShortcut::option;
 constexpr quint32 control = HotkeyShortcut::control;
 
-constexpr KeyDownEvent commandShiftSpace{space, command | shift};
+constexpr KeyEvent commandShiftSpace{space, command | shift};
 
 class GlobalHotkeyManagerTest : public testing::Test
 {

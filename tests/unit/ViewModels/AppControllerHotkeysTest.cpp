@@ -11,11 +11,14 @@ const HotkeyShortcut commandF{3, HotkeyShortcut::command};
 class BrokenKeyMonitoring final : public KeyEventMonitoring
 {
 public:
-    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler) override
+    std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types, GlobalHandler) override
     {
         throw PlatformError(u"No keyboard."_s);
     }
-    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler) override { return nullptr; }
+    std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types, LocalHandler) override
+    {
+        return nullptr;
+    }
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &) override { return nullptr; }
 };
 

@@ -17,15 +17,16 @@ namespace kestrova {
 class KeyMonitoringTest : public testing::Test
 {
 protected:
-    std::unique_ptr<KeyEventMonitoring::Monitor> monitor(std::vector<KeyDownEvent> &seen)
+    std::unique_ptr<KeyEventMonitoring::Monitor> monitor(std::vector<KeyEvent> &seen,
+                                                         KeyEvent::Types types = KeyEvent::keyDown)
     {
         return m_monitoring.addGlobalMonitor(
-            [&seen](const KeyDownEvent &event) { seen.push_back(event); });
+            types, [&seen](const KeyEvent &event) { seen.push_back(event); });
     }
 
     /// Everything reported since the last call. Keys are reported in order, so a last one tells
     /// that there is no more.
-    std::vector<KeyDownEvent> seen()
+    std::vector<KeyEvent> seen()
     {
         constexpr quint32 f12 = 111;
         tap(m_keyboard, key::f12);
@@ -44,7 +45,7 @@ protected:
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
     X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
-    std::vector<KeyDownEvent> m_seen;
+    std::vector<KeyEvent> m_seen;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor = monitor(m_seen);
 };
 

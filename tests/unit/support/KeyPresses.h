@@ -18,6 +18,7 @@ constexpr xcb_keycode_t leftShift = 50;
 constexpr xcb_keycode_t leftAlt = 64;
 constexpr xcb_keycode_t space = 65;
 constexpr xcb_keycode_t capsLock = 66;
+constexpr xcb_keycode_t f4 = 70;
 constexpr xcb_keycode_t numLock = 77;
 constexpr xcb_keycode_t f12 = 96;
 constexpr xcb_keycode_t rightControl = 105;
@@ -43,8 +44,10 @@ inline void tapChord(VirtualKeyboard &keyboard, const std::vector<xcb_keycode_t>
         keyboard.release(*key);
 }
 
-inline std::ostream &operator<<(std::ostream &stream, const KeyDownEvent &event)
+inline std::ostream &operator<<(std::ostream &stream, const KeyEvent &event)
 {
+    if (event.type == KeyEvent::flagsChanged)
+        return stream << "flags";
     return stream << "key " << event.keyCode << " modifiers " << event.modifiers
                   << (event.isRepeat ? " repeat" : "");
 }

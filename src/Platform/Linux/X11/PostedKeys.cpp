@@ -12,11 +12,11 @@ bool isLater(quint32 time, quint32 than)
 
 } // namespace
 
-void PostedKeys::announce(const std::vector<quint8> &keyCodes)
+void PostedKeys::announce(const std::vector<Event> &events)
 {
     const std::lock_guard lock(m_mutex);
-    for (std::vector<quint8> &expected : m_expected)
-        expected.assign(keyCodes.rbegin(), keyCodes.rend());
+    for (std::vector<Event> &expected : m_expected)
+        expected.assign(events.rbegin(), events.rend());
     m_end.reset();
 }
 
@@ -26,11 +26,11 @@ void PostedKeys::finish(quint32 time)
     m_end = time;
 }
 
-bool PostedKeys::take(Observer observer, quint8 keyCode, quint32 time)
+bool PostedKeys::take(Observer observer, const Event &event, quint32 time)
 {
     const std::lock_guard lock(m_mutex);
-    std::vector<quint8> &expected = m_expected[observer];
-    if (expected.empty() || expected.back() != keyCode || (m_end && isLater(time, *m_end)))
+    std::vector<Event> &expected = m_expected[observer];
+    if (expected.empty() || expected.back() != event || (m_end && isLater(time, *m_end)))
         return false;
     expected.pop_back();
     return true;

@@ -9,26 +9,32 @@
 
 namespace kestrova {
 
-/// The key presses that we synthesise, so that the observers of keys can tell them from the user's:
-/// both look alike, and come some time later. Times are the X server's. Any thread.
+/// The keys that we synthesise, so that the observers of keys can tell them from the user's: both
+/// look alike, and come some time later. Times are the X server's. Any thread.
 class PostedKeys
 {
 public:
-    /// Each sees every press once at the most, and not always: another window may get it.
+    /// Each sees every event once at the most, and not always: another window may get it.
     enum Observer { ofAllWindows, ofOwnWindows };
+    struct Event
+    {
+        bool isPress;
+        quint8 keyCode; ///< of X
 
-    /// Called before the presses are sent; X key codes in the order of sending. Whatever an
-    /// earlier call announced is forgotten.
-    void announce(const std::vector<quint8> &keyCodes);
-    /// Called when the server has processed them: presses from then on are not ours.
+        bool operator==(const Event &) const = default;
+    };
+
+    /// Called before the events are sent, in the order of sending. Whatever an earlier call
+    /// announced is forgotten.
+    void announce(const std::vector<Event> &events);
+    /// Called when the server has processed them: events from then on are not ours.
     void finish(quint32 time);
-    /// Called for each key press that the observer sees: true, once, when it is the next
-    /// announced one.
-    bool take(Observer observer, quint8 keyCode, quint32 time);
+    /// Called for each event that the observer sees: true, once, when it is the next announced one.
+    bool take(Observer observer, const Event &event, quint32 time);
 
 private:
     std::mutex m_mutex;
-    std::array<std::vector<quint8>, 2> m_expected; // for each observer; the next one last
+    std::array<std::vector<Event>, 2> m_expected; // for each observer; the next one last
     std::optional<quint32> m_end;
 };
 

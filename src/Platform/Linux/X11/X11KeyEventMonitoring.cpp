@@ -14,15 +14,15 @@ X11KeyEventMonitoring::X11KeyEventMonitoring(X11Connection &connection, PostedKe
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
-X11KeyEventMonitoring::addGlobalMonitor(GlobalHandler handler)
+X11KeyEventMonitoring::addGlobalMonitor(KeyEvent::Types types, GlobalHandler handler)
 {
-    return record() ? m_global.addObserver(std::move(handler)) : nullptr;
+    return record() ? m_global.addObserver(types, std::move(handler)) : nullptr;
 }
 
 bool X11KeyEventMonitoring::record()
 {
     if (!m_recording || !m_recording->isOpen()) {
-        const auto post = [this](const KeyDownEvent &event) {
+        const auto post = [this](const KeyEvent &event) {
             QMetaObject::invokeMethod(
                 &m_mainThread, [this, event] { report(event); }, Qt::QueuedConnection);
         };
@@ -38,12 +38,12 @@ X11KeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
-X11KeyEventMonitoring::addLocalMonitor(LocalHandler handler)
+X11KeyEventMonitoring::addLocalMonitor(KeyEvent::Types types, LocalHandler handler)
 {
-    return m_local.add(std::move(handler));
+    return m_local.add(types, std::move(handler));
 }
 
-void X11KeyEventMonitoring::report(const KeyDownEvent &event)
+void X11KeyEventMonitoring::report(const KeyEvent &event)
 {
     // Not as soon as the last monitor ends: replacing the bindings ends one and adds the next.
     if (m_global.count() == 0)

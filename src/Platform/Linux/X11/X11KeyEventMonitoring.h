@@ -23,19 +23,20 @@ public:
                           const QByteArray &displayName = {});
 
     /// Null without the RECORD extension.
-    std::unique_ptr<Monitor> addGlobalMonitor(GlobalHandler handler) override;
-    std::unique_ptr<Monitor> addLocalMonitor(LocalHandler handler) override;
+    std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
+                                              GlobalHandler handler) override;
+    std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
     /// Null without the RECORD extension, which alone would see such keys.
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
 
 private:
     bool record();
-    void report(const KeyDownEvent &event);
+    void report(const KeyEvent &event);
 
     PostedKeys &m_postedKeys;
     const QByteArray m_displayName;
-    KeyDownHandlers m_global;
-    KeyDownHandlers m_local;
+    KeyEventHandlers m_global;
+    KeyEventHandlers m_local;
     X11KeyFilter m_filter;
     QObject m_mainThread; // what the recording's thread posts to
     std::unique_ptr<X11KeyRecording> m_recording;

@@ -75,11 +75,14 @@ void X11KeyEventPosting::waitForModifiers(const X11Keyboard &keyboard)
 
 void X11KeyEventPosting::send(const std::vector<xcb_keycode_t> &keys)
 {
-    m_postedKeys.announce(keys);
+    std::vector<PostedKeys::Event> events;
     for (const xcb_keycode_t key : keys)
-        fake(XCB_KEY_PRESS, key);
+        events.push_back({true, key});
     for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-        fake(XCB_KEY_RELEASE, *key);
+        events.push_back({false, *key});
+    m_postedKeys.announce(events);
+    for (const auto &[isPress, key] : events)
+        fake(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key);
 }
 
 void X11KeyEventPosting::fake(uint8_t type, xcb_keycode_t key)

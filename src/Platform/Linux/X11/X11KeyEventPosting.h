@@ -26,8 +26,8 @@ public:
     /// How often to look meanwhile.
     static constexpr std::chrono::milliseconds modifierPollInterval{10};
 
-    /// Without an X server, postCommandV() is false. An empty name means $DISPLAY. The presses of
-    /// the chord are announced in postedKeys, which outlives this.
+    /// Without an X server, postCommandV() is false. An empty name means $DISPLAY. The chord
+    /// is announced in postedKeys, which outlives this.
     explicit X11KeyEventPosting(PostedKeys &postedKeys, const QByteArray &displayName = {});
 
     /// False without the XTEST extension, and when no key of the present layout can form one of

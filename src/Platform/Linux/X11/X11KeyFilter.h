@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/KeyDownHandlers.h"
+#include "Platform/KeyEventHandlers.h"
 #include "Platform/Linux/X11/PostedKeys.h"
 #include "Platform/Linux/X11/X11KeyTranslation.h"
 
@@ -10,24 +10,26 @@
 
 namespace kestrova {
 
-/// Reports the key-downs that Qt receives for our own windows, before Qt handles them. Installs
+/// Reports the key events that Qt receives for our own windows, before Qt handles them. Installs
 /// itself in the QCoreApplication. Main thread.
 class X11KeyFilter final : public QAbstractNativeEventFilter
 {
 public:
     /// The connection is to the display that Qt shows its windows on. All three outlive this.
     X11KeyFilter(X11Connection &connection, PostedKeys &postedKeys,
-                 const KeyDownHandlers &handlers);
+                 const KeyEventHandlers &handlers);
 
     /// True when a handler has taken the key.
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
-    bool takeKeyPress(const xcb_key_press_event_t &press);
+    bool takePress(const xcb_key_press_event_t &press);
+    bool takeRelease(const xcb_key_release_event_t &release);
+    X11KeyTranslation &translation();
 
     X11Connection &m_connection;
     PostedKeys &m_postedKeys;
-    const KeyDownHandlers &m_handlers;
+    const KeyEventHandlers &m_handlers;
     std::optional<X11KeyTranslation> m_translation; // read when it is needed
     xcb_key_release_event_t m_lastRelease = {};
 };

@@ -22,15 +22,16 @@ std::optional<RecordedKey> keyOf(const uint8_t *bytes, bool isDelivered)
 {
     xcb_key_press_event_t event;
     std::memcpy(&event, bytes, sizeof event);
-    RecordedKey key{RecordedKey::pressed, event.detail, event.state, event.time, XCB_WINDOW_NONE};
-    if (event.response_type == XCB_KEY_RELEASE) {
-        key.kind = RecordedKey::released;
-    } else if (event.response_type != XCB_KEY_PRESS) {
+    if (event.response_type != XCB_KEY_PRESS && event.response_type != XCB_KEY_RELEASE)
         return std::nullopt;
-    } else if (isDelivered) {
-        key.kind = RecordedKey::delivered;
+    RecordedKey key{event.response_type == XCB_KEY_PRESS,
+                    isDelivered,
+                    event.detail,
+                    event.state,
+                    event.time,
+                    XCB_WINDOW_NONE};
+    if (isDelivered)
         key.window = event.event;
-    }
     return key;
 }
 
@@ -65,7 +66,7 @@ bool X11KeyRecord::enable(X11Connection &control)
     selectRawKeyPresses(control);
     xcb_record_range_t range = {};
     range.device_events = {XCB_KEY_PRESS, XCB_KEY_RELEASE};
-    range.delivered_events = {XCB_KEY_PRESS, XCB_KEY_PRESS};
+    range.delivered_events = {XCB_KEY_PRESS, XCB_KEY_RELEASE};
     const xcb_record_client_spec_t clients = XCB_RECORD_CS_ALL_CLIENTS;
     const xcb_record_context_t context = xcb_generate_id(control.xcb());
     // The other connection may use it once the answer to this is there.

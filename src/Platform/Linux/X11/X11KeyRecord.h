@@ -11,27 +11,22 @@ namespace kestrova {
 /// What the RECORD extension says about a key.
 struct RecordedKey
 {
-    enum Kind {
-        pressed,  ///< by the keyboard, or repeated
-        released, ///< by the keyboard
-        delivered ///< a press that a client has got
-    };
-
-    Kind kind;
+    bool isPress;     ///< or a repeat
+    bool isDelivered; ///< a client has got it; otherwise it comes from the keyboard
     xcb_keycode_t key;
     uint16_t state; ///< modifiers and locks before the event
     xcb_timestamp_t time;
-    xcb_window_t window; ///< that was told; only of a delivered press
+    xcb_window_t window; ///< that was told, when it was delivered
 
-    bool isDeliveryOf(const RecordedKey &press) const
+    bool isDeliveryOf(const RecordedKey &other) const
     {
-        return kind == delivered && key == press.key && time == press.time;
+        return isDelivered && isPress == other.isPress && key == other.key && time == other.time;
     }
 };
 
 /// The keys of the whole display, as the RECORD extension sees them: before any client and even
 /// under a grab. It takes them from nobody. What it delivers comes in the order in which the server
-/// has handled it, a delivered press right after its press.
+/// has handled it, a delivery right after what was delivered.
 class X11KeyRecord
 {
 public:

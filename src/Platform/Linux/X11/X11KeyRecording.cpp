@@ -112,24 +112,25 @@ bool X11KeyRecording::takeEvents()
 void X11KeyRecording::handle(std::size_t index)
 {
     const RecordedKey &key = m_keys[index];
-    if (key.kind == RecordedKey::released) {
-        m_down.reset(key.key);
-        if (m_heldKey == key.key)
-            m_heldKey.reset();
-    } else if (key.kind == RecordedKey::pressed) {
-        const bool isRepeat = m_down.test(key.key);
-        m_down.set(key.key);
-        if (!m_postedKeys.take(PostedKeys::ofAllWindows, key.key, key.time))
-            handlePress(index, isRepeat);
-    }
-}
-
-void X11KeyRecording::handlePress(std::size_t index, bool isRepeat)
-{
-    const RecordedKey &key = m_keys[index];
-    auto event = m_translation->keyDown(key.key, key.state);
+    if (key.isDelivered)
+        return;
+    const bool isRepeat = key.isPress && m_down.test(key.key);
+    m_down.set(key.key, key.isPress);
+    if (!key.isPress && m_heldKey == key.key)
+        m_heldKey.reset();
+    if (m_postedKeys.take(PostedKeys::ofAllWindows, {key.isPress, key.key}, key.time))
+        return;
+    auto event =
+        key.isPress ? m_translation->pressed(key.key, key.state) : m_translation->released(key.key);
     if (!event)
         return;
+    event->isRepeat = isRepeat;
+    attribute(index, *event);
+}
+
+void X11KeyRecording::attribute(std::size_t index, const KeyEvent &event)
+{
+    const RecordedKey &key = m_keys[index];
     // Which window has the focus would not tell: grabs send keys elsewhere, and it is known only
     // some time later.
     bool isReceived = false;
@@ -140,10 +141,10 @@ void X11KeyRecording::handlePress(std::size_t index, bool isRepeat)
         isReceived = true;
         isOurs = isOurs || isOwn(m_keys[i].window);
     }
-    m_heldKey = isReceived ? std::nullopt : std::optional(key.key);
-    event->isRepeat = isRepeat;
+    if (event.type == KeyEvent::keyDown)
+        m_heldKey = isReceived ? std::nullopt : std::optional(key.key);
     if (!isOurs)
-        m_report(*event);
+        m_report(event);
 }
 
 bool X11KeyRecording::isOwn(xcb_window_t window)

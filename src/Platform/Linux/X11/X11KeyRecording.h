@@ -12,12 +12,12 @@
 
 namespace kestrova {
 
-/// A thread that reports the key-downs that no window of this process gets, while they also go
+/// A thread that reports the key events that no window of this process gets, while they also go
 /// where they would go without it. It sleeps while no key is down. It ends with the X server.
 class X11KeyRecording
 {
 public:
-    using Report = std::function<void(const KeyDownEvent &)>;
+    using Report = std::function<void(const KeyEvent &)>;
 
     /// While a key is down that no client receives: how often the server is asked something. It
     /// would hold the key's repeats back until it has an answer to write.
@@ -41,7 +41,7 @@ private:
     void synchronize();
     bool takeEvents();
     void handle(std::size_t index);
-    void handlePress(std::size_t index, bool isRepeat);
+    void attribute(std::size_t index, const KeyEvent &event);
     bool isOwn(xcb_window_t window);
     void askForHeldKey();
 

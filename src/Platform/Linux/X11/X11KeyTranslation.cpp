@@ -61,27 +61,35 @@ X11KeyTranslation::X11KeyTranslation(X11Connection &connection)
         return;
     ModifierMasks masks;
     for (xkb_keycode_t key = 0; key < m_virtualKeyCodes.size(); ++key) {
-        bool isModifierKey = false;
         const xkb_layout_index_t layouts = xkb_keymap_num_layouts_for_key(keymap.get(), key);
         for (xkb_layout_index_t layout = 0; layout < layouts; ++layout) {
             const Press pressed = press(keymap.get(), key, layout);
-            isModifierKey = isModifierKey || pressed.changesState;
+            m_modifierKeys[key] = m_modifierKeys[key] || pressed.changesState;
             const xkb_keysym_t *symbols = nullptr;
             if (xkb_keymap_key_get_syms_by_level(keymap.get(), key, layout, 0, &symbols) == 1)
                 masks.add(symbols[0], pressed.modifiers);
         }
-        if (!isModifierKey)
+        if (!m_modifierKeys[key])
             m_virtualKeyCodes[key] = virtualKeyCode(xkb_keymap_key_get_name(keymap.get(), key));
     }
     m_commandMask = masks.command();
     m_optionMask = masks.option();
 }
 
-std::optional<KeyDownEvent> X11KeyTranslation::keyDown(xcb_keycode_t key, uint16_t state) const
+std::optional<KeyEvent> X11KeyTranslation::released(xcb_keycode_t key) const
 {
+    if (!m_modifierKeys[key])
+        return std::nullopt;
+    return KeyEvent{.type = KeyEvent::flagsChanged};
+}
+
+std::optional<KeyEvent> X11KeyTranslation::pressed(xcb_keycode_t key, uint16_t state) const
+{
+    if (m_modifierKeys[key])
+        return KeyEvent{.type = KeyEvent::flagsChanged};
     if (!m_virtualKeyCodes[key])
         return std::nullopt;
-    KeyDownEvent event{*m_virtualKeyCodes[key]};
+    KeyEvent event{*m_virtualKeyCodes[key]};
     const auto translate = [&](int mask, HotkeyShortcut::Modifier modifier) {
         if (state & mask)
             event.modifiers |= modifier;

@@ -5,6 +5,7 @@
 #include "Platform/Linux/X11/X11Connection.h"
 
 #include <array>
+#include <bitset>
 #include <compare>
 #include <optional>
 #include <vector>
@@ -28,15 +29,18 @@ public:
     /// Reads the keymap, which takes a few round trips. Without XKB it translates no key.
     explicit X11KeyTranslation(X11Connection &connection);
 
-    /// The state is that of a key event, locks included. None for a modifier key and for a key
-    /// that has no virtual key code.
-    std::optional<KeyDownEvent> keyDown(xcb_keycode_t key, uint16_t state) const;
-    /// The key events that keyDown() puts into this shortcut: one for each state of the locks.
+    /// A press. The state is that of the key event, locks included. None for a key that is no
+    /// modifier and has no virtual key code.
+    std::optional<KeyEvent> pressed(xcb_keycode_t key, uint16_t state) const;
+    /// None for a key that is no modifier.
+    std::optional<KeyEvent> released(xcb_keycode_t key) const;
+    /// The presses that pressed() puts into this shortcut: one for each state of the locks.
     std::vector<X11KeyCombination> combinations(const HotkeyShortcut &shortcut) const;
 
 private:
     uint16_t modifierMask(const HotkeyShortcut &shortcut) const;
 
+    std::bitset<256> m_modifierKeys; // and lock keys
     std::array<std::optional<quint32>, 256> m_virtualKeyCodes;
     uint16_t m_commandMask = 0;
     uint16_t m_optionMask = 0;

@@ -1,4 +1,4 @@
-#include "Platform/KeyDownHandlers.h"
+#include "Platform/KeyEventHandlers.h"
 
 #include <algorithm>
 
@@ -8,40 +8,44 @@ namespace {
 
 struct HandlerMonitor final : KeyEventMonitoring::Monitor
 {
-    explicit HandlerMonitor(std::shared_ptr<const KeyDownHandlers::Handler> owned)
+    explicit HandlerMonitor(std::shared_ptr<const KeyEventHandlers::Handler> owned)
         : handler(std::move(owned))
     {
     }
 
-    const std::shared_ptr<const KeyDownHandlers::Handler> handler;
+    const std::shared_ptr<const KeyEventHandlers::Handler> handler;
 };
 
 } // namespace
 
-std::unique_ptr<KeyEventMonitoring::Monitor> KeyDownHandlers::add(Handler handler)
+std::unique_ptr<KeyEventMonitoring::Monitor> KeyEventHandlers::add(KeyEvent::Types types,
+                                                                   Handler handler)
 {
     std::erase_if(m_handlers, [](const auto &known) { return known.expired(); });
-    auto shared = std::make_shared<const Handler>(std::move(handler));
+    auto shared = std::make_shared<const Handler>(
+        [types, handler = std::move(handler)](const KeyEvent &event) {
+            return types.testFlag(event.type) && handler(event);
+        });
     m_handlers.push_back(shared);
     return std::make_unique<HandlerMonitor>(std::move(shared));
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
-KeyDownHandlers::addObserver(KeyEventMonitoring::GlobalHandler handler)
+KeyEventHandlers::addObserver(KeyEvent::Types types, KeyEventMonitoring::GlobalHandler handler)
 {
-    return add([handler = std::move(handler)](const KeyDownEvent &event) {
+    return add(types, [handler = std::move(handler)](const KeyEvent &event) {
         handler(event);
         return false;
     });
 }
 
-int KeyDownHandlers::count() const
+int KeyEventHandlers::count() const
 {
     return int(std::count_if(m_handlers.begin(), m_handlers.end(),
                              [](const auto &known) { return !known.expired(); }));
 }
 
-bool KeyDownHandlers::call(const KeyDownEvent &event) const
+bool KeyEventHandlers::call(const KeyEvent &event) const
 {
     const auto handlers = m_handlers; // a handler may add others, or end this object
     for (const auto &known : handlers) {
