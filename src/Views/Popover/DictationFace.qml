@@ -1,0 +1,103 @@
+import QtQuick
+import QtQuick.Layouts
+import Kestrova.Primitives
+import Kestrova.Popover
+
+// Shown once a dictation has all that it needs.
+ColumnLayout {
+    id: face
+
+    required property PopoverModel model
+
+    spacing: 12
+
+    RowLayout {
+        spacing: 8
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 0
+
+            StyledText {
+                Layout.fillWidth: true
+                text: "Kestrova"
+                style: Theme.largeTitle
+                Accessible.role: Accessible.Heading
+            }
+            StyledText {
+                Layout.fillWidth: true
+                text: "Local Voice Dictation"
+                style: Theme.caption
+                color: Theme.secondary
+            }
+        }
+        StatusPill {
+            text: face.model.statusText
+            tone: face.model.statusTone
+            icon: face.model.statusIcon
+        }
+    }
+    SurfaceCard {
+        Layout.fillWidth: true
+
+        ColumnLayout {
+            width: parent.width
+            spacing: 8
+
+            MetricRow {
+                Layout.fillWidth: true
+                label: "Words Processed"
+                value: face.model.wordsProcessed
+                monospaced: true
+            }
+            MetricRow {
+                Layout.fillWidth: true
+                label: "Shortcut"
+                value: face.model.shortcut
+                valueColor: Theme.secondary
+            }
+        }
+    }
+    SurfaceCard {
+        Layout.fillWidth: true
+        visible: face.model.lacksPermission
+        tone: SurfaceCardTone.Warning
+
+        RowLayout {
+            width: parent.width
+            spacing: 8
+
+            Symbol {
+                name: "exclamationmark.triangle.fill"
+                size: 16
+                color: Theme.orange
+            }
+            StyledText {
+                Layout.fillWidth: true
+                text: "Grant microphone and accessibility permissions for reliable auto-paste."
+                style: Theme.caption
+                color: Theme.secondary
+                wrapMode: Text.Wrap
+            }
+            PushButton {
+                small: true
+                text: "Fix"
+                onClicked: face.model.openSettings()
+            }
+        }
+    }
+    PrimaryButton {
+        Layout.alignment: Qt.AlignHCenter
+        model: face.model
+    }
+    TranscriptCard {
+        Layout.fillWidth: true
+        visible: face.model.lastTranscript.length > 0
+        transcript: face.model.lastTranscript
+    }
+    DangerCard {
+        Layout.fillWidth: true
+        text: face.model.lastError
+        onCopyRequested: face.model.copyError()
+    }
+}

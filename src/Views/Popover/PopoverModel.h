@@ -1,0 +1,109 @@
+#pragma once
+
+#include "ViewModels/AppController.h"
+#include "Views/Popover/SetupStep.h"
+#include "Views/Primitives/Tones.h"
+
+namespace kestrova {
+
+/// What the menu bar popover shows and does. Main thread.
+class PopoverModel final : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program.")
+
+    /// The setup face, in place of the dictation face.
+    Q_PROPERTY(bool showsSetupExperience READ showsSetupExperience NOTIFY changed)
+    /// The face's last error; empty when there is none.
+    Q_PROPERTY(QString lastError READ lastError NOTIFY changed)
+
+    // Setup face
+    Q_PROPERTY(kestrova::SetupStep modelStep READ modelStep NOTIFY changed)
+    Q_PROPERTY(kestrova::SetupStep toolStep READ toolStep NOTIFY changed)
+    Q_PROPERTY(kestrova::SetupStep microphoneStep READ microphoneStep NOTIFY changed)
+    Q_PROPERTY(kestrova::SetupStep accessibilityStep READ accessibilityStep NOTIFY changed)
+    Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY changed)
+    Q_PROPERTY(QString modelButtonTitle READ modelButtonTitle NOTIFY changed)
+    /// As ModelDownloadStatus tells it; the amount is empty while nothing is downloaded.
+    Q_PROPERTY(QString downloadAmount READ downloadAmount NOTIFY changed)
+    Q_PROPERTY(QString downloadPercentage READ downloadPercentage NOTIFY changed)
+    Q_PROPERTY(double downloadFraction READ downloadFraction NOTIFY changed)
+
+    // Dictation face
+    Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
+    /// A StatusPillTone.
+    Q_PROPERTY(int statusTone READ statusTone NOTIFY changed)
+    Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY changed)
+    Q_PROPERTY(QString wordsProcessed READ wordsProcessed NOTIFY changed)
+    Q_PROPERTY(QString shortcut READ shortcut NOTIFY changed)
+    Q_PROPERTY(bool lacksPermission READ lacksPermission NOTIFY changed)
+    Q_PROPERTY(QString primaryButtonTitle READ primaryButtonTitle NOTIFY changed)
+    Q_PROPERTY(QString primaryButtonIcon READ primaryButtonIcon NOTIFY changed)
+    Q_PROPERTY(bool primaryButtonDisabled READ primaryButtonDisabled NOTIFY changed)
+    Q_PROPERTY(PrimaryButtonLook primaryButtonLook READ primaryButtonLook NOTIFY changed)
+    Q_PROPERTY(QString lastTranscript READ lastTranscript NOTIFY changed)
+
+public:
+    /// Which colours the primary button has.
+    enum PrimaryButtonLook { DisabledLook, RecordingLook, ProcessingLook, IdleLook };
+    Q_ENUM(PrimaryButtonLook)
+
+    /// The controller outlives this.
+    explicit PopoverModel(AppController &controller, QObject *parent = nullptr);
+
+    bool showsSetupExperience() const;
+    QString lastError() const;
+
+    SetupStep modelStep() const;
+    SetupStep toolStep() const;
+    SetupStep microphoneStep() const;
+    SetupStep accessibilityStep() const;
+    bool isPreparingModel() const;
+    QString modelButtonTitle() const;
+    QString downloadAmount() const;
+    QString downloadPercentage() const;
+    double downloadFraction() const;
+
+    QString statusText() const;
+    StatusPillTone::Value statusTone() const;
+    QString statusIcon() const;
+    QString wordsProcessed() const;
+    QString shortcut() const;
+    bool lacksPermission() const;
+    QString primaryButtonTitle() const;
+    QString primaryButtonIcon() const;
+    bool primaryButtonDisabled() const;
+    PrimaryButtonLook primaryButtonLook() const;
+    QString lastTranscript() const;
+
+public Q_SLOTS:
+    /// Downloads the model anew.
+    void downloadModel();
+    void installWhisperCpp();
+    void grantMicrophone();
+    void grantAccessibility();
+    /// Starts, ends or cancels a dictation. Before a start it asks for the popover to be dismissed,
+    /// so that the dictation goes to the application behind it.
+    void handlePrimaryAction();
+    void copyError();
+    void refresh();
+    void openDashboard();
+    void openSettings();
+
+Q_SIGNALS:
+    /// Of any property.
+    void changed();
+    void dismissRequested();
+    /// "dashboard" or "settings". The popover's dismissal is asked for afterwards.
+    void openWindowRequested(const QString &identifier);
+    void quitRequested();
+
+private:
+    void openWindow(const QString &identifier);
+
+    AppController &m_controller;
+    const AppState &m_state;
+};
+
+} // namespace kestrova

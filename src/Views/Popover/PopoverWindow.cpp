@@ -1,0 +1,84 @@
+#include "Views/Popover/PopoverWindow.h"
+
+#include <QScreen>
+#include <QtMath>
+
+namespace kestrova {
+
+PopoverWindow::PopoverWindow(QWindow *parent) : QQuickWindow(parent)
+{
+    connect(this, &PopoverWindow::layoutChanged, this, &PopoverWindow::place);
+    connect(this, &QWindow::activeChanged, this, [this] {
+        if (!isOrdinary() && isVisible() && !isActive())
+            Q_EMIT focusLost();
+    });
+}
+
+void PopoverWindow::openAt(const PopoverPlacement &placement)
+{
+    setPlacement(placement);
+    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    present();
+}
+
+void PopoverWindow::openOrdinary()
+{
+    setPlacement(std::nullopt);
+    setFlags(Qt::Window);
+    present();
+}
+
+void PopoverWindow::dismiss()
+{
+    if (isOrdinary())
+        showMinimized();
+    else
+        hide();
+}
+
+bool PopoverWindow::event(QEvent *event)
+{
+    if (event->type() == QEvent::Close && isOrdinary()) {
+        // There is no tray item that could open it again.
+        event->ignore();
+        showMinimized();
+        return true;
+    }
+    return QQuickWindow::event(event);
+}
+
+void PopoverWindow::setPlacement(const std::optional<PopoverPlacement> &placement)
+{
+    const bool wasOrdinary = isOrdinary();
+    m_placement = placement;
+    if (isOrdinary() != wasOrdinary)
+        Q_EMIT isOrdinaryChanged();
+}
+
+void PopoverWindow::place()
+{
+    const int tallest =
+        m_placement ? m_placement->maximumHeight()
+                    : int(screen()->availableSize().height() * PopoverPlacement::largestShare);
+    const QSize popover(popoverWidth, qMin(qCeil(m_fullHeight), tallest));
+    const QSize all = popover.grownBy({m_margin, m_margin, m_margin, m_margin});
+    setMinimumSize(all);
+    setMaximumSize(all);
+    if (m_placement)
+        setGeometry(QRect(m_placement->position(popover) - QPoint(m_margin, m_margin), all));
+    else
+        resize(all);
+}
+
+void PopoverWindow::present()
+{
+    place();
+    if (windowStates() & Qt::WindowMinimized)
+        showNormal();
+    else
+        show();
+    raise();
+    requestActivate();
+}
+
+} // namespace kestrova

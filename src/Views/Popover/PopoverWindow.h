@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Views/Popover/PopoverPlacement.h"
+
+#include <QQuickWindow>
+
+namespace kestrova {
+
+/// The window of the popover. Beside the tray item it has no frame, and is as high as its content
+/// would like as far as there is room; on a desktop without a tray it is an ordinary window. Main
+/// thread.
+class PopoverWindow : public QQuickWindow
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// The height at which all of the content can be seen.
+    Q_PROPERTY(qreal fullHeight MEMBER m_fullHeight NOTIFY layoutChanged)
+    /// Around the popover, within the window: room for a shadow.
+    Q_PROPERTY(int margin MEMBER m_margin NOTIFY layoutChanged)
+    Q_PROPERTY(bool isTranslucent MEMBER m_isTranslucent NOTIFY layoutChanged)
+    Q_PROPERTY(bool isOrdinary READ isOrdinary NOTIFY isOrdinaryChanged)
+
+public:
+    static constexpr int popoverWidth = 360;
+
+    explicit PopoverWindow(QWindow *parent = nullptr);
+
+    bool isOrdinary() const { return !m_placement.has_value(); }
+
+    /// Shows it with the keyboard, and keeps it in its place while its content changes.
+    void openAt(const PopoverPlacement &placement);
+    /// Shows it as an ordinary window.
+    void openOrdinary();
+    /// Hides it, which gives the keyboard back; an ordinary one is minimised.
+    void dismiss();
+
+Q_SIGNALS:
+    void layoutChanged();
+    void isOrdinaryChanged();
+    /// The user has turned to another window. An ordinary one does not tell.
+    void focusLost();
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void setPlacement(const std::optional<PopoverPlacement> &placement);
+    void place();
+    void present();
+
+    std::optional<PopoverPlacement> m_placement;
+    qreal m_fullHeight = 0;
+    int m_margin = 0;
+    bool m_isTranslucent = false;
+};
+
+} // namespace kestrova

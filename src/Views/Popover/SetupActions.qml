@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Layouts
+import Kestrova.Primitives
+import Kestrova.Popover
+
+// The ways to get what is missing.
+ColumnLayout {
+    id: actions
+
+    required property PopoverModel model
+
+    spacing: 8
+
+    PushButton {
+        Layout.fillWidth: true
+        prominent: true
+        symbol: "square.and.arrow.down"
+        text: actions.model.modelButtonTitle
+        busy: actions.model.isPreparingModel
+        enabled: !actions.model.isPreparingModel
+        onClicked: actions.model.downloadModel()
+    }
+    ProgressRow {
+        Layout.fillWidth: true
+        Layout.leftMargin: 2
+        Layout.rightMargin: 2
+        visible: actions.model.downloadAmount.length > 0
+        label: actions.model.modelButtonTitle
+        amount: actions.model.downloadAmount
+        percentage: actions.model.downloadPercentage
+        fraction: actions.model.downloadFraction
+    }
+    PushButton {
+        visible: !actions.model.toolStep.isComplete
+        text: "Install whisper.cpp via Homebrew"
+        onClicked: actions.model.installWhisperCpp()
+    }
+    Flow {
+        Layout.fillWidth: true
+        spacing: 8
+        visible: actions.model.lacksPermission
+
+        PushButton {
+            visible: !actions.model.microphoneStep.isComplete
+            text: "Grant Microphone"
+            onClicked: actions.model.grantMicrophone()
+        }
+        PushButton {
+            visible: !actions.model.accessibilityStep.isComplete
+            text: "Grant Accessibility"
+            onClicked: actions.model.grantAccessibility()
+        }
+    }
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+#include <qqmlregistration.h>
+
+namespace kestrova {
+
+/// One line of the list of what a dictation needs.
+struct SetupStep
+{
+    Q_GADGET
+    QML_VALUE_TYPE(setupStep)
+    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(QString detail MEMBER detail CONSTANT)
+    Q_PROPERTY(bool isComplete MEMBER isComplete CONSTANT)
+
+public:
+    QString title;
+    QString detail;
+    bool isComplete = false;
+
+    bool operator==(const SetupStep &) const = default;
+};
+
+} // namespace kestrova

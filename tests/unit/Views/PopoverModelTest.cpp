@@ -1,0 +1,307 @@
+#include "Views/Popover/PopoverModel.h"
+
+#include "ViewModels/ControllerTest.h"
+
+namespace kestrova {
+namespace {
+
+class PopoverModelTest : public ControllerTest
+{
+protected:
+    PopoverModelTest()
+    {
+        QObject::connect(&*model, &PopoverModel::dismissRequested,
+                         [this] { calls.append(u"dismiss in "_s + model->statusText()); });
+        QObject::connect(&*model, &PopoverModel::changed, [this] { ++announcements; });
+        QObject::connect(&*model, &PopoverModel::openWindowRequested,
+                         [this](const QString &window) { calls.append(u"open "_s + window); });
+    }
+    ~PopoverModelTest() override { model.reset(); }
+
+    void revokePermissions(bool microphone, bool accessibility)
+    {
+        if (microphone)
+            fake.access.setMicrophoneState(MicrophoneAuthorizationState::denied);
+        if (accessibility)
+            fake.access.setAccessibilityTrusted(false);
+        model->refresh();
+    }
+    void hideTool()
+    {
+        isToolHidden = true;
+        model->refresh();
+    }
+    void loseModel()
+    {
+        removeModel();
+        model->refresh();
+    }
+
+    std::optional<PopoverModel> model{std::in_place, *controller};
+    QStringList calls;
+    int announcements = 0;
+};
+
+TEST_F(PopoverModelTest, WithModelAndToolTheDictationFaceIsShown)
+{
+    EXPECT_FALSE(model->showsSetupExperience());
+}
+
+TEST_F(PopoverModelTest, EachStepIsCompleteOnItsOwn)
+{
+    EXPECT_EQ(model->modelStep(), (SetupStep{u"Model"_s, u"ggml-base.bin ready"_s, true}));
+    EXPECT_EQ(model->toolStep(), (SetupStep{u"Whisper CLI"_s, u"Found at "_s + toolPath(), true}));
+    EXPECT_EQ(model->microphoneStep(), (SetupStep{u"Microphone"_s, u"Permission granted"_s, true}));
+    EXPECT_EQ(model->accessibilityStep(),
+              (SetupStep{u"Accessibility"_s, u"Permission granted"_s, true}));
+
+    loseModel();
+    EXPECT_EQ(model->modelStep(), (SetupStep{u"Model"_s, u"Download ggml-base.bin"_s, false}));
+    hideTool();
+    EXPECT_EQ(
+        model->toolStep(),
+        (SetupStep{u"Whisper CLI"_s, u"Install whisper.cpp and configure whisper-cli"_s, false}));
+    revokePermissions(true, false);
+    EXPECT_EQ(model->microphoneStep(),
+              (SetupStep{u"Microphone"_s, u"Permission required"_s, false}));
+    EXPECT_TRUE(model->accessibilityStep().isComplete);
+    revokePermissions(false, true);
+    EXPECT_EQ(model->accessibilityStep(),
+              (SetupStep{u"Accessibility"_s, u"Permission needed for auto paste"_s, false}));
+}
+
+TEST_F(PopoverModelTest, AMissingToolShowsTheSetupFaceAndIsOfferedForInstallation)
+{
+    hideTool();
+    EXPECT_TRUE(model->showsSetupExperience());
+    EXPECT_TRUE(model->modelStep().isComplete);
+    model->installWhisperCpp();
+    EXPECT_EQ(fake.terminal.commands(), QStringList{u"brew install whisper-cpp"_s});
+}
+
+TEST_F(PopoverModelTest, AMissingModelShowsTheSetupFaceAsLongAsItIsMissing)
+{
+    loseModel();
+    EXPECT_TRUE(model->showsSetupExperience());
+    putModel();
+    announcements = 0;
+    model->refresh();
+    EXPECT_FALSE(model->showsSetupExperience());
+    EXPECT_GT(announcements, 0);
+}
+
+TEST_F(PopoverModelTest, PermissionsDoNotDecideTheFace)
+{
+    revokePermissions(true, true);
+    EXPECT_FALSE(model->showsSetupExperience());
+    EXPECT_TRUE(model->lacksPermission());
+}
+
+TEST_F(PopoverModelTest, EitherMissingPermissionWarns)
+{
+    EXPECT_FALSE(model->lacksPermission());
+    revokePermissions(false, true);
+    EXPECT_TRUE(model->lacksPermission());
+    fake.access.setAccessibilityTrusted(true);
+    revokePermissions(true, false);
+    EXPECT_TRUE(model->lacksPermission());
+}
+
+TEST_F(PopoverModelTest, TheGrantsAskTheSystem)
+{
+    revokePermissions(true, true);
+    model->grantAccessibility();
+    EXPECT_EQ(fake.access.accessibilityPromptCount(), 1);
+    fake.access.setMicrophoneState(MicrophoneAuthorizationState::authorized);
+    fake.access.setAccessibilityTrusted(true);
+    model->grantMicrophone();
+    settle();
+    EXPECT_FALSE(model->lacksPermission());
+}
+
+TEST_F(PopoverModelTest, ADownloadIsBusyUntilItHasFailedAndCanThenBeTriedAgain)
+{
+    EXPECT_EQ(model->modelButtonTitle(), u"Download ggml-base.bin"_s);
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        model->downloadModel();
+        EXPECT_TRUE(model->isPreparingModel());
+        EXPECT_EQ(model->modelButtonTitle(), u"Downloading model..."_s);
+        settle();
+        EXPECT_FALSE(model->isPreparingModel());
+        EXPECT_EQ(model->modelButtonTitle(), u"Download ggml-base.bin"_s);
+        EXPECT_NE(model->lastError(), QString());
+    }
+}
+
+TEST_F(PopoverModelTest, ADownloadTellsHowFarItIs)
+{
+    state().modelDownload.set(DownloadProgress{62'312'345, 147'951'465});
+    EXPECT_EQ(model->downloadAmount(), u"62 MB of 148 MB"_s);
+    EXPECT_EQ(model->downloadPercentage(), u"42%"_s);
+    EXPECT_NEAR(model->downloadFraction(), 0.42, 0.01);
+    state().modelDownload.set(std::nullopt);
+    EXPECT_EQ(model->downloadAmount(), QString());
+}
+
+TEST_F(PopoverModelTest, TheStatusFollowsTheDictation)
+{
+    EXPECT_EQ(model->statusText(), u"Ready"_s);
+    toggle();
+    EXPECT_EQ(model->statusText(), u"Recording..."_s);
+    EXPECT_EQ(model->statusTone(), StatusPillTone::Recording);
+    EXPECT_EQ(model->statusIcon(), u"waveform"_s);
+}
+
+TEST_F(PopoverModelTest, ADictationAddsItsWordsAndItsTranscript)
+{
+    EXPECT_EQ(model->wordsProcessed(), u"0"_s);
+    EXPECT_EQ(model->lastTranscript(), QString());
+    toggle();
+    toggle();
+    EXPECT_EQ(model->wordsProcessed(), u"2"_s);
+    EXPECT_EQ(model->lastTranscript(), u"Hello world"_s);
+}
+
+TEST_F(PopoverModelTest, TheShortcutIsThatOfTheSettings)
+{
+    EXPECT_EQ(model->shortcut(), u"⌘⇧Space"_s);
+    controller->setGlobalShortcut({.keyCode = 0, .modifiers = HotkeyShortcut::control});
+    EXPECT_EQ(model->shortcut(), u"⌃A"_s);
+}
+
+TEST_F(PopoverModelTest, ThePrimaryButtonFollowsTheState)
+{
+    const auto button = [this] {
+        return QStringList{model->primaryButtonTitle(), model->primaryButtonIcon()};
+    };
+    const QStringList start{u"Start Recording"_s, u"record.circle"_s};
+    EXPECT_EQ(button(), start);
+    EXPECT_EQ(model->primaryButtonLook(), PopoverModel::IdleLook);
+    state().state.set(DictationState::recording());
+    EXPECT_EQ(button(), QStringList({u"Stop & Insert"_s, u"stop.fill"_s}));
+    EXPECT_EQ(model->primaryButtonLook(), PopoverModel::RecordingLook);
+    state().state.set(DictationState::processing());
+    EXPECT_EQ(button(), QStringList({u"Cancel"_s, u"xmark"_s}));
+    EXPECT_EQ(model->primaryButtonLook(), PopoverModel::ProcessingLook);
+    state().state.set(DictationState::error(u"It failed."_s));
+    EXPECT_EQ(button(), start);
+    EXPECT_EQ(model->primaryButtonLook(), PopoverModel::IdleLook);
+}
+
+TEST_F(PopoverModelTest, WhatADictationNeedsEnablesThePrimaryButton)
+{
+    EXPECT_FALSE(model->primaryButtonDisabled());
+    loseModel();
+    EXPECT_TRUE(model->primaryButtonDisabled());
+    EXPECT_EQ(model->primaryButtonLook(), PopoverModel::DisabledLook);
+    putModel();
+    hideTool();
+    EXPECT_TRUE(model->primaryButtonDisabled());
+    isToolHidden = false;
+    revokePermissions(true, false);
+    EXPECT_TRUE(model->primaryButtonDisabled());
+    fake.access.setMicrophoneState(MicrophoneAuthorizationState::authorized);
+    revokePermissions(false, true);
+    EXPECT_TRUE(model->primaryButtonDisabled());
+    fake.access.setAccessibilityTrusted(true);
+    model->refresh();
+    EXPECT_FALSE(model->primaryButtonDisabled());
+}
+
+TEST_F(PopoverModelTest, ADictationUnderWayCanAlwaysBeEnded)
+{
+    revokePermissions(true, true);
+    hideTool();
+    for (const DictationState &underWay :
+         {DictationState::recording(), DictationState::processing()}) {
+        state().state.set(underWay);
+        EXPECT_FALSE(model->primaryButtonDisabled());
+        EXPECT_NE(model->primaryButtonLook(), PopoverModel::DisabledLook);
+    }
+    state().state.set(DictationState::error(u"It failed."_s));
+    EXPECT_TRUE(model->primaryButtonDisabled());
+}
+
+TEST_F(PopoverModelTest, StartingDismissesThePopoverFirst)
+{
+    model->handlePrimaryAction();
+    settle();
+    EXPECT_EQ(calls, QStringList{u"dismiss in Ready"_s});
+    EXPECT_EQ(model->statusText(), u"Recording..."_s);
+}
+
+TEST_F(PopoverModelTest, StoppingLeavesThePopoverOpen)
+{
+    toggle();
+    model->handlePrimaryAction();
+    settle();
+    EXPECT_EQ(calls, QStringList());
+    EXPECT_EQ(model->lastTranscript(), u"Hello world"_s);
+}
+
+TEST_F(PopoverModelTest, CancellingLeavesThePopoverOpen)
+{
+    toggleIntoProcessing();
+    ASSERT_EQ(model->statusText(), u"AI Processing..."_s);
+    model->handlePrimaryAction();
+    settle();
+    EXPECT_EQ(calls, QStringList());
+    EXPECT_EQ(model->statusText(), u"Ready"_s);
+    EXPECT_EQ(model->lastTranscript(), QString());
+}
+
+TEST_F(PopoverModelTest, StartingAfterAnErrorLeavesThePopoverOpen)
+{
+    state().state.set(DictationState::error(u"It failed."_s));
+    model->handlePrimaryAction();
+    settle();
+    EXPECT_EQ(calls, QStringList());
+    EXPECT_EQ(model->statusText(), u"Recording..."_s);
+}
+
+TEST_F(PopoverModelTest, AnErrorIsShownUntilItIsCleared)
+{
+    EXPECT_EQ(model->lastError(), QString());
+    state().lastError.set(u""_s);
+    EXPECT_EQ(model->lastError(), QString());
+    state().lastError.set(u"The tool failed."_s);
+    EXPECT_EQ(model->lastError(), u"The tool failed."_s);
+    model->copyError();
+    EXPECT_EQ(fake.pasteboard.string(), u"The tool failed."_s);
+    state().clearErrorIfNeeded();
+    EXPECT_EQ(model->lastError(), QString());
+}
+
+TEST_F(PopoverModelTest, AWindowIsOpenedBeforeThePopoverGoes)
+{
+    model->openDashboard();
+    model->openSettings();
+    model->openSettings();
+    EXPECT_EQ(calls,
+              QStringList({u"open dashboard"_s, u"dismiss in Ready"_s, u"open settings"_s,
+                           u"dismiss in Ready"_s, u"open settings"_s, u"dismiss in Ready"_s}));
+}
+
+TEST_F(PopoverModelTest, EveryMemberThatItShowsIsAnnounced)
+{
+    const auto announces = [&](auto change) {
+        announcements = 0;
+        change();
+        return announcements > 0;
+    };
+    EXPECT_TRUE(announces([&] { state().state.set(DictationState::recording()); }));
+    EXPECT_TRUE(announces([&] { state().sessionWordCount.set(7); }));
+    EXPECT_TRUE(announces([&] { state().lastTranscript.set(u"Hello"_s); }));
+    EXPECT_TRUE(announces([&] { state().lastError.set(u"It failed."_s); }));
+    EXPECT_TRUE(announces([&] { state().isModelReady.set(false); }));
+    EXPECT_TRUE(announces([&] { state().isPreparingModel.set(true); }));
+    EXPECT_TRUE(announces([&] { state().modelDownload.set(DownloadProgress{1, 2}); }));
+    EXPECT_TRUE(announces([&] { state().isWhisperCLIReady.set(false); }));
+    EXPECT_TRUE(announces([&] { state().resolvedWhisperCLIPath.set(u"/bin/tool"_s); }));
+    EXPECT_TRUE(announces([&] { state().permissions.set({}); }));
+    EXPECT_TRUE(announces(
+        [&] { controller->updateSettings([](AppSettings &s) { s.theme = AppTheme::dark; }); }));
+}
+
+} // namespace
+} // namespace kestrova
