@@ -18,6 +18,7 @@ struct HotkeyShortcut
         option = 2048,
         control = 4096,
     };
+    static constexpr quint32 allModifiers = command | shift | option | control;
 
     quint32 keyCode = 0; ///< virtual key code of the macOS keyboard (by physical position)
     quint32 modifiers = 0;

@@ -6,13 +6,10 @@ namespace kestrova {
 
 namespace {
 
-constexpr quint32 comparedModifiers = HotkeyShortcut::command | HotkeyShortcut::shift |
-                                      HotkeyShortcut::option | HotkeyShortcut::control;
-
 bool matches(const HotkeyShortcut &shortcut, const KeyEvent &event)
 {
     const quint32 differing = shortcut.modifiers ^ event.modifiers;
-    return shortcut.keyCode == event.keyCode && (differing & comparedModifiers) == 0;
+    return shortcut.keyCode == event.keyCode && (differing & HotkeyShortcut::allModifiers) == 0;
 }
 
 QList<HotkeyShortcut> shortcutsOf(const QList<HotkeyBinding> &bindings)

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Models/HotkeyShortcut.h"
+#include "Platform/KeyEventMonitoring.h"
+#include "Views/Recorder/KeyboardGrab.h"
+
+#include <QQmlEngine>
+
+#include <memory>
+#include <optional>
+
+namespace kestrova {
+
+/// Turns the keys that the user presses into a shortcut, and tells what is still missing. Main
+/// thread.
+class ShortcutCapture final : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program.")
+
+    /// The captured shortcut, else "Waiting for input...".
+    Q_PROPERTY(QString displayText READ displayText NOTIFY capturedShortcutChanged)
+    Q_PROPERTY(bool isCaptured READ isCaptured NOTIFY capturedShortcutChanged)
+    /// What the user should do next.
+    Q_PROPERTY(QString message READ message NOTIFY messageChanged)
+
+public:
+    /// The monitoring outlives this.
+    explicit ShortcutCapture(KeyEventMonitoring &monitoring);
+
+    QString displayText() const;
+    bool isCaptured() const { return m_capturedShortcut.has_value(); }
+    const std::optional<HotkeyShortcut> &capturedShortcut() const { return m_capturedShortcut; }
+    QString message() const { return m_message; }
+    bool isCapturing() const { return m_localMonitor || m_globalMonitor; }
+
+    /// Captures anew, in place of what went on before. The window, if there is one, comes to the
+    /// front and gets all keys while it has the focus; its hiding cancels the capturing.
+    Q_INVOKABLE void start(QWindow *window);
+    Q_INVOKABLE void stop();
+    /// Only while a shortcut is captured.
+    Q_INVOKABLE void save();
+    Q_INVOKABLE void cancel();
+
+    /// An event of the keyboard; the monitors call it.
+    void handle(const KeyEvent &event);
+
+Q_SIGNALS:
+    void capturedShortcutChanged();
+    void messageChanged();
+    /// The owner stops the capturing.
+    void cancelled();
+    void saved(const kestrova::HotkeyShortcut &shortcut);
+
+private:
+    void takeKeys(QWindow &window);
+    void handleKeyDown(const KeyEvent &event);
+    void setCapturedShortcut(const std::optional<HotkeyShortcut> &shortcut);
+    void setMessage(const QString &message);
+
+    KeyEventMonitoring &m_monitoring;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_localMonitor;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_globalMonitor;
+    std::unique_ptr<KeyboardGrab> m_grab;
+    std::optional<HotkeyShortcut> m_capturedShortcut;
+    QString m_message;
+};
+
+} // namespace kestrova

@@ -1,0 +1,46 @@
+#include "Views/Recorder/ShortcutRecorder.h"
+
+namespace kestrova {
+
+ShortcutRecorder::ShortcutRecorder(AppController &controller, KeyEventMonitoring &monitoring)
+    : m_controller(controller), m_capture(monitoring)
+{
+    connect(&m_capture, &ShortcutCapture::cancelled, this, &ShortcutRecorder::close);
+    connect(&m_capture, &ShortcutCapture::saved, this, [this](const HotkeyShortcut &shortcut) {
+        m_save(shortcut);
+        close();
+    });
+    // Each change of the settings arms the shortcuts anew, also one in another window.
+    connect(
+        &controller.appState(), &AppState::settingsChanged, this,
+        [this] {
+            if (m_isOpen)
+                m_controller.unregisterHotkeys();
+        },
+        Qt::QueuedConnection);
+}
+
+ShortcutRecorder::~ShortcutRecorder()
+{
+    close();
+}
+
+void ShortcutRecorder::open(Save save)
+{
+    m_save = std::move(save);
+    m_controller.unregisterHotkeys();
+    m_isOpen = true;
+    Q_EMIT isOpenChanged();
+}
+
+void ShortcutRecorder::close()
+{
+    if (!m_isOpen)
+        return;
+    m_isOpen = false;
+    m_capture.stop();
+    m_controller.registerHotkeys();
+    Q_EMIT isOpenChanged();
+}
+
+} // namespace kestrova

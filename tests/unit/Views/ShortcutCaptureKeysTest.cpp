@@ -1,0 +1,178 @@
+#include "Views/Recorder/ShortcutCapture.h"
+
+#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+#include "support/KeyPresses.h"
+#include "support/OtherProgram.h"
+#include "support/WaitUntil.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A window with a recorder, which remembers what reached it all the same.
+class RecorderWindow final : public QWindow
+{
+public:
+    int keyPresses = 0;
+    int closeRequests = 0;
+
+protected:
+    void keyPressEvent(QKeyEvent *) override { ++keyPresses; }
+    void closeEvent(QCloseEvent *event) override
+    {
+        ++closeRequests;
+        event->ignore();
+    }
+};
+
+// Alt+F4 is the window manager's: it asks the window in front to close.
+class ShortcutCaptureKeysTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_window.resize(200, 100);
+        m_window.show();
+        EXPECT_TRUE(waitUntil([this] { return QGuiApplication::focusWindow() == &m_window; }));
+        waitForWindowManager();
+        m_window.closeRequests = 0;
+        m_window.keyPresses = 0;
+    }
+
+    /// When the keyboard that is used is another one than before, it takes a while until its
+    /// shortcuts work.
+    void waitForWindowManager()
+    {
+        std::size_t taps = 0;
+        std::size_t seen = 0;
+        const auto count = [&seen](const KeyEvent &) {
+            ++seen;
+            return false;
+        };
+        const auto global = m_monitoring.addGlobalMonitor(KeyEvent::keyDown, count);
+        const auto local = m_monitoring.addLocalMonitor(KeyEvent::keyDown, count);
+        EXPECT_TRUE(waitUntil([&] {
+            tapAltF4();
+            ++taps;
+            return m_window.closeRequests > 0;
+        }));
+        EXPECT_TRUE(waitUntil([&] { return seen == taps; }));
+    }
+
+    void tapAltF4() { tapChord(m_keyboard, {key::leftAlt, key::f4}); }
+    /// Whether the program cannot have the whole keyboard, because another one has it.
+    static bool isRefused(OtherProgram &program)
+    {
+        try {
+            program.grabKeyboard();
+        } catch (const std::runtime_error &) {
+            return true;
+        }
+        program.ungrabKeyboard();
+        return false;
+    }
+    bool captures(const QString &shortcut)
+    {
+        return waitUntil([&] { return m_capture.displayText() == shortcut; });
+    }
+
+    int m_argc = 3;
+    char m_name[5] = "test";
+    char m_option[10] = "-platform";
+    char m_platform[4] = "xcb";
+    char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
+    QGuiApplication m_application{m_argc, m_argv};
+    X11Connection m_connection;
+    VirtualKeyboard m_keyboard{m_connection.xcb()};
+    PostedKeys m_postedKeys;
+    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    RecorderWindow m_window;
+    ShortcutCapture m_capture{m_monitoring};
+};
+
+TEST_F(ShortcutCaptureKeysTest, AShortcutOfTheWindowManagerIsCapturedAndHasNoEffect)
+{
+    m_capture.start(&m_window);
+    tapAltF4();
+    EXPECT_TRUE(captures(u"⌥Key 118"_s));
+    tap(m_keyboard, key::a);
+    EXPECT_TRUE(captures(u"Waiting for input..."_s));
+    EXPECT_EQ(m_window.closeRequests, 0);
+    EXPECT_EQ(m_window.keyPresses, 0);
+}
+
+TEST_F(ShortcutCaptureKeysTest, OnceItIsStoppedTheWindowManagerHasItsShortcutsBack)
+{
+    m_capture.start(&m_window);
+    tapAltF4();
+    EXPECT_TRUE(captures(u"⌥Key 118"_s));
+    m_capture.stop();
+    QCoreApplication::processEvents();
+    tapAltF4();
+    EXPECT_TRUE(waitUntil([&] { return m_window.closeRequests == 1; }));
+}
+
+TEST_F(ShortcutCaptureKeysTest, WithoutTheFocusItTakesNoKeyFromOthers)
+{
+    m_capture.start(&m_window);
+    tapAltF4();
+    EXPECT_TRUE(captures(u"⌥Key 118"_s));
+    OtherProgram other;
+    EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == nullptr; }));
+    other.keys();
+    EXPECT_TRUE(waitUntil([&] {
+        tapChord(m_keyboard, {key::leftControl, key::a});
+        return other.keys().contains(u"press 38 4"_s);
+    }));
+    EXPECT_TRUE(captures(u"⌃A"_s));
+}
+
+TEST_F(ShortcutCaptureKeysTest, WhenTheFocusComesBackTheKeysDoToo)
+{
+    m_capture.start(&m_window);
+    {
+        const OtherProgram other;
+        EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == nullptr; }));
+    }
+    m_window.requestActivate();
+    EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == &m_window; }));
+    tapAltF4();
+    EXPECT_TRUE(captures(u"⌥Key 118"_s));
+    EXPECT_EQ(m_window.closeRequests, 0);
+}
+
+TEST_F(ShortcutCaptureKeysTest, ItWaitsForTheKeyboardWhileAnotherProgramHasGrabbedIt)
+{
+    OtherProgram menu;
+    m_window.requestActivate();
+    EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == &m_window; }));
+    menu.grabKeyboard();
+    m_capture.start(&m_window);
+    tapChord(m_keyboard, {key::leftControl, key::a});
+    EXPECT_TRUE(captures(u"⌃A"_s)); // which the menu got
+    menu.ungrabKeyboard();
+    EXPECT_TRUE(waitUntil([&] { return isRefused(menu); }));
+    tapAltF4();
+    EXPECT_TRUE(captures(u"⌥Key 118"_s));
+    EXPECT_EQ(m_window.closeRequests, 0);
+}
+
+TEST_F(ShortcutCaptureKeysTest, TheHidingOfTheWindowCancels)
+{
+    bool isCancelled = false;
+    QObject::connect(&m_capture, &ShortcutCapture::cancelled, &m_capture,
+                     [&] { isCancelled = true; });
+    m_capture.start(&m_window);
+    m_window.hide();
+    EXPECT_TRUE(isCancelled);
+}
+
+} // namespace
+} // namespace kestrova
