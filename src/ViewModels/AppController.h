@@ -42,6 +42,8 @@ public:
     ~AppController() override;
 
     AppState &appState() { return *m_appState; }
+    /// In which usage is counted.
+    const Calendar &calendar() const { return m_environment.calendar; }
 
     // Dictation
 

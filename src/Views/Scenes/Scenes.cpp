@@ -1,12 +1,18 @@
 #include "Views/Scenes/Scenes.h"
 
+#include "Views/Dashboard/DashboardModel.h"
+
 #include <algorithm>
 
 namespace kestrova {
 
+using namespace Qt::StringLiterals;
+
 Scenes::Scenes(AppController &controller, Platform &platform)
     : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults)
 {
+    add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
+         [&controller] { return std::make_unique<DashboardModel>(controller); }});
 }
 
 bool Scenes::open(const QString &identifier)

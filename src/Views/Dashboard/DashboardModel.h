@@ -1,0 +1,124 @@
+#pragma once
+
+#include "Views/Dashboard/DashboardRows.h"
+#include "Views/Dashboard/HeatmapChart.h"
+#include "Views/Dashboard/TrendChart.h"
+#include "Views/DictationStatus.h"
+
+#include <QStringList>
+#include <QVariantList>
+#include <qqmlregistration.h>
+
+#include <optional>
+
+namespace kestrova {
+
+class AppController;
+class AppState;
+struct HotkeyShortcut;
+
+/// What the dashboard shows and does; made anew each time that the window opens, with the usage as
+/// it is then. Main thread.
+class DashboardModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(QString statusText READ statusText NOTIFY statusChanged)
+    Q_PROPERTY(int statusTone READ statusTone NOTIFY statusChanged)
+    Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY statusChanged)
+
+    Q_PROPERTY(QVariantList usageCards READ usageCards NOTIFY usageChanged)
+    Q_PROPERTY(QString averageWords READ averageWords NOTIFY usageChanged)
+    Q_PROPERTY(QVariantList topApplications READ topApplications NOTIFY usageChanged)
+    Q_PROPERTY(QVariantList slotUsage READ slotUsage NOTIFY slotUsageChanged)
+
+    Q_PROPERTY(QString hotbarExplanation READ hotbarExplanation CONSTANT)
+    Q_PROPERTY(int slotCount READ slotCount CONSTANT)
+    /// UsageCard, UsageRow and HotbarSlotRow are what these lists hold.
+    Q_PROPERTY(QVariantList hotbarSlots READ hotbarSlots NOTIFY hotbarSlotsChanged)
+    /// The slot whose shortcut is being recorded; 0 while none is.
+    Q_PROPERTY(int recordingSlotIndex READ recordingSlotIndex NOTIFY recordingSlotIndexChanged)
+
+    Q_PROPERTY(QList<QString> periodTitles READ periodTitles CONSTANT)
+    Q_PROPERTY(int period READ period NOTIFY periodChanged)
+    Q_PROPERTY(QList<QString> chartStyleTitles READ chartStyleTitles CONSTANT)
+    Q_PROPERTY(UsageChartStyle chartStyle READ chartStyle NOTIFY chartStyleChanged)
+    Q_PROPERTY(QString recordings READ recordings NOTIFY chartChanged)
+    Q_PROPERTY(QString words READ words NOTIFY chartChanged)
+    Q_PROPERTY(QString minutes READ minutes NOTIFY chartChanged)
+    Q_PROPERTY(kestrova::TrendChart trendChart READ trendChart NOTIFY chartChanged)
+    Q_PROPERTY(kestrova::HeatmapChart heatmapChart READ heatmapChart NOTIFY chartChanged)
+
+public:
+    enum UsageChartStyle { Heatmap, Bar, Line };
+    Q_ENUM(UsageChartStyle)
+
+    /// The controller outlives this.
+    explicit DashboardModel(AppController &controller);
+    /// Ends a recording of a shortcut that is under way.
+    ~DashboardModel() override;
+
+    QString statusText() const { return status().text; }
+    int statusTone() const { return status().tone; }
+    QString statusIcon() const { return status().icon; }
+
+    QVariantList usageCards() const;
+    QString averageWords() const;
+    QVariantList topApplications() const;
+    QVariantList slotUsage() const;
+
+    QString hotbarExplanation() const;
+    int slotCount() const;
+    QVariantList hotbarSlots() const;
+    Q_INVOKABLE void assignFrontmost(int slotIndex);
+    Q_INVOKABLE void resetShortcut(int slotIndex);
+    Q_INVOKABLE void clear(int slotIndex);
+
+    /// Disarms the shortcuts until the recording ends, so that none fires by what is recorded.
+    Q_INVOKABLE void recordShortcut(int slotIndex);
+    int recordingSlotIndex() const { return m_recordingSlotIndex; }
+    /// Each ends the recording; the first gives the slot its new shortcut.
+    void saveShortcut(const HotkeyShortcut &shortcut);
+    Q_INVOKABLE void cancelRecording();
+
+    QStringList periodTitles() const;
+    int period() const; ///< index among the titles
+    Q_INVOKABLE void setPeriod(int period);
+    QStringList chartStyleTitles() const;
+    UsageChartStyle chartStyle() const { return m_chartStyle; }
+    /// The heatmap takes the period to daily; every other period takes the heatmap to bars.
+    Q_INVOKABLE void setChartStyle(UsageChartStyle style);
+    /// Totals over what the trend chart shows.
+    QString recordings() const { return QString::number(m_totals.recordings); }
+    QString words() const { return QString::number(m_totals.words); }
+    QString minutes() const;
+    TrendChart trendChart() const { return m_trendChart; }
+    HeatmapChart heatmapChart() const;
+
+Q_SIGNALS:
+    void statusChanged();
+    void usageChanged();
+    void slotUsageChanged();
+    void hotbarSlotsChanged();
+    void recordingSlotIndexChanged();
+    void periodChanged();
+    void chartStyleChanged();
+    void chartChanged();
+
+private:
+    DictationStatus status() const;
+    void setRecordingSlotIndex(int slotIndex);
+    void followPeriod();
+    void followBuckets();
+
+    AppController &m_controller;
+    AppState &m_state;
+    int m_recordingSlotIndex = 0;
+    UsageChartStyle m_chartStyle = Bar;
+    UsageSummary m_totals;
+    TrendChart m_trendChart;
+    mutable std::optional<HeatmapChart> m_heatmapChart; ///< once it has been asked for
+};
+
+} // namespace kestrova

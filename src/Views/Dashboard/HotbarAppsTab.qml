@@ -1,0 +1,34 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Kestrova.Dashboard
+
+ColumnLayout {
+    id: tab
+
+    required property DashboardModel model
+
+    spacing: 8
+
+    TabHeader {
+        Layout.fillWidth: true
+        Layout.bottomMargin: 8
+        title: "Hotbar App Assignment"
+        subtitle: tab.model.hotbarExplanation
+    }
+    Repeater {
+        model: tab.model.slotCount
+
+        HotbarSlotCard {
+            required property int index
+
+            Layout.fillWidth: true
+            slot: tab.model.hotbarSlots[index]
+            onAssignRequested: tab.model.assignFrontmost(slot.slotIndex)
+            onRecordRequested: tab.model.recordShortcut(slot.slotIndex)
+            onResetRequested: tab.model.resetShortcut(slot.slotIndex)
+            onClearRequested: tab.model.clear(slot.slotIndex)
+        }
+    }
+}

@@ -1,0 +1,61 @@
+import QtQuick
+import QtQuick.Layouts
+import Kestrova.Primitives
+
+// A name and its count over a bar that compares it with the others.
+Column {
+    id: bar
+
+    // A UsageRow.
+    required property var row
+
+    spacing: 6
+    Accessible.role: Accessible.StaticText
+    Accessible.name: row.name + ", " + row.count
+
+    RowLayout {
+        width: parent.width
+        spacing: 8
+
+        StyledText {
+            id: name
+
+            Layout.fillWidth: true
+            text: bar.row.name
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+
+            HoverHandler {
+                id: hover
+            }
+            Tip {
+                text: bar.row.name
+                visible: hover.hovered && name.truncated
+            }
+        }
+        StyledText {
+            text: bar.row.count
+            color: Theme.secondary
+            Accessible.ignored: true
+        }
+    }
+    Rectangle {
+        width: parent.width
+        height: 4
+        radius: 2
+        color: Theme.fill(Theme.grey, 0.18)
+
+        Rectangle {
+            anchors.left: parent.left
+            width: bar.row.share > 0 ? Math.max(height, parent.width * bar.row.share) : 0
+            height: parent.height
+            radius: 2
+            color: Theme.accent
+
+            Behavior on width {
+                enabled: !Theme.reducedMotion
+                NumberAnimation { duration: Theme.chart; easing.type: Easing.OutCubic }
+            }
+        }
+    }
+}

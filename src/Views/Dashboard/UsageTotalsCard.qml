@@ -1,0 +1,45 @@
+import QtQuick
+import Kestrova.Primitives
+
+// The totals of one time range.
+SurfaceCard {
+    id: card
+
+    // A UsageCard.
+    required property var totals
+
+    padding: 14
+
+    Column {
+        width: parent.width
+        spacing: 4
+
+        StyledText {
+            text: card.totals.title
+            style: Theme.headline
+            Accessible.role: Accessible.Heading
+        }
+        StyledText {
+            width: parent.width
+            text: card.totals.recordings
+            style: Theme.metric
+            fontSizeMode: Text.HorizontalFit
+            Accessible.name: text + " recordings"
+        }
+        Flow {
+            width: parent.width
+            spacing: 10
+
+            StyledText {
+                text: card.totals.words
+                style: Theme.caption
+                color: Theme.secondary
+            }
+            StyledText {
+                text: card.totals.minutes
+                style: Theme.caption
+                color: Theme.secondary
+            }
+        }
+    }
+}
