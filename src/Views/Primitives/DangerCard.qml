@@ -9,25 +9,40 @@ SurfaceCard {
     signal copyRequested
 
     readonly property int visibleLines: 8
-    readonly property bool isLong: message.lineCount > 2
+    readonly property bool isLong: firstLines.truncated
 
     tone: SurfaceCardTone.Danger
+    implicitWidth: 0
     implicitHeight: Math.min(message.implicitHeight, visibleLines * Theme.caption.lineHeight) + 2 * padding
     visible: text.length > 0
 
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text
 
+    // Tells how long the text is apart from the room that the button takes.
+    StyledText {
+        id: firstLines
+
+        width: parent.width
+        visible: false
+        text: card.text
+        style: Theme.caption
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
+        elide: Text.ElideRight
+    }
+    // Reaches to the card's edge, where its scroll bar is.
     ScrollPane {
         anchors.fill: parent
-        anchors.rightMargin: card.isLong ? 34 - card.padding + 8 : 0
+        anchors.rightMargin: -card.padding
         contentHeight: message.implicitHeight
         alwaysShowsBar: true
+        barInset: card.isLong ? 34 - card.padding : 0
 
         SelectableText {
             id: message
 
-            width: parent.width
+            width: parent.width - card.padding - (card.isLong ? 34 : 0)
             text: card.text
             style: Theme.caption
             wrapMode: TextEdit.Wrap

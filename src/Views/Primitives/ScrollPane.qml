@@ -7,6 +7,8 @@ Flickable {
     id: pane
 
     property bool alwaysShowsBar: false
+    // How far below the top the scroll bar begins.
+    property real barInset: 0
     readonly property real wheelStep: 56
 
     clip: true
@@ -22,6 +24,7 @@ Flickable {
 
     T.ScrollBar.vertical: OverlayScrollBar {
         alwaysShown: pane.alwaysShowsBar
+        topPadding: padding + pane.barInset
     }
     WheelHandler {
         onWheel: event => pane.scrollBy(event.pixelDelta.y !== 0 ? -event.pixelDelta.y

@@ -1,4 +1,5 @@
 import QtQuick
+import Kestrova.Primitives
 
 // Text that can be selected and copied, by pointer or keyboard.
 TextEdit {
@@ -26,6 +27,10 @@ TextEdit {
             deselect();
     }
 
+    TextLineHeight {
+        document: edit.textDocument
+        height: edit.style.lineHeight
+    }
     HoverHandler {
         cursorShape: Qt.IBeamCursor
     }
