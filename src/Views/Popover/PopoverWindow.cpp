@@ -24,7 +24,7 @@ void PopoverWindow::openAt(const PopoverPlacement &placement)
 void PopoverWindow::openOrdinary()
 {
     setPlacement(std::nullopt);
-    setFlags(Qt::Window);
+    setFlags(Qt::Window | Qt::MSWindowsFixedSizeDialogHint);
     present();
 }
 
@@ -62,8 +62,6 @@ void PopoverWindow::place()
                     : int(screen()->availableSize().height() * PopoverPlacement::largestShare);
     const QSize popover(popoverWidth, qMin(qCeil(m_fullHeight), tallest));
     const QSize all = popover.grownBy({m_margin, m_margin, m_margin, m_margin});
-    setMinimumSize(all);
-    setMaximumSize(all);
     if (m_placement)
         setGeometry(QRect(m_placement->position(popover) - QPoint(m_margin, m_margin), all));
     else

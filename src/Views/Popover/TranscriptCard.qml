@@ -68,9 +68,9 @@ SurfaceCard {
     function placeEllipsis(): void {
         const limit = edit.isMirrored ? dots.width : edit.width - dots.width;
         const last = edit.positionAt(limit, (visibleLines - 0.5) * Theme.callout.lineHeight);
-        const spot = edit.positionToRectangle(last);
-        const isOnNextLine = spot.y >= visibleLines * Theme.callout.lineHeight;
-        const end = isOnNextLine ? limit : spot.x;
+        // The place after a line's last sign is that before the next line's first.
+        const isOnNextLine = edit.positionToRectangle(last).y >= visibleLines * Theme.callout.lineHeight;
+        const end = edit.positionToRectangle(isOnNextLine ? last - 1 : last).x;
         ellipsis.x = edit.isMirrored ? 0 : Math.min(end, limit);
         ellipsis.width = (edit.isMirrored ? Math.max(end, limit) : edit.width) - ellipsis.x;
     }

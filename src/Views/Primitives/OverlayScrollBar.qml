@@ -11,7 +11,7 @@ T.ScrollBar {
     implicitWidth: 16
     implicitHeight: 16
     padding: 4
-    minimumSize: 0.08
+    minimumSize: 20 / Math.max(20, vertical ? height : width)
     visible: size < 1
     hoverEnabled: true
 

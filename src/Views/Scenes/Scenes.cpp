@@ -2,6 +2,8 @@
 
 #include "Views/Dashboard/DashboardModel.h"
 
+#include <QTimer>
+
 #include <algorithm>
 
 namespace kestrova {
@@ -9,14 +11,21 @@ namespace kestrova {
 using namespace Qt::StringLiterals;
 
 Scenes::Scenes(AppController &controller, Platform &platform)
-    : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults)
+    : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults),
+      m_popover(m_engine, controller, m_trayItem)
 {
     add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
          [&controller] { return std::make_unique<DashboardModel>(controller); }});
+    connect(&m_popover, &PopoverScene::shown, this, [this] { Q_EMIT shown(popover); });
+    connect(&m_popover, &PopoverScene::openWindowRequested, this, &Scenes::openFromPopover);
 }
 
 bool Scenes::open(const QString &identifier)
 {
+    if (identifier == popover) {
+        m_popover.open();
+        return true;
+    }
     WindowScene *scene = find(identifier);
     if (scene)
         scene->open();
@@ -25,6 +34,10 @@ bool Scenes::open(const QString &identifier)
 
 bool Scenes::close(const QString &identifier)
 {
+    if (identifier == popover) {
+        m_popover.dismiss();
+        return true;
+    }
     WindowScene *scene = find(identifier);
     if (scene)
         scene->close();
@@ -38,6 +51,16 @@ void Scenes::add(WindowScene::Description description)
         std::make_unique<WindowScene>(m_engine, m_sizes, std::move(description)));
     connect(scene.get(), &WindowScene::shown, this,
             [this, identifier] { Q_EMIT shown(identifier); });
+}
+
+void Scenes::openFromPopover(const QString &identifier)
+{
+    open(identifier);
+    QTimer::singleShot(frontDelay, this, [this, identifier] {
+        WindowScene *scene = find(identifier);
+        if (scene && scene->isOpen())
+            scene->open();
+    });
 }
 
 WindowScene *Scenes::find(const QString &identifier)

@@ -30,6 +30,7 @@ public:
     /// Shows the window and brings it to the front, with the keyboard.
     void open();
     void close();
+    bool isOpen() const { return m_window != nullptr; }
 
 Q_SIGNALS:
     /// The opened window has been drawn.

@@ -1,0 +1,80 @@
+#include "Views/Scenes/PopoverScene.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QList<ScreenArea> screenAreas()
+{
+    QList<ScreenArea> areas;
+    for (const QScreen *screen : QGuiApplication::screens())
+        areas.append({screen->geometry(), screen->availableGeometry()});
+    return areas;
+}
+
+} // namespace
+
+PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, TrayItem &trayItem)
+    : m_engine(engine), m_trayItem(trayItem), m_model(controller)
+{
+    connect(&m_trayItem, &TrayItem::clicked, this, &PopoverScene::toggle);
+    connect(&m_model, &PopoverModel::dismissRequested, this, &PopoverScene::dismiss);
+    connect(&m_model, &PopoverModel::openWindowRequested, this, &PopoverScene::openWindowRequested);
+    connect(&m_model, &PopoverModel::quitRequested, qApp, &QCoreApplication::quit,
+            Qt::QueuedConnection);
+}
+
+void PopoverScene::openWithoutTray()
+{
+    QTimer::singleShot(trayLimit, this, [this] {
+        if (!TrayItem::isShown())
+            open();
+    });
+}
+
+void PopoverScene::toggle()
+{
+    if (m_popover && m_popover->isVisible())
+        dismiss();
+    else if (!m_sinceFocusLoss.isValid() || m_sinceFocusLoss.hasExpired(clickLimit.count()))
+        openAt(QCursor::pos());
+}
+
+void PopoverScene::dismiss()
+{
+    if (m_popover)
+        m_popover->dismiss();
+}
+
+void PopoverScene::openAt(const std::optional<QPoint> &clicked)
+{
+    if (!m_popover)
+        build();
+    connect(m_popover, &QQuickWindow::frameSwapped, this, &PopoverScene::shown,
+            Qt::SingleShotConnection);
+    if (TrayItem::isShown())
+        m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas()));
+    else
+        m_popover->openOrdinary();
+}
+
+void PopoverScene::build()
+{
+    m_window = m_engine.buildWindow(QUrl(u"qrc:/Kestrova/Popover/MenuBarPopover.qml"_s), m_model);
+    m_popover = qobject_cast<PopoverWindow *>(m_window.get());
+    connect(m_popover, &PopoverWindow::focusLost, this, &PopoverScene::loseFocus);
+}
+
+void PopoverScene::loseFocus()
+{
+    m_sinceFocusLoss.start();
+    dismiss();
+}
+
+} // namespace kestrova

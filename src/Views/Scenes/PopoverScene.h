@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Views/Popover/PopoverModel.h"
+#include "Views/Popover/PopoverWindow.h"
+#include "Views/Scenes/SceneEngine.h"
+#include "Views/Scenes/TrayItem.h"
+
+#include <QElapsedTimer>
+
+#include <memory>
+
+namespace kestrova {
+
+/// The popover beside the tray item: built when it is first opened, hidden when it is dismissed. On
+/// a desktop without a tray it is an ordinary window, so that the program can be reached. Main
+/// thread.
+class PopoverScene : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// How soon after it has lost the keyboard a click on the tray item is the one that took it.
+    static constexpr std::chrono::milliseconds clickLimit{300};
+    /// How long a panel may take to come up after the program.
+    static constexpr std::chrono::seconds trayLimit{5};
+
+    /// All of them outlive this.
+    PopoverScene(SceneEngine &engine, AppController &controller, TrayItem &trayItem);
+
+    /// As for a click on the tray item: opens it, or closes it when it is open.
+    void toggle();
+    void open() { openAt({}); }
+    /// Opens it as a window unless a tray comes up in time.
+    void openWithoutTray();
+    /// Gives the keyboard back to the application behind it.
+    void dismiss();
+
+Q_SIGNALS:
+    /// The opened popover has been drawn.
+    void shown();
+    /// The user wants to see the window of this identifier.
+    void openWindowRequested(const QString &identifier);
+
+private:
+    void openAt(const std::optional<QPoint> &clicked);
+    void build();
+    void loseFocus();
+
+    SceneEngine &m_engine;
+    TrayItem &m_trayItem;
+    PopoverModel m_model;
+    std::unique_ptr<QQuickWindow> m_window;
+    PopoverWindow *m_popover = nullptr; ///< the same
+    QElapsedTimer m_sinceFocusLoss;
+};
+
+} // namespace kestrova

@@ -1,0 +1,154 @@
+#include "Views/Scenes/PopoverScene.h"
+
+#include "Platform/Linux/X11/X11Connection.h"
+#include "ViewModels/ControllerTest.h"
+#include "support/KeyPresses.h"
+#include "support/OtherProgram.h"
+#include "support/TestApplication.h"
+#include "support/WaitUntil.h"
+
+#include <QApplication>
+#include <QProcess>
+#include <QScreen>
+
+namespace kestrova {
+namespace {
+
+class PopoverSceneTest : public ControllerTest
+{
+protected:
+    ~PopoverSceneTest() override
+    {
+        scene.reset();
+        m_panel.kill();
+        m_panel.waitForFinished();
+    }
+
+    /// A panel with a tray comes up at the bottom, and the program's icon is in it.
+    void startPanel()
+    {
+        m_panel.start(u"tint2"_s, {u"-c"_s, qEnvironmentVariable("KESTROVA_TRAY_CONFIG")});
+        ASSERT_TRUE(waitUntil([this] {
+            const QRect workArea = QGuiApplication::primaryScreen()->availableGeometry();
+            return trayItem.geometry().top() > workArea.bottom();
+        }));
+    }
+
+    PopoverWindow *popover()
+    {
+        for (QWindow *window : QGuiApplication::allWindows()) {
+            if (auto *popover = qobject_cast<PopoverWindow *>(window))
+                return popover;
+        }
+        return nullptr;
+    }
+    bool isOpen() { return popover() && popover()->isVisible() && popover()->isActive(); }
+    bool isHidden() { return !popover() || !popover()->isVisible(); }
+    void open()
+    {
+        scene->toggle();
+        ASSERT_TRUE(waitUntil([this] { return isOpen(); }));
+    }
+
+    int m_argc = 1;
+    char m_name[5] = "test";
+    char *m_argv[2] = {m_name, nullptr};
+    QApplication application{m_argc, m_argv};
+    TrayItem trayItem;
+    SceneEngine engine{controller->appState(), *fake.platform.appearance};
+    std::optional<PopoverScene> scene{std::in_place, engine, *controller, trayItem};
+    X11Connection connection;
+    VirtualKeyboard keyboard{connection.xcb()};
+
+private:
+    QProcess m_panel;
+};
+
+TEST_F(PopoverSceneTest, AClickOpensItBesideTheItemAndTheNextOneClosesIt)
+{
+    startPanel();
+    open();
+    const QRect place = popover()->geometry();
+    const QRect item = trayItem.geometry();
+    EXPECT_EQ(place.bottom() + 1 + PopoverPlacement::distance,
+              popover()->screen()->availableGeometry().bottom() + 1);
+    EXPECT_LT(place.left(), item.left());
+    EXPECT_FALSE(place.intersects(item));
+    scene->toggle();
+    EXPECT_TRUE(isHidden());
+    open();
+}
+
+TEST_F(PopoverSceneTest, EscapeClosesIt)
+{
+    startPanel();
+    open();
+    constexpr xcb_keycode_t escape = 9;
+    tap(keyboard, escape);
+    EXPECT_TRUE(waitUntil([this] { return isHidden(); }));
+}
+
+TEST_F(PopoverSceneTest, TurningToAnotherWindowClosesItAndTheSameClickDoesNotOpenItAgain)
+{
+    startPanel();
+    open();
+    const OtherProgram other;
+    ASSERT_TRUE(waitUntil([this] { return isHidden(); }));
+    scene->toggle();
+    EXPECT_TRUE(isHidden());
+    ASSERT_TRUE(waitUntil([this] {
+        scene->toggle();
+        return isOpen();
+    }));
+}
+
+TEST_F(PopoverSceneTest, ItGivesTheKeyboardBack)
+{
+    startPanel();
+    const TestApplication other(connection, u"other"_s, u"Other"_s);
+    open();
+    scene->dismiss();
+    EXPECT_TRUE(waitUntil([&] {
+        return connection.value(connection.root(), "_NET_ACTIVE_WINDOW") == other.windows().last();
+    }));
+}
+
+TEST_F(PopoverSceneTest, ItGrowsWithItsContentAwayFromThePanel)
+{
+    startPanel();
+    open();
+    const QRect before = popover()->geometry();
+    state().lastTranscript.set(u"Hello world"_s);
+    EXPECT_TRUE(waitUntil([&] {
+        const QRect now = popover()->geometry();
+        return now.height() > before.height() && now.bottom() == before.bottom();
+    }));
+}
+
+TEST_F(PopoverSceneTest, ItsFaceChangesWhileItIsOpen)
+{
+    startPanel();
+    state().isModelReady.set(false);
+    open();
+    const int setupHeight = popover()->height();
+    state().isModelReady.set(true);
+    EXPECT_TRUE(waitUntil([&] { return popover()->height() != setupHeight; }));
+    EXPECT_TRUE(isOpen());
+}
+
+TEST_F(PopoverSceneTest, WithoutATrayItIsAWindowThatIsNeverClosed)
+{
+    open();
+    EXPECT_TRUE(popover()->isOrdinary());
+    EXPECT_EQ(popover()->title(), u"Kestrova"_s);
+    const OtherProgram other;
+    ASSERT_TRUE(waitUntil([this] { return !popover()->isActive(); }));
+    EXPECT_TRUE(popover()->isVisible());
+    popover()->close();
+    EXPECT_TRUE(
+        waitUntil([this] { return popover()->windowStates().testFlag(Qt::WindowMinimized); }));
+    EXPECT_TRUE(popover()->isVisible());
+}
+
+} // namespace
+} // namespace kestrova
