@@ -11,7 +11,8 @@ CHECK = Path(__file__).resolve().parents[2] / "tools" / "check-layers"
 HEADERS = [
     "Models/Record.h", "Concurrency/Executor.h", "Platform/Workspace.h", "Platform/Fake/Fake.h",
     "Platform/Linux/Files.h", "Platform/Linux/X11/Connection.h", "Services/Store.h",
-    "ViewModels/State.h", "Views/Window.h", "App/Program.h",
+    "ViewModels/State.h", "Views/Text.h", "Views/Primitives/Button.h", "Views/Scenes/Window.h",
+    "App/Program.h",
 ]
 
 
@@ -53,8 +54,9 @@ class CheckLayers(unittest.TestCase):
             ("Platform/Linux/X11", "Services/Store.h"), ("Platform/Fake", "Platform/Linux/Files.h"),
             ("Services", "Platform/Linux/Files.h"), ("Services", "Platform/Linux/X11/Connection.h"),
             ("Services", "Platform/Fake/Fake.h"), ("Services", "ViewModels/State.h"),
-            ("ViewModels", "Views/Window.h"), ("ViewModels", "Platform/Fake/Fake.h"),
+            ("ViewModels", "Views/Text.h"), ("ViewModels", "Platform/Fake/Fake.h"),
             ("Views", "App/Program.h"), ("Views", "Platform/Linux/Files.h"),
+            ("Views", "Views/Scenes/Window.h"), ("Views/Primitives", "Views/Text.h"),
             ("App", "Platform/Linux/Files.h"),
         ]
         self.assert_refused([(folder, f'#include <QString>\n\n#include "{target}"\n',
@@ -72,7 +74,8 @@ class CheckLayers(unittest.TestCase):
             ("Platform/Linux/X11", "Platform/Linux/Files.h"), ("Platform/Fake", "Platform/Workspace.h"),
             ("Services", "Platform/Workspace.h"), ("Services", "Concurrency/Executor.h"),
             ("ViewModels", "Services/Store.h"), ("Views", "ViewModels/State.h"),
-            ("App", "Views/Window.h"), ("App", "Platform/Workspace.h"),
+            ("Views", "Views/Primitives/Button.h"), ("Views/Popover", "Views/Text.h"),
+            ("App", "Views/Scenes/Window.h"), ("App", "Platform/Workspace.h"),
         ]
         self.assert_accepted([(folder, f'#include "{target}"\n') for folder, target in arrows])
 
