@@ -78,7 +78,8 @@ RowLayout {
 
                 model: picker.choices
 
-                T.AbstractButton {
+                // An AbstractButton would be a push button to assistive technology, whatever role it is given.
+                T.RadioButton {
                     id: segment
 
                     required property string modelData
@@ -92,10 +93,7 @@ RowLayout {
                     hoverEnabled: true
                     onClicked: picker.chosen(index)
 
-                    Accessible.role: Accessible.RadioButton
                     Accessible.name: text
-                    Accessible.checkable: true
-                    Accessible.checked: checked
                     Accessible.onToggleAction: picker.chosen(index)
 
                     contentItem: Item {

@@ -41,7 +41,8 @@ FocusScope {
         Repeater {
             model: sidebar.tabs
 
-            T.AbstractButton {
+            // An AbstractButton would be a push button to assistive technology, whatever role it is given.
+            T.TabButton {
                 id: row
 
                 required property var modelData
@@ -59,7 +60,6 @@ FocusScope {
                 }
                 onClicked: sidebar.chosen(index)
 
-                Accessible.role: Accessible.PageTab
                 Accessible.name: text
                 Accessible.selectable: true
                 Accessible.selected: isCurrent
