@@ -9,7 +9,9 @@ TrayItem::TrayItem()
     m_icon.setToolTip(u"Kestrova"_s);
     m_icon.setIcon(QIcon(u":/symbols/kestrova-small.svg"_s));
     connect(&m_icon, &QSystemTrayIcon::activated, this, [this](auto reason) {
-        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
+        // The second of two quick clicks comes as a double one.
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick ||
+            reason == QSystemTrayIcon::Context)
             Q_EMIT clicked();
     });
     m_icon.show();
