@@ -1,6 +1,5 @@
 #include "Views/Dashboard/DashboardModel.h"
 
-#include "ViewModels/AppController.h"
 #include "Views/Dashboard/OverviewRows.h"
 #include "Views/Dashboard/UsageText.h"
 
@@ -51,8 +50,8 @@ HotbarSlotRow rowOf(int slotIndex, const AppController &controller, const AppSet
 
 } // namespace
 
-DashboardModel::DashboardModel(AppController &controller)
-    : m_controller(controller), m_state(controller.appState())
+DashboardModel::DashboardModel(AppController &controller, KeyEventMonitoring &monitoring)
+    : m_controller(controller), m_state(controller.appState()), m_recorder(controller, monitoring)
 {
     m_controller.refreshUsageAnalytics();
     followBuckets();
@@ -63,11 +62,6 @@ DashboardModel::DashboardModel(AppController &controller)
     connect(&m_state, &AppState::settingsChanged, this, &DashboardModel::hotbarSlotsChanged);
     connect(&m_state, &AppState::usageTrendPeriodChanged, this, &DashboardModel::followPeriod);
     connect(&m_state, &AppState::usageTrendBucketsChanged, this, &DashboardModel::followBuckets);
-}
-
-DashboardModel::~DashboardModel()
-{
-    cancelRecording();
 }
 
 DictationStatus DashboardModel::status() const
@@ -161,28 +155,9 @@ void DashboardModel::clear(int slotIndex)
 
 void DashboardModel::recordShortcut(int slotIndex)
 {
-    m_controller.unregisterHotkeys();
-    setRecordingSlotIndex(slotIndex);
-}
-
-void DashboardModel::saveShortcut(const HotkeyShortcut &shortcut)
-{
-    m_controller.setHotbarShortcut(m_recordingSlotIndex, shortcut);
-    cancelRecording();
-}
-
-void DashboardModel::cancelRecording()
-{
-    if (m_recordingSlotIndex == 0)
-        return;
-    setRecordingSlotIndex(0);
-    m_controller.registerHotkeys();
-}
-
-void DashboardModel::setRecordingSlotIndex(int slotIndex)
-{
-    m_recordingSlotIndex = slotIndex;
-    Q_EMIT recordingSlotIndexChanged();
+    m_recorder.open([this, slotIndex](const HotkeyShortcut &shortcut) {
+        m_controller.setHotbarShortcut(slotIndex, shortcut);
+    });
 }
 
 QStringList DashboardModel::periodTitles() const

@@ -4,6 +4,7 @@
 #include "Views/Dashboard/HeatmapChart.h"
 #include "Views/Dashboard/TrendChart.h"
 #include "Views/DictationStatus.h"
+#include "Views/Recorder/ShortcutRecorder.h"
 
 #include <QStringList>
 #include <QVariantList>
@@ -12,10 +13,6 @@
 #include <optional>
 
 namespace kestrova {
-
-class AppController;
-class AppState;
-struct HotkeyShortcut;
 
 /// What the dashboard shows and does; made anew each time that the window opens, with the usage as
 /// it is then. Main thread.
@@ -37,8 +34,7 @@ class DashboardModel : public QObject
     Q_PROPERTY(int slotCount READ slotCount CONSTANT)
     /// UsageCard, UsageRow and HotbarSlotRow are what these lists hold.
     Q_PROPERTY(QVariantList hotbarSlots READ hotbarSlots NOTIFY hotbarSlotsChanged)
-    /// The slot whose shortcut is being recorded; 0 while none is.
-    Q_PROPERTY(int recordingSlotIndex READ recordingSlotIndex NOTIFY recordingSlotIndexChanged)
+    Q_PROPERTY(kestrova::ShortcutRecorder *recorder READ recorder CONSTANT)
 
     Q_PROPERTY(QList<QString> periodTitles READ periodTitles CONSTANT)
     Q_PROPERTY(int period READ period NOTIFY periodChanged)
@@ -54,10 +50,8 @@ public:
     enum UsageChartStyle { Heatmap, Bar, Line };
     Q_ENUM(UsageChartStyle)
 
-    /// The controller outlives this.
-    explicit DashboardModel(AppController &controller);
-    /// Ends a recording of a shortcut that is under way.
-    ~DashboardModel() override;
+    /// Both outlive this.
+    DashboardModel(AppController &controller, KeyEventMonitoring &monitoring);
 
     QString statusText() const { return status().text; }
     int statusTone() const { return status().tone; }
@@ -75,12 +69,9 @@ public:
     Q_INVOKABLE void resetShortcut(int slotIndex);
     Q_INVOKABLE void clear(int slotIndex);
 
-    /// Disarms the shortcuts until the recording ends, so that none fires by what is recorded.
+    /// Opens the recorder for the slot.
     Q_INVOKABLE void recordShortcut(int slotIndex);
-    int recordingSlotIndex() const { return m_recordingSlotIndex; }
-    /// Each ends the recording; the first gives the slot its new shortcut.
-    void saveShortcut(const HotkeyShortcut &shortcut);
-    Q_INVOKABLE void cancelRecording();
+    ShortcutRecorder *recorder() { return &m_recorder; }
 
     QStringList periodTitles() const;
     int period() const; ///< index among the titles
@@ -101,20 +92,18 @@ Q_SIGNALS:
     void usageChanged();
     void slotUsageChanged();
     void hotbarSlotsChanged();
-    void recordingSlotIndexChanged();
     void periodChanged();
     void chartStyleChanged();
     void chartChanged();
 
 private:
     DictationStatus status() const;
-    void setRecordingSlotIndex(int slotIndex);
     void followPeriod();
     void followBuckets();
 
     AppController &m_controller;
     AppState &m_state;
-    int m_recordingSlotIndex = 0;
+    ShortcutRecorder m_recorder;
     UsageChartStyle m_chartStyle = Bar;
     UsageSummary m_totals;
     TrendChart m_trendChart;

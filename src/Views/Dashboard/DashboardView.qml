@@ -1,5 +1,6 @@
 import QtQuick
 import Kestrova.Primitives
+import Kestrova.Recorder
 import Kestrova.Dashboard
 
 // The content of the dashboard window: the tabs and the one that is selected.
@@ -43,5 +44,8 @@ FocusScope {
             document: view.tabs[view.selectedTab].document
             onLoaded: pane.contentY = 0
         }
+    }
+    ShortcutRecorderSheet {
+        recorder: view.model.recorder
     }
 }

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Kestrova.Primitives
+import Kestrova.Recorder
 
 // The sheet in which the user presses a shortcut. Open while its recorder is.
 Sheet {

@@ -15,7 +15,9 @@ Scenes::Scenes(AppController &controller, Platform &platform)
       m_popover(m_engine, controller, m_trayItem)
 {
     add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
-         [&controller] { return std::make_unique<DashboardModel>(controller); }});
+         [&controller, &platform] {
+             return std::make_unique<DashboardModel>(controller, *platform.keyMonitoring);
+         }});
     connect(&m_popover, &PopoverScene::shown, this, [this] { Q_EMIT shown(popover); });
     connect(&m_popover, &PopoverScene::openWindowRequested, this, &Scenes::openFromPopover);
 }
