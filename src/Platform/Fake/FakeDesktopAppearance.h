@@ -15,6 +15,8 @@ public:
     virtual void setCompositing(bool isCompositing) = 0;
     virtual void setReducesMotion(bool reducesMotion) = 0;
     virtual void setHighContrast(bool isHighContrast) = 0;
+    /// At first there is none.
+    virtual void setTrayTextColor(std::optional<quint32> color) = 0;
 };
 
 class FakeDesktopAppearance final : public DesktopAppearance, public FakeDesktopAppearanceControl
@@ -23,13 +25,16 @@ public:
     bool isCompositing() const override { return m_isCompositing; }
     bool reducesMotion() const override { return m_reducesMotion; }
     bool isHighContrast() const override { return m_isHighContrast; }
+    std::optional<quint32> trayTextColor() const override { return m_trayTextColor; }
 
     void setCompositing(bool isCompositing) override { set(m_isCompositing, isCompositing); }
     void setReducesMotion(bool reducesMotion) override { set(m_reducesMotion, reducesMotion); }
     void setHighContrast(bool isHighContrast) override { set(m_isHighContrast, isHighContrast); }
+    void setTrayTextColor(std::optional<quint32> color) override { set(m_trayTextColor, color); }
 
 private:
-    void set(bool &answer, bool value)
+    template <typename T>
+    void set(T &answer, T value)
     {
         if (std::exchange(answer, value) != value)
             Q_EMIT changed();
@@ -38,6 +43,7 @@ private:
     bool m_isCompositing = false;
     bool m_reducesMotion = false;
     bool m_isHighContrast = false;
+    std::optional<quint32> m_trayTextColor;
 };
 
 } // namespace kestrova

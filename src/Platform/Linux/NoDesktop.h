@@ -30,6 +30,7 @@ public:
     bool isCompositing() const override { return false; }
     bool reducesMotion() const override { return false; }
     bool isHighContrast() const override { return false; }
+    std::optional<quint32> trayTextColor() const override { return std::nullopt; }
 };
 
 class MissingPasteboard final : public Pasteboard

@@ -17,6 +17,8 @@ namespace {
 constexpr auto compositor = "_NET_WM_CM_S0";
 constexpr auto settingsManager = "_XSETTINGS_S0";
 constexpr auto settings = "_XSETTINGS_SETTINGS";
+constexpr auto tray = "_NET_SYSTEM_TRAY_S0";
+constexpr auto trayColors = "_NET_SYSTEM_TRAY_COLORS";
 
 class X11DesktopAppearanceTest : public testing::Test
 {
@@ -50,6 +52,7 @@ TEST_F(X11DesktopAppearanceTest, ADesktopWithoutManagersWantsNothing)
     EXPECT_FALSE(appearance.isCompositing());
     EXPECT_FALSE(appearance.reducesMotion());
     EXPECT_FALSE(appearance.isHighContrast());
+    EXPECT_FALSE(appearance.trayTextColor());
 }
 
 TEST_F(X11DesktopAppearanceTest, ManagersThatRunAlreadyAreSeenAtOnce)
@@ -103,6 +106,23 @@ TEST_F(X11DesktopAppearanceTest, AnotherSettingsManagerTakesOver)
     SelectionManager second(settingsManager);
     second.publish(settings, withTheme("HighContrast"));
     EXPECT_TRUE(waitUntil([&] { return appearance.isHighContrast(); }));
+}
+
+TEST_F(X11DesktopAppearanceTest, ATraysTextColourIsFollowed)
+{
+    X11DesktopAppearance appearance;
+    observe(appearance);
+    SelectionManager manager(tray);
+    EXPECT_TRUE(waitUntil([&] { return changes == 1; })) << "another panel has the tray";
+    EXPECT_FALSE(appearance.trayTextColor());
+    QList<quint32> colors(12);
+    colors[0] = 0x1234;
+    colors[1] = 0xffff;
+    colors[2] = 0x8000;
+    manager.publishNumbers(trayColors, colors);
+    EXPECT_TRUE(waitUntil([&] { return appearance.trayTextColor() == 0x12ff80; }));
+    manager.publishNumbers(trayColors, {0x1234});
+    EXPECT_TRUE(waitUntil([&] { return !appearance.trayTextColor(); })) << "not a colour";
 }
 
 TEST_F(X11DesktopAppearanceTest, WhatMeansTheSameIsNoChange)

@@ -20,6 +20,14 @@ void SelectionManager::publish(const QByteArray &property, const QByteArray &byt
     waitForServer();
 }
 
+void SelectionManager::publishNumbers(const QByteArray &property, const QList<quint32> &numbers)
+{
+    xcb_change_property(m_connection.xcb(), XCB_PROP_MODE_REPLACE, m_window,
+                        m_connection.atom(property), XCB_ATOM_CARDINAL, 32,
+                        static_cast<quint32>(numbers.size()), numbers.constData());
+    waitForServer();
+}
+
 void SelectionManager::waitForServer()
 {
     // The server answers in order.

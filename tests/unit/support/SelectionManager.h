@@ -14,6 +14,7 @@ public:
 
     /// A property of the window; its type has the same name.
     void publish(const QByteArray &property, const QByteArray &bytes);
+    void publishNumbers(const QByteArray &property, const QList<quint32> &numbers);
 
 private:
     void waitForServer();
