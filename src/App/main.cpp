@@ -96,6 +96,8 @@ int run(int argc, char **argv)
     if (isControlled) {
         QObject::connect(&application, &QApplication::saveStateRequest, &keepFromBeingRestarted);
         control = std::make_unique<ControlChannel>(runningApp->controller(), runningApp->scenes());
+    } else {
+        runningApp->scenes().openWithoutTray();
     }
     const int status = QApplication::exec();
     control.reset();

@@ -2,13 +2,12 @@
 
 #include "Platform/Linux/X11/X11Connection.h"
 #include "ViewModels/ControllerTest.h"
+#include "Views/Panel.h"
 #include "support/KeyPresses.h"
 #include "support/OtherProgram.h"
 #include "support/TestApplication.h"
 #include "support/WaitUntil.h"
 
-#include <QApplication>
-#include <QProcess>
 #include <QScreen>
 
 namespace kestrova {
@@ -17,22 +16,9 @@ namespace {
 class PopoverSceneTest : public ControllerTest
 {
 protected:
-    ~PopoverSceneTest() override
-    {
-        scene.reset();
-        m_panel.kill();
-        m_panel.waitForFinished();
-    }
+    ~PopoverSceneTest() override { scene.reset(); }
 
-    /// A panel with a tray comes up at the bottom, and the program's icon is in it.
-    void startPanel()
-    {
-        m_panel.start(u"tint2"_s, {u"-c"_s, qEnvironmentVariable("KESTROVA_TRAY_CONFIG")});
-        ASSERT_TRUE(waitUntil([this] {
-            const QRect workArea = QGuiApplication::primaryScreen()->availableGeometry();
-            return trayItem.geometry().top() > workArea.bottom();
-        }));
-    }
+    void startPanel() { ASSERT_TRUE(panel.start(trayItem)); }
 
     PopoverWindow *popover()
     {
@@ -50,18 +36,13 @@ protected:
         ASSERT_TRUE(waitUntil([this] { return isOpen(); }));
     }
 
-    int m_argc = 1;
-    char m_name[5] = "test";
-    char *m_argv[2] = {m_name, nullptr};
-    QApplication application{m_argc, m_argv};
-    TrayItem trayItem;
+    GuiTestApplication application;
+    Panel panel;
+    TrayItem trayItem{*fake.platform.appearance};
     SceneEngine engine{controller->appState(), *fake.platform.appearance};
     std::optional<PopoverScene> scene{std::in_place, engine, *controller, trayItem};
     X11Connection connection;
     VirtualKeyboard keyboard{connection.xcb()};
-
-private:
-    QProcess m_panel;
 };
 
 TEST_F(PopoverSceneTest, AClickOpensItBesideTheItemAndTheNextOneClosesIt)
