@@ -2,8 +2,9 @@ import QtQuick
 import QtQuick.Layouts
 import Kestrova.Primitives
 
-// One thing that a dictation needs, and whether it is there.
-RowLayout {
+// One thing that a dictation needs, and whether it is there. Anchored: a row layout of this version
+// of Qt keeps the height that the detail had while it was wrapped at no width.
+Item {
     id: row
 
     required property string title
@@ -11,28 +12,26 @@ RowLayout {
     required property bool isComplete
     property bool isDetailSelectable: false
 
-    spacing: 8
+    Layout.fillWidth: true
+    implicitHeight: Math.max(texts.implicitHeight, pill.implicitHeight)
 
-    ColumnLayout {
-        Layout.fillWidth: true
+    Column {
+        id: texts
+
+        anchors.left: parent.left
+        anchors.right: pill.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
         StyledText {
-            Layout.fillWidth: true
+            width: parent.width
             text: row.title
             style: Theme.subheadline
         }
-        StyledText {
-            Layout.fillWidth: true
-            visible: !row.isDetailSelectable
-            text: row.detail
-            style: Theme.caption
-            color: Theme.secondary
-            wrapMode: Text.Wrap
-        }
         SelectableText {
-            Layout.fillWidth: true
-            visible: row.isDetailSelectable
+            width: parent.width
+            selectByMouse: row.isDetailSelectable
             text: row.detail
             style: Theme.caption
             color: Theme.secondary
@@ -40,6 +39,10 @@ RowLayout {
         }
     }
     StatusPill {
+        id: pill
+
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
         text: row.isComplete ? "Ready" : "Pending"
         tone: row.isComplete ? StatusPillTone.Success : StatusPillTone.Warning
         icon: row.isComplete ? "checkmark" : "exclamationmark"

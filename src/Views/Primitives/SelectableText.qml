@@ -32,6 +32,7 @@ TextEdit {
         height: edit.style.lineHeight
     }
     HoverHandler {
+        enabled: edit.selectByMouse
         cursorShape: Qt.IBeamCursor
     }
 }

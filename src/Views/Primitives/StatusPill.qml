@@ -11,7 +11,7 @@ Rectangle {
 
     readonly property color textColor: tone === StatusPillTone.Neutral ? Theme.primary : Theme.onFill
 
-    implicitWidth: row.implicitWidth + 16
+    implicitWidth: Math.ceil(row.implicitWidth) + 16
     implicitHeight: row.implicitHeight + 6
     radius: height / 2
     color: fillColor()

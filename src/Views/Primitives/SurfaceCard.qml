@@ -13,8 +13,9 @@ Rectangle {
 
     readonly property bool isTinted: tone === SurfaceCardTone.Standard && tint.a > 0
 
-    implicitWidth: body.childrenRect.width + 2 * padding
-    implicitHeight: body.childrenRect.height + 2 * padding
+    // Of the content's wish, not of its present size, which follows the card's own.
+    implicitWidth: (body.children[0]?.implicitWidth ?? 0) + 2 * padding
+    implicitHeight: (body.children[0]?.implicitHeight ?? 0) + 2 * padding
     radius: Theme.cornerCard
     color: isTinted ? Qt.tint(Theme.control, Theme.wash(tint, 0.1)) : background()
     border.width: 1

@@ -36,7 +36,7 @@ TestCase {
     function test_aPillIsWiderByItsIconOnly(): void {
         const plain = createTemporaryObject(pillComponent, this);
         const withIcon = createTemporaryObject(pillComponent, this, { icon: "checkmark" });
-        compare(withIcon.implicitWidth - plain.implicitWidth, 9 + 4);
+        compare(Math.round(withIcon.implicitWidth - plain.implicitWidth), 9 + 4);
         compare(withIcon.implicitHeight, plain.implicitHeight);
         compare(withIcon.radius, plain.radius);
     }
