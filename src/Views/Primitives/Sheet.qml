@@ -1,11 +1,10 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// A dialog over its window, which is dimmed and takes no input meanwhile.
-T.Popup {
+// A dialog over its window, which is dimmed and takes no input meanwhile. Its title is for assistive
+// technology; the content shows it.
+T.Dialog {
     id: sheet
-
-    required property string title
 
     parent: T.Overlay.overlay
     anchors.centerIn: parent
@@ -24,9 +23,6 @@ T.Popup {
         color: Theme.window
         border.width: 1
         border.color: Theme.overlayBorder
-
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
     }
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.sheetIn; easing.type: Easing.OutCubic }
