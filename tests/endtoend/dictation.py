@@ -54,6 +54,10 @@ def settings_file():
     return stored_document("settings")
 
 
+def stored_settings():
+    return json.loads(settings_file().read_text())
+
+
 def usage_events():
     """The usage log as it is stored, oldest first."""
     file = stored_document("usage")
