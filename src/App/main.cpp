@@ -97,7 +97,7 @@ int run(int argc, char **argv)
         QObject::connect(&application, &QApplication::saveStateRequest, &keepFromBeingRestarted);
         control = std::make_unique<ControlChannel>(runningApp->controller(), runningApp->scenes());
     } else {
-        runningApp->scenes().openWithoutTray();
+        runningApp->scenes().greet();
     }
     const int status = QApplication::exec();
     control.reset();

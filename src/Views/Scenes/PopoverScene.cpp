@@ -30,17 +30,26 @@ PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, TrayI
             Qt::QueuedConnection);
 }
 
-void PopoverScene::openWithoutTray()
+void PopoverScene::greet()
 {
+    QTimer::singleShot(trayDelay, this, [this] {
+        if (TrayItem::isShown() && m_model.showsSetupExperience() && !isOpen())
+            open();
+    });
     QTimer::singleShot(trayLimit, this, [this] {
         if (!TrayItem::isShown())
             open();
     });
 }
 
+bool PopoverScene::isOpen() const
+{
+    return m_popover && m_popover->isVisible();
+}
+
 void PopoverScene::toggle()
 {
-    if (m_popover && m_popover->isVisible())
+    if (isOpen())
         dismiss();
     else if (!m_sinceFocusLoss.isValid() || m_sinceFocusLoss.hasExpired(clickLimit.count()))
         openAt(QCursor::pos());

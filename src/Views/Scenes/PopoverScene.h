@@ -21,6 +21,8 @@ class PopoverScene : public QObject
 public:
     /// How soon after it has lost the keyboard a click on the tray item is the one that took it.
     static constexpr std::chrono::milliseconds clickLimit{300};
+    /// How long a panel takes to show the icon of a program that has just started.
+    static constexpr std::chrono::seconds trayDelay{1};
     /// How long a panel may take to come up after the program.
     static constexpr std::chrono::seconds trayLimit{5};
 
@@ -30,8 +32,9 @@ public:
     /// As for a click on the tray item: opens it, or closes it when it is open.
     void toggle();
     void open() { openAt({}); }
-    /// Opens it as a window unless a tray comes up in time.
-    void openWithoutTray();
+    /// After the start of the program: opens it by itself where the user has something to set up,
+    /// and where no tray comes up in time.
+    void greet();
     /// Gives the keyboard back to the application behind it.
     void dismiss();
 
@@ -43,6 +46,7 @@ Q_SIGNALS:
 
 private:
     void openAt(const std::optional<QPoint> &clicked);
+    bool isOpen() const;
     void build();
     void loseFocus();
 

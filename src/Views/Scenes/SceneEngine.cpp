@@ -1,9 +1,10 @@
 #include "Views/Scenes/SceneEngine.h"
 
 #include "Views/Primitives/Appearance.h"
+#include "Views/Scenes/ApplicationIcon.h"
 
 #include <QFont>
-#include <QIcon>
+#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QSGRendererInterface>
 
@@ -57,6 +58,7 @@ void SceneEngine::start()
 {
     chooseRenderer();
     chooseTypefaces();
+    QGuiApplication::setWindowIcon(applicationIcon());
     m_engine = std::make_unique<QQmlEngine>();
     m_engine->addImportPath(u"qrc:/"_s);
     QQmlComponent component(m_engine.get());

@@ -29,9 +29,9 @@ public:
 
     /// Shows the window and brings it to the front; false when there is none of that name.
     bool open(const QString &identifier);
-    /// On a desktop where no panel comes up in time, shows the popover as a window, without which
-    /// the program could not be reached.
-    void openWithoutTray() { m_popover.openWithoutTray(); }
+    /// After the start of the program: shows the popover by itself to a user who has something to
+    /// set up, and where no panel comes up in time, without which the program could not be reached.
+    void greet() { m_popover.greet(); }
     /// Closes the window if it is open; false when there is none of that name.
     bool close(const QString &identifier);
 
