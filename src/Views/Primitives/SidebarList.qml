@@ -63,6 +63,7 @@ FocusScope {
                 Accessible.name: text
                 Accessible.selectable: true
                 Accessible.selected: isCurrent
+                Accessible.onPressAction: sidebar.chosen(index)
 
                 contentItem: Item {
                     Symbol {
