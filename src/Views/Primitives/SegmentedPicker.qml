@@ -94,6 +94,7 @@ RowLayout {
                     onClicked: picker.chosen(index)
 
                     Accessible.name: text
+                    Accessible.onPressAction: picker.chosen(index)
                     Accessible.onToggleAction: picker.chosen(index)
 
                     contentItem: Item {
