@@ -176,7 +176,8 @@ class Slots(DashboardTestCase):
             for (chord, shown), message in refusals.items():
                 self.record(dashboard, 2, chord, shown)
                 self.assertEqual(program.wait_for_error(), message)
-                self.assertFalse(any("shortcut" in slot for slot in dictation.stored_settings().get("hotbarAssignments", [])))
+                slots = dictation.stored_settings()["hotbarAssignments"]
+                self.assertFalse([slot for slot in slots if "shortcut" in slot])
                 popover = program.open_popover()
                 popover.find(message)
                 program.close_popover()

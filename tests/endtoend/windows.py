@@ -12,6 +12,7 @@ moment of the call, so they follow what the window shows; find() waits for what 
 import os
 import re
 import subprocess
+import tempfile
 from collections import namedtuple
 from pathlib import Path
 
@@ -75,9 +76,11 @@ def pixel(x, y):
 
 
 def geometry(x_window):
-    command = ["xdotool", "getwindowgeometry", "--shell", str(x_window)]
-    values = dict(line.split("=") for line in targets._output(*command).splitlines())
-    return Rectangle(*(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT")))
+    """Of a window without its frame, in the screen's own pixels."""
+    lines = targets._output("xwininfo", "-id", str(x_window)).splitlines()
+    values = dict(line.strip().split(":", 1) for line in lines if ":" in line)
+    names = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+    return Rectangle(*(int(values[name]) for name in names))
 
 
 def resident_memory(pid):
@@ -179,8 +182,10 @@ class Element:
     def press(self):
         """Performs its action as assistive technology does, wherever it is on the screen."""
         wait_for(lambda: self.is_enabled, f'"{self.name}" enabled')
-        if not Atspi.Action.do_action(self._node, 0):
-            raise WindowError(f'"{self.name}" has no action')
+        count = Atspi.Action.get_n_actions(self._node)
+        actions = [Atspi.Action.get_action_name(self._node, index) for index in range(count)]
+        action = next(name for name in ("Press", "Toggle") if name in actions)
+        Atspi.Action.do_action(self._node, actions.index(action))
 
     def replace_text(self, text):
         """Types over the whole text of a field."""
@@ -194,15 +199,18 @@ class Element:
         wait_for(lambda: self.text == text, f'the text "{text}"')
 
 
-class Program(dictation.Dictation):
-    """The running program with windows that can be read. Leaving it asserts that it wrote nothing to standard error."""
+class _Windows:
+    """The windows of a process."""
 
     POPOVER = "Kestrova"
+    process = None
 
-    def __init__(self, environment=None, prefix=()):
+    @staticmethod
+    def accessible_environment():
+        """What makes a program's windows readable; called before it is started."""
         # Qt joins the accessibility bus once that exists; asking for the desktop starts it.
         Atspi.get_desktop(0).get_child_count()
-        super().__init__({"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **(environment or {})}, prefix)
+        return {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
 
     def _windows(self):
         """The accessible windows that are shown."""
@@ -282,3 +290,29 @@ class Program(dictation.Dictation):
     def close_popover(self):
         dictation.press("Escape")
         self.wait_until_closed(self.POPOVER)
+
+
+class Program(_Windows, dictation.Dictation):
+    """The running program with windows that can be read. Leaving it asserts that it wrote nothing to standard error."""
+
+    def __init__(self, environment=None, prefix=()):
+        super().__init__({**self.accessible_environment(), **(environment or {})}, prefix)
+
+
+class UncontrolledProgram(_Windows):
+    """The program as a desktop starts it, without its control channel. Leaving it asserts the same."""
+
+    def __enter__(self):
+        self._errors = tempfile.TemporaryFile()
+        environment = {**os.environ, **self.accessible_environment()}
+        self.process = subprocess.Popen([dictation.PROGRAM], env=environment, stderr=self._errors)
+        return self
+
+    def __exit__(self, error, *_):
+        self.process.terminate()
+        status = self.process.wait(timeout=dictation.END_LIMIT)
+        with self._errors as file:
+            file.seek(0)
+            errors = file.read().decode(errors="replace")
+        if error is None and (status != 0 or errors):
+            raise dictation.DictationError(f"kestrova ended with {status} and wrote:\n{errors}")
