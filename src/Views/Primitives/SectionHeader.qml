@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
 
+// A title over its subtitle. The title does not wrap: the layout would keep the room for the lines
+// that it had while its width was not known.
 ColumnLayout {
     id: header
 
@@ -13,7 +15,7 @@ ColumnLayout {
         Layout.fillWidth: true
         text: header.title
         style: Theme.headline
-        wrapMode: Text.Wrap
+        elide: Text.ElideRight
         Accessible.role: Accessible.Heading
     }
     StyledText {

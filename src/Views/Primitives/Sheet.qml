@@ -6,6 +6,10 @@ import QtQuick.Templates as T
 T.Dialog {
     id: sheet
 
+    // What had the keyboard before, and gets it back.
+    property Item focusedBefore: null
+    property int focusReasonBefore
+
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     width: 460
@@ -14,6 +18,11 @@ T.Dialog {
     modal: true
     focus: true
     closePolicy: T.Popup.NoAutoClose
+    onAboutToShow: {
+        focusedBefore = parent.Window.activeFocusItem;
+        focusReasonBefore = (focusedBefore as T.Control)?.focusReason ?? Qt.PopupFocusReason;
+    }
+    onClosed: focusedBefore?.forceActiveFocus(focusReasonBefore)
 
     T.Overlay.modal: Rectangle {
         color: Theme.dimming
