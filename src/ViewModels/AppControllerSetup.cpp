@@ -13,9 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// For a program that does not know its own identifier.
-constexpr auto fallbackBundleIdentifier = "com.kestrova.app"_L1;
-
 bool copyToPasteboard(Pasteboard &pasteboard, const QString &text)
 {
     try {
@@ -106,9 +103,7 @@ void AppController::finishMicrophoneRequest(bool isGranted)
     const MicrophoneAuthorizationState status = m_appState->permissions.get().microphoneStatus;
     const auto advice = platform.systemAccess->microphoneAdvice(status);
     m_appState->lastError.set(
-        advice ? *advice
-               : microphonePermissionRecoveryMessage(
-                     status, platform.bundle.identifier.value_or(fallbackBundleIdentifier)));
+        advice ? *advice : microphonePermissionRecoveryMessage(status, platform.bundle.identifier));
 }
 
 void AppController::promptForAccessibility()

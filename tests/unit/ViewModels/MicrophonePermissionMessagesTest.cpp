@@ -33,5 +33,32 @@ TEST(MicrophonePermissionMessages, EachStateHasItsOwn)
         "and relaunch."_s);
 }
 
+TEST(MicrophonePermissionMessages, AProgramWithoutIdentifierIsNamedAllTheSame)
+{
+    EXPECT_TRUE(microphonePermissionRecoveryMessage(State::unknown, std::nullopt)
+                    .contains(u"`tccutil reset Microphone com.kestrova.app`"_s));
+    EXPECT_EQ(microphonePermissionHint(std::nullopt),
+              u"If Kestrova is missing in Microphone settings: `tccutil reset Microphone "
+              "com.kestrova.app`"_s);
+    EXPECT_EQ(microphonePermissionHint(u"org.example.App"_s),
+              u"If Kestrova is missing in Microphone settings: `tccutil reset Microphone "
+              "org.example.App`"_s);
+}
+
+TEST(MicrophonePermissionMessages, EachStateIsToldInOneSentence)
+{
+    EXPECT_EQ(microphonePermissionStatusMessage(State::authorized),
+              u"Microphone permission granted."_s);
+    EXPECT_EQ(microphonePermissionStatusMessage(State::denied),
+              u"Microphone permission was denied for this app in macOS privacy settings."_s);
+    EXPECT_EQ(microphonePermissionStatusMessage(State::restricted),
+              u"Microphone permission is restricted by system policy (for example Screen Time or "
+              "MDM)."_s);
+    EXPECT_EQ(microphonePermissionStatusMessage(State::notDetermined),
+              u"macOS has not completed the microphone permission flow for this app yet."_s);
+    EXPECT_EQ(microphonePermissionStatusMessage(State::unknown),
+              u"Microphone permission status is unknown."_s);
+}
+
 } // namespace
 } // namespace kestrova
