@@ -46,8 +46,10 @@ std::unique_ptr<QQuickWindow> SceneEngine::buildWindow(const QUrl &document, QOb
     if (!m_engine)
         start();
     QQmlComponent component(m_engine.get(), document);
-    std::unique_ptr<QObject> object(
-        component.createWithInitialProperties({{u"model"_s, QVariant::fromValue(&model)}}));
+    std::unique_ptr<QObject> object;
+    if (component.isReady())
+        object.reset(
+            component.createWithInitialProperties({{u"model"_s, QVariant::fromValue(&model)}}));
     if (!object)
         qFatal("%s", qUtf8Printable(component.errorString()));
     QQmlEngine::setObjectOwnership(&model, QQmlEngine::CppOwnership);

@@ -1,6 +1,7 @@
 #include "Views/Scenes/Scenes.h"
 
 #include "Views/Dashboard/DashboardModel.h"
+#include "Views/Settings/SettingsModel.h"
 
 #include <QTimer>
 
@@ -17,6 +18,11 @@ Scenes::Scenes(AppController &controller, Platform &platform)
     add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
          [&controller, &platform] {
              return std::make_unique<DashboardModel>(controller, *platform.keyMonitoring);
+         }});
+    add({u"settings"_s, u"qrc:/Kestrova/Settings/SettingsView.qml"_s, [&, this] {
+             auto model = std::make_unique<SettingsModel>(controller, platform);
+             connect(model.get(), &SettingsModel::openWindowRequested, this, &Scenes::open);
+             return model;
          }});
     connect(&m_popover, &PopoverScene::shown, this, [this] { Q_EMIT shown(popover); });
     connect(&m_popover, &PopoverScene::openWindowRequested, this, &Scenes::openFromPopover);

@@ -1,0 +1,77 @@
+import QtQuick
+import QtQuick.Layouts
+import Kestrova.Primitives
+import Kestrova.Settings
+
+ColumnLayout {
+    id: tab
+
+    required property SettingsModel model
+
+    spacing: 12
+
+    SettingsCard {
+        Layout.fillWidth: true
+
+        SectionHeader {
+            Layout.fillWidth: true
+            title: "Global Shortcut"
+            subtitle: "Default is Command + Shift + Space"
+        }
+        MetricRow {
+            Layout.fillWidth: true
+            label: "Current"
+            value: tab.model.shortcut
+        }
+        Flow {
+            Layout.fillWidth: true
+            spacing: 8
+
+            PushButton {
+                prominent: true
+                text: "Record Shortcut"
+                onClicked: tab.model.recordShortcut()
+            }
+            PushButton {
+                text: "Reset to Default"
+                onClicked: tab.model.resetShortcut()
+            }
+        }
+        StyledText {
+            Layout.fillWidth: true
+            text: "Tip: press Escape in the recorder to cancel."
+            style: Theme.caption
+            color: Theme.secondary
+            wrapMode: Text.Wrap
+        }
+    }
+    SettingsCard {
+        Layout.fillWidth: true
+
+        SectionHeader {
+            Layout.fillWidth: true
+            title: "Appearance"
+            subtitle: "Choose a fixed app theme"
+        }
+        SegmentedPicker {
+            caption: "Theme"
+            choices: ["Light", "Dark"]
+            currentIndex: tab.model.theme
+            onChosen: index => tab.model.theme = index
+        }
+    }
+    SettingsCard {
+        Layout.fillWidth: true
+
+        SectionHeader {
+            Layout.fillWidth: true
+            title: "Navigation"
+            subtitle: "Use Dashboard for hotbar app assignment and usage analytics"
+        }
+        PushButton {
+            prominent: true
+            text: "Open Dashboard"
+            onClicked: tab.model.openDashboard()
+        }
+    }
+}

@@ -1,0 +1,59 @@
+import QtQuick
+import QtQuick.Layouts
+import Kestrova.Primitives
+import Kestrova.Settings
+
+ColumnLayout {
+    id: tab
+
+    required property SettingsModel model
+
+    SettingsCard {
+        Layout.fillWidth: true
+
+        PermissionRow {
+            title: "Microphone"
+            granted: tab.model.isMicrophoneGranted
+            actionTitle: "Request"
+            onAction: tab.model.requestMicrophone()
+        }
+        ColumnLayout {
+            visible: !tab.model.isMicrophoneGranted
+            spacing: 4
+
+            SelectableText {
+                Layout.fillWidth: true
+                text: tab.model.microphoneMessage
+                style: Theme.caption
+                color: Theme.secondary
+                wrapMode: TextEdit.Wrap
+            }
+            SelectableText {
+                Layout.fillWidth: true
+                visible: text.length > 0
+                text: tab.model.microphoneHint
+                style: Theme.caption
+                color: Theme.secondary
+                wrapMode: TextEdit.Wrap
+            }
+        }
+        Divider {
+            Layout.fillWidth: true
+            Layout.topMargin: 4
+            Layout.bottomMargin: 4
+        }
+        PermissionRow {
+            title: "Accessibility"
+            granted: tab.model.isAccessibilityGranted
+            actionTitle: "Open Prompt"
+            onAction: tab.model.promptForAccessibility()
+        }
+        StyledText {
+            Layout.fillWidth: true
+            text: "Accessibility permission is required for reliable auto-paste into your active app."
+            style: Theme.caption
+            color: Theme.secondary
+            wrapMode: Text.Wrap
+        }
+    }
+}

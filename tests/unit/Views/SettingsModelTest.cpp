@@ -1,0 +1,224 @@
+#include "Views/Settings/SettingsModel.h"
+
+#include "ViewModels/ControllerTest.h"
+
+namespace kestrova {
+namespace {
+
+class SettingsModelTest : public ControllerTest
+{
+protected:
+    SettingsModelTest()
+    {
+        QObject::connect(&model, &SettingsModel::changed, &model, [this] { ++changes; });
+        QObject::connect(&model, &SettingsModel::openWindowRequested, &model,
+                         [this](const QString &identifier) { opened.append(identifier); });
+    }
+
+    const AppSettings &settings() { return state().settings.get(); }
+    void setMicrophone(MicrophoneAuthorizationState status)
+    {
+        fake.access.setMicrophoneState(status);
+        controller->refreshEnvironmentSnapshot();
+    }
+
+    SettingsModel model{*controller, fake.platform};
+    int changes = 0;
+    QStringList opened;
+};
+
+TEST_F(SettingsModelTest, TheStatusIsThatOfTheDictation)
+{
+    EXPECT_EQ(model.statusText(), u"Ready"_s);
+    EXPECT_EQ(model.statusTone(), StatusPillTone::Neutral);
+    toggle();
+    EXPECT_EQ(model.statusText(), u"Recording..."_s);
+    EXPECT_EQ(model.statusTone(), StatusPillTone::Recording);
+    EXPECT_GT(changes, 0);
+}
+
+TEST_F(SettingsModelTest, AnErrorIsShownAndCopied)
+{
+    EXPECT_EQ(model.lastError(), QString());
+    state().lastError.set(u"No."_s);
+    EXPECT_EQ(model.lastError(), u"No."_s);
+    model.copyError();
+    EXPECT_EQ(fake.platform.pasteboard->string(), u"No."_s);
+}
+
+TEST_F(SettingsModelTest, TheRecorderSetsTheMainShortcut)
+{
+    model.recordShortcut();
+    EXPECT_TRUE(model.recorder()->isOpen());
+    model.recorder()->capture()->start(nullptr);
+    fake.keyboard.pressLocally({0, HotkeyShortcut::control});
+    model.recorder()->capture()->save();
+    EXPECT_FALSE(model.recorder()->isOpen());
+    EXPECT_EQ(model.shortcut(), u"⌃A"_s);
+    EXPECT_EQ(settingsStore->load().shortcut, (HotkeyShortcut{0, HotkeyShortcut::control}));
+}
+
+TEST_F(SettingsModelTest, ARecordedShortcutOfASlotIsRefused)
+{
+    model.recordShortcut();
+    model.recorder()->capture()->start(nullptr);
+    fake.keyboard.pressLocally({18, HotkeyShortcut::command | HotkeyShortcut::option});
+    model.recorder()->capture()->save();
+    EXPECT_EQ(model.lastError(), u"That shortcut conflicts with hotbar slot 1."_s);
+    EXPECT_EQ(model.shortcut(), u"⌘⇧Space"_s);
+    EXPECT_FALSE(fake.keyboard.withheld().isEmpty());
+}
+
+TEST_F(SettingsModelTest, ResettingTheShortcutRegistersItAgainAlsoWhenItIsTheSame)
+{
+    controller->setGlobalShortcut({0, HotkeyShortcut::control});
+    model.resetShortcut();
+    EXPECT_EQ(model.shortcut(), u"⌘⇧Space"_s);
+    controller->unregisterHotkeys();
+    model.resetShortcut();
+    EXPECT_EQ(model.shortcut(), u"⌘⇧Space"_s);
+    EXPECT_FALSE(fake.keyboard.withheld().isEmpty());
+}
+
+TEST_F(SettingsModelTest, TheThemeIsStoredAtOnce)
+{
+    EXPECT_EQ(model.theme(), SettingsModel::Light);
+    model.setTheme(SettingsModel::Dark);
+    EXPECT_EQ(model.theme(), SettingsModel::Dark);
+    EXPECT_EQ(settingsStore->load().theme, AppTheme::dark);
+    model.setTheme(SettingsModel::Light);
+    EXPECT_EQ(settingsStore->load().theme, AppTheme::light);
+}
+
+TEST_F(SettingsModelTest, TheDashboardIsAskedFor)
+{
+    model.openDashboard();
+    EXPECT_EQ(opened, QStringList{u"dashboard"_s});
+}
+
+TEST_F(SettingsModelTest, EveryKeystrokeInAFieldIsStored)
+{
+    for (const QString &text : {u"d"_s, u"de"_s, u""_s}) {
+        model.setTranscriptionLanguage(text);
+        EXPECT_EQ(settingsStore->load().transcriptionLanguage, text);
+        EXPECT_EQ(model.transcriptionLanguage(), text);
+    }
+    model.setModelDownloadURL(u"https://example.org/m.bin"_s);
+    EXPECT_EQ(settingsStore->load().modelDownloadURL, model.modelDownloadURL());
+    model.setModelSHA256(u"abc"_s);
+    EXPECT_EQ(settingsStore->load().modelSHA256, u"abc"_s);
+    model.setDecodingProfile(SettingsModel::Accurate);
+    EXPECT_EQ(settingsStore->load().decodingProfile, WhisperDecodingProfile::accurate);
+    EXPECT_EQ(model.decodingProfile(), SettingsModel::Accurate);
+}
+
+TEST_F(SettingsModelTest, TypingThePathOfAToolThatExistsMakesItReady)
+{
+    isToolHidden = true;
+    model.setWhisperCLIPath(u"/nowhere"_s);
+    EXPECT_FALSE(model.isWhisperCLIReady());
+    EXPECT_EQ(model.resolvedWhisperCLIPath(), QString());
+    isToolHidden = false;
+    model.setWhisperCLIPath(toolPath());
+    EXPECT_TRUE(model.isWhisperCLIReady());
+    EXPECT_EQ(model.resolvedWhisperCLIPath(), toolPath());
+}
+
+TEST_F(SettingsModelTest, RefreshingLooksForTheToolAgain)
+{
+    isToolHidden = true;
+    model.refresh();
+    EXPECT_FALSE(model.isWhisperCLIReady());
+}
+
+TEST_F(SettingsModelTest, TheToolIsInstalledInATerminal)
+{
+    model.installWhisperCpp();
+    EXPECT_EQ(fake.terminal.commands(), QStringList{u"brew install whisper-cpp"_s});
+}
+
+TEST_F(SettingsModelTest, APresetIsOneChangeAndClearsTheChecksum)
+{
+    const QString standard = AppSettings::defaults().modelDownloadURL;
+    const QString folder = standard.chopped(qsizetype(sizeof "ggml-base.bin" - 1));
+    model.setModelSHA256(u"abc"_s);
+    int changesOfSettings = 0;
+    QObject::connect(&state(), &AppState::settingsChanged, &model, [&] { ++changesOfSettings; });
+    model.usePreset(SettingsModel::BaseModel);
+    EXPECT_EQ(changesOfSettings, 1);
+    EXPECT_EQ(settings().modelDownloadURL, standard);
+    EXPECT_EQ(settings().modelSHA256, u""_s);
+    model.usePreset(SettingsModel::MediumModel);
+    EXPECT_EQ(settings().modelDownloadURL, folder + u"ggml-medium.bin"_s);
+    model.usePreset(SettingsModel::LargeV3Model);
+    EXPECT_EQ(settings().modelDownloadURL, folder + u"ggml-large-v3.bin"_s);
+    EXPECT_EQ(settingsStore->load(), settings());
+}
+
+TEST_F(SettingsModelTest, TheModelIsDownloadedAnewAndItsProgressTold)
+{
+    EXPECT_TRUE(model.isModelReady());
+    EXPECT_EQ(model.downloadAmount(), QString());
+    model.downloadModel();
+    EXPECT_TRUE(model.isPreparingModel());
+    state().modelDownload.set(DownloadProgress{62'000'000, 148'000'000});
+    EXPECT_EQ(model.downloadAmount(), u"62 MB of 148 MB"_s);
+    EXPECT_EQ(model.downloadPercentage(), u"41%"_s);
+    EXPECT_NEAR(model.downloadFraction(), 0.42, 0.01);
+    settle();
+    EXPECT_FALSE(model.isPreparingModel());
+    EXPECT_NE(model.lastError(), QString()); // nobody serves it
+}
+
+TEST_F(SettingsModelTest, WhyTheMicrophoneIsNotGrantedIsSaidWithWhatHelps)
+{
+    using Status = MicrophoneAuthorizationState;
+    EXPECT_TRUE(model.isMicrophoneGranted());
+    setMicrophone(Status::denied);
+    EXPECT_FALSE(model.isMicrophoneGranted());
+    EXPECT_EQ(model.microphoneMessage(),
+              u"Microphone permission was denied for this app in macOS privacy settings."_s);
+    EXPECT_EQ(model.microphoneHint(), u"If Kestrova is missing in Microphone settings: `tccutil "
+                                      "reset Microphone com.kestrova.app`"_s);
+}
+
+TEST_F(SettingsModelTest, TheSystemsOwnAdviceAboutTheMicrophoneComesFirst)
+{
+    fake.access.setMicrophoneAdvice(u"Plug it in."_s);
+    setMicrophone(MicrophoneAuthorizationState::unknown);
+    EXPECT_EQ(model.microphoneMessage(), u"Plug it in."_s);
+    EXPECT_EQ(model.microphoneHint(), QString());
+}
+
+TEST_F(SettingsModelTest, PermissionsAreAskedFor)
+{
+    setMicrophone(MicrophoneAuthorizationState::notDetermined);
+    model.requestMicrophone();
+    settle();
+    EXPECT_EQ(fake.access.microphoneRequestCount(), 1);
+    model.promptForAccessibility();
+    EXPECT_EQ(fake.access.accessibilityPromptCount(), 1);
+    EXPECT_TRUE(model.isAccessibilityGranted());
+}
+
+TEST_F(SettingsModelTest, TheReportIsPrintedAndCopied)
+{
+    fake.platform.pasteboard->setString(u"before"_s);
+    model.copyDiagnostics();
+    EXPECT_EQ(fake.platform.pasteboard->string(), controller->diagnosticsJSON());
+    testing::internal::CaptureStdout();
+    model.printDiagnostics();
+    EXPECT_EQ(QString::fromStdString(testing::internal::GetCapturedStdout()),
+              controller->diagnosticsJSON() + u'\n');
+    EXPECT_EQ(model.diagnostics(), controller->diagnosticsJSON());
+}
+
+TEST_F(SettingsModelTest, AClipboardThatRefusesIsAnError)
+{
+    fake.pasteboard.failWriting(u"No clipboard."_s);
+    model.copyDiagnostics();
+    EXPECT_EQ(model.lastError(), u"No clipboard."_s);
+}
+
+} // namespace
+} // namespace kestrova
