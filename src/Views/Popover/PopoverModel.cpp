@@ -2,6 +2,7 @@
 
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
+#include "Views/ShownPart.h"
 
 namespace kestrova {
 
@@ -28,7 +29,7 @@ bool PopoverModel::showsSetupExperience() const
 
 QString PopoverModel::lastError() const
 {
-    return m_state.lastError.get().value_or(QString());
+    return shownPart(m_state.lastError.get().value_or(QString()));
 }
 
 SetupStep PopoverModel::modelStep() const
@@ -170,7 +171,7 @@ PopoverModel::PrimaryButtonLook PopoverModel::primaryButtonLook() const
 
 QString PopoverModel::lastTranscript() const
 {
-    return m_state.lastTranscript.get();
+    return shownPart(m_state.lastTranscript.get());
 }
 
 void PopoverModel::downloadModel()
@@ -212,7 +213,7 @@ void PopoverModel::handlePrimaryAction()
 
 void PopoverModel::copyError()
 {
-    m_controller.copy(lastError());
+    m_controller.copy(m_state.lastError.get().value_or(QString()));
 }
 
 void PopoverModel::refresh()

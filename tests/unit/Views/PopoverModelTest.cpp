@@ -282,6 +282,20 @@ TEST_F(PopoverModelTest, AWindowIsOpenedBeforeThePopoverGoes)
                            u"dismiss in Ready"_s, u"open settings"_s, u"dismiss in Ready"_s}));
 }
 
+TEST_F(PopoverModelTest, OfAnEndlessTextTheBeginningIsShownAndAllOfItCopied)
+{
+    const QString endless(1'000'000, u'x');
+    state().lastTranscript.set(endless);
+    state().lastError.set(endless);
+    for (const QString &shown : {model->lastTranscript(), model->lastError()}) {
+        EXPECT_LT(shown.size(), 30'000);
+        EXPECT_TRUE(shown.startsWith(endless.first(20'000)));
+        EXPECT_TRUE(shown.endsWith(u'…'));
+    }
+    model->copyError();
+    EXPECT_EQ(fake.pasteboard.string(), endless);
+}
+
 TEST_F(PopoverModelTest, EveryMemberThatItShowsIsAnnounced)
 {
     const auto announces = [&](auto change) {
