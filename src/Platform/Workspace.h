@@ -53,6 +53,9 @@ public:
     virtual void openApplication(const QString &bundleIdentifier) = 0;
     /// Opens an address with the application that handles it; false when none took it.
     virtual bool openAddress(const QUrl &address) = 0;
+    /// Leaves a window of our own, which is about to be shown, out of task bars and window
+    /// switchers. The number is the window system's.
+    virtual void keepOffTaskBars(quint64 window) = 0;
 
     /// Calls the handler on the main thread with each application that comes to the front.
     [[nodiscard]] virtual std::unique_ptr<Observation>

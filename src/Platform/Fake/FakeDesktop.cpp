@@ -137,6 +137,11 @@ void FakeWorkspace::openApplication(const QString &bundleIdentifier)
     m_desktop->note(u"open "_s + bundleIdentifier);
 }
 
+void FakeWorkspace::keepOffTaskBars(quint64 window)
+{
+    m_desktop->note(u"task bars without %1"_s.arg(window));
+}
+
 bool FakeWorkspace::openAddress(const QUrl &address)
 {
     m_desktop->note(u"address "_s + address.toString());

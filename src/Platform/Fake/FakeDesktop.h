@@ -34,7 +34,8 @@ public:
     void setRefusedAddresses(const QStringList &addresses);
 
     /// What was done, oldest first: "activate 12", "open ID", "address URL", "paste",
-    /// "script activate ID", "script activate name NAME", "script paste ID" (ID empty: none).
+    /// "task bars without 12", "script activate ID", "script activate name NAME",
+    /// "script paste ID" (ID empty: none).
     QStringList actions() const;
 
 private:
@@ -76,6 +77,7 @@ public:
     bool isInstalled(const QString &bundleIdentifier) override;
     void openApplication(const QString &bundleIdentifier) override;
     bool openAddress(const QUrl &address) override;
+    void keepOffTaskBars(quint64 window) override;
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;
 

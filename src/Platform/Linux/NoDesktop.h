@@ -19,6 +19,7 @@ public:
     bool isInstalled(const QString &bundleIdentifier) override;
     void openApplication(const QString &bundleIdentifier) override;
     bool openAddress(const QUrl &address) override;
+    void keepOffTaskBars(quint64) override {}
     /// The handler is never called.
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;

@@ -5,8 +5,17 @@
 
 namespace kestrova {
 
+namespace {
+
+constexpr Qt::WindowFlags popoverFlags =
+    Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint;
+constexpr Qt::WindowFlags ordinaryFlags = Qt::Window | Qt::MSWindowsFixedSizeDialogHint;
+
+} // namespace
+
 PopoverWindow::PopoverWindow(QWindow *parent) : QQuickWindow(parent)
 {
+    setFlags(popoverFlags);
     connect(this, &PopoverWindow::layoutChanged, this, &PopoverWindow::place);
     connect(this, &QWindow::activeChanged, this, [this] {
         if (!isOrdinary() && isVisible() && !isActive())
@@ -17,14 +26,14 @@ PopoverWindow::PopoverWindow(QWindow *parent) : QQuickWindow(parent)
 void PopoverWindow::openAt(const PopoverPlacement &placement)
 {
     setPlacement(placement);
-    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    setFlags(popoverFlags);
     present();
 }
 
 void PopoverWindow::openOrdinary()
 {
     setPlacement(std::nullopt);
-    setFlags(Qt::Window | Qt::MSWindowsFixedSizeDialogHint);
+    setFlags(ordinaryFlags);
     present();
 }
 

@@ -20,8 +20,9 @@ QList<ScreenArea> screenAreas()
 
 } // namespace
 
-PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, TrayItem &trayItem)
-    : m_engine(engine), m_trayItem(trayItem), m_model(controller)
+PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, Workspace &workspace,
+                           TrayItem &trayItem)
+    : m_engine(engine), m_workspace(workspace), m_trayItem(trayItem), m_model(controller)
 {
     connect(&m_trayItem, &TrayItem::clicked, this, &PopoverScene::toggle);
     connect(&m_model, &PopoverModel::dismissRequested, this, &PopoverScene::dismiss);
@@ -67,10 +68,12 @@ void PopoverScene::openAt(const std::optional<QPoint> &clicked)
         build();
     connect(m_popover, &QQuickWindow::frameSwapped, this, &PopoverScene::shown,
             Qt::SingleShotConnection);
-    if (TrayItem::isShown())
-        m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas()));
-    else
+    if (!TrayItem::isShown()) {
         m_popover->openOrdinary();
+        return;
+    }
+    m_workspace.keepOffTaskBars(m_popover->winId());
+    m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas()));
 }
 
 void PopoverScene::build()

@@ -27,7 +27,8 @@ public:
     static constexpr std::chrono::seconds trayLimit{5};
 
     /// All of them outlive this.
-    PopoverScene(SceneEngine &engine, AppController &controller, TrayItem &trayItem);
+    PopoverScene(SceneEngine &engine, AppController &controller, Workspace &workspace,
+                 TrayItem &trayItem);
 
     /// As for a click on the tray item: opens it, or closes it when it is open.
     void toggle();
@@ -51,6 +52,7 @@ private:
     void loseFocus();
 
     SceneEngine &m_engine;
+    Workspace &m_workspace;
     TrayItem &m_trayItem;
     PopoverModel m_model;
     std::unique_ptr<QQuickWindow> m_window;

@@ -13,7 +13,8 @@ using namespace Qt::StringLiterals;
 
 Scenes::Scenes(AppController &controller, Platform &platform)
     : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults),
-      m_trayItem(*platform.appearance), m_popover(m_engine, controller, m_trayItem)
+      m_trayItem(*platform.appearance),
+      m_popover(m_engine, controller, *platform.workspace, m_trayItem)
 {
     add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
          [&controller, &platform] {

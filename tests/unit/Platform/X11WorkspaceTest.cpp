@@ -313,5 +313,19 @@ TEST_F(X11WorkspaceTest, AKilledXServerIsSurvived)
     EXPECT_FALSE(QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents));
 }
 
+TEST_F(X11WorkspaceTest, AWindowIsKeptOffTaskBarsOnceItIsShown)
+{
+    const xcb_window_t window = xcb_generate_id(connection.xcb());
+    xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 50,
+                      50, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    workspace.keepOffTaskBars(window);
+    xcb_map_window(connection.xcb(), window);
+    xcb_flush(connection.xcb());
+    ASSERT_TRUE(waitUntil(
+        [&] { return connection.values(connection.root(), "_NET_CLIENT_LIST").contains(window); }));
+    EXPECT_TRUE(connection.values(window, "_NET_WM_STATE")
+                    .contains(connection.atom("_NET_WM_STATE_SKIP_TASKBAR")));
+}
+
 } // namespace
 } // namespace kestrova

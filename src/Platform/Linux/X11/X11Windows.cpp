@@ -144,4 +144,15 @@ void X11Windows::activate(xcb_window_t window)
     m_connection.sendToRoot(window, "_NET_ACTIVE_WINDOW", {fromPager, now});
 }
 
+void X11Windows::keepOffTaskBars(xcb_window_t window)
+{
+    // Whoever shows the window adds to these states.
+    const std::array states{m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                            m_connection.atom("_NET_WM_STATE_SKIP_PAGER")};
+    const auto cookie = xcb_change_property_checked(
+        m_connection.xcb(), XCB_PROP_MODE_REPLACE, window, m_connection.atom("_NET_WM_STATE"),
+        XCB_ATOM_ATOM, 32, states.size(), states.data());
+    XcbPointer<xcb_generic_error_t>(xcb_request_check(m_connection.xcb(), cookie));
+}
+
 } // namespace kestrova

@@ -44,6 +44,9 @@ public:
     /// Asks the window manager to show the window on top with the keyboard: on its own desktop,
     /// which is switched to, and also when it is minimised.
     void activate(xcb_window_t window);
+    /// Before the window is shown: asks the window manager to leave it out of task bars and window
+    /// switchers. The server knows when this returns.
+    void keepOffTaskBars(xcb_window_t window);
 
 private:
     QList<xcb_window_t> stacked();

@@ -156,6 +156,11 @@ bool X11Workspace::openAddress(const QUrl &address)
     return launchHandler(address, newStartupId());
 }
 
+void X11Workspace::keepOffTaskBars(quint64 window)
+{
+    m_windows.keepOffTaskBars(static_cast<xcb_window_t>(window));
+}
+
 QByteArray X11Workspace::newStartupId()
 {
     return startupId(serverTime(m_connection));

@@ -33,6 +33,7 @@ public:
     void openApplication(const QString &bundleIdentifier) override;
     /// An application's address opens that application, also one that no menu shows.
     bool openAddress(const QUrl &address) override;
+    void keepOffTaskBars(quint64 window) override;
 
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;
