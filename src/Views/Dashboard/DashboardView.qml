@@ -21,7 +21,6 @@ FocusScope {
 
         width: 184
         height: parent.height
-        focus: true
         tabs: view.tabs
         currentIndex: view.selectedTab
         onChosen: index => view.selectedTab = index
