@@ -132,10 +132,6 @@ class Element:
         return any(entry.value_nick == state for entry in self._node.get_state_set().get_states())
 
     @property
-    def is_enabled(self):
-        return self.has_state("enabled")
-
-    @property
     def is_shown(self):
         return self.has_state("showing")
 
@@ -175,13 +171,11 @@ class Element:
         return [element.name for element in self.all() if element.name]
 
     def click(self):
-        """Presses the first mouse button in its middle, once it can be operated."""
-        wait_for(lambda: self.is_enabled, f'"{self.name}" enabled')
+        """Presses the first mouse button in its middle."""
         click_at(*centre(self.extents))
 
     def press(self):
         """Performs its action as assistive technology does, wherever it is on the screen."""
-        wait_for(lambda: self.is_enabled, f'"{self.name}" enabled')
         count = Atspi.Action.get_n_actions(self._node)
         actions = [Atspi.Action.get_action_name(self._node, index) for index in range(count)]
         action = next(name for name in ("Press", "Toggle") if name in actions)
@@ -303,16 +297,26 @@ class UncontrolledProgram(_Windows):
     """The program as a desktop starts it, without its control channel. Leaving it asserts the same."""
 
     def __enter__(self):
-        self._errors = tempfile.TemporaryFile()
+        self._output, self._errors = tempfile.TemporaryFile(), tempfile.TemporaryFile()
         environment = {**os.environ, **self.accessible_environment()}
-        self.process = subprocess.Popen([dictation.PROGRAM], env=environment, stderr=self._errors)
+        self.process = subprocess.Popen(
+            [dictation.PROGRAM], env=environment, stdout=self._output, stderr=self._errors
+        )
         return self
+
+    def output(self):
+        """What it has written to standard output."""
+        return self._contents(self._output)
+
+    @staticmethod
+    def _contents(file):
+        return os.pread(file.fileno(), os.fstat(file.fileno()).st_size, 0).decode(errors="replace")
 
     def __exit__(self, error, *_):
         self.process.terminate()
         status = self.process.wait(timeout=dictation.END_LIMIT)
-        with self._errors as file:
-            file.seek(0)
-            errors = file.read().decode(errors="replace")
+        errors = self._contents(self._errors)
+        self._output.close()
+        self._errors.close()
         if error is None and (status != 0 or errors):
             raise dictation.DictationError(f"kestrova ended with {status} and wrote:\n{errors}")
