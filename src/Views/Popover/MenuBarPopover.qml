@@ -9,22 +9,54 @@ PopoverWindow {
     required property PopoverModel model
 
     readonly property int padding: 12
+    readonly property bool isTranslucent: Appearance.compositing && !isOrdinary
+    // 0 to 1 while it comes in.
+    property real entry: 1
 
     title: "Kestrova"
     color: isTranslucent ? "transparent" : Theme.window
-    isTranslucent: Appearance.compositing && !isOrdinary
-    margin: isTranslucent ? 64 : 0
+    margin: isTranslucent ? 72 : 0
     fullHeight: face.implicitHeight + separator.height + footer.implicitHeight + 4 * padding
 
+    onOpening: {
+        // An opaque window would be empty first.
+        if (isTranslucent)
+            entering.restart();
+    }
+
+    NumberAnimation {
+        id: entering
+
+        target: window
+        property: "entry"
+        from: 0
+        to: 1
+        duration: Theme.fadeIn
+        easing.type: Easing.OutCubic
+    }
     Item {
-        anchors.fill: parent
+        width: parent.width
+        height: parent.height
+        x: Theme.reducedMotion ? 0 : (1 - window.entry) * window.entryOffset.x
+        y: Theme.reducedMotion ? 0 : (1 - window.entry) * window.entryOffset.y
+        opacity: window.entry
         focus: true
         Keys.onEscapePressed: window.model.dismissRequested()
 
+        Shadow {
+            anchors.fill: parent
+            visible: window.isTranslucent
+            margin: window.margin
+            blur: 48
+            drop: 18
+            color: Theme.windowShadow
+        }
         // The shadow's room is not the popover.
         TapHandler {
-            enabled: window.isTranslucent
-            onTapped: window.model.dismissRequested()
+            onTapped: eventPoint => {
+                if (!panel.contains(panel.mapFromItem(parent, eventPoint.position)))
+                    window.model.dismissRequested();
+            }
         }
         Rectangle {
             id: panel

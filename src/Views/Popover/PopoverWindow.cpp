@@ -9,6 +9,7 @@ namespace {
 
 constexpr Qt::WindowFlags popoverFlags =
     Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint;
+constexpr int entryDistance = 4;
 constexpr Qt::WindowFlags ordinaryFlags = Qt::Window | Qt::MSWindowsFixedSizeDialogHint;
 
 } // namespace
@@ -16,6 +17,10 @@ constexpr Qt::WindowFlags ordinaryFlags = Qt::Window | Qt::MSWindowsFixedSizeDia
 PopoverWindow::PopoverWindow(QWindow *parent) : QQuickWindow(parent)
 {
     setFlags(popoverFlags);
+    // A compositing manager may come while it exists.
+    QSurfaceFormat format = requestedFormat();
+    format.setAlphaBufferSize(8);
+    setFormat(format);
     connect(this, &PopoverWindow::layoutChanged, this, &PopoverWindow::place);
     connect(this, &QWindow::activeChanged, this, [this] {
         if (!isOrdinary() && isVisible() && !isActive())
@@ -23,10 +28,29 @@ PopoverWindow::PopoverWindow(QWindow *parent) : QQuickWindow(parent)
     });
 }
 
+QPoint PopoverWindow::entryOffset() const
+{
+    if (isOrdinary())
+        return {};
+    switch (m_placement->edge()) {
+    case ScreenEdge::top:
+        return {0, -entryDistance};
+    case ScreenEdge::bottom:
+        return {0, entryDistance};
+    case ScreenEdge::left:
+        return {-entryDistance, 0};
+    case ScreenEdge::right:
+        return {entryDistance, 0};
+    }
+    Q_UNREACHABLE();
+}
+
 void PopoverWindow::openAt(const PopoverPlacement &placement)
 {
     setPlacement(placement);
     setFlags(popoverFlags);
+    if (!isVisible())
+        Q_EMIT opening();
     present();
 }
 

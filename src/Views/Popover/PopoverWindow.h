@@ -17,7 +17,8 @@ class PopoverWindow : public QQuickWindow
     Q_PROPERTY(qreal fullHeight MEMBER m_fullHeight NOTIFY layoutChanged)
     /// Around the popover, within the window: room for a shadow.
     Q_PROPERTY(int margin MEMBER m_margin NOTIFY layoutChanged)
-    Q_PROPERTY(bool isTranslucent MEMBER m_isTranslucent NOTIFY layoutChanged)
+    /// From the popover's place to where it comes from when it opens: a little towards the panel.
+    Q_PROPERTY(QPoint entryOffset READ entryOffset NOTIFY opening)
     Q_PROPERTY(bool isOrdinary READ isOrdinary NOTIFY isOrdinaryChanged)
 
 public:
@@ -26,6 +27,7 @@ public:
     explicit PopoverWindow(QWindow *parent = nullptr);
 
     bool isOrdinary() const { return !m_placement.has_value(); }
+    QPoint entryOffset() const;
 
     /// Shows it with the keyboard, and keeps it in its place while its content changes.
     void openAt(const PopoverPlacement &placement);
@@ -37,6 +39,8 @@ public:
 Q_SIGNALS:
     void layoutChanged();
     void isOrdinaryChanged();
+    /// It is about to be shown beside the tray item.
+    void opening();
     /// The user has turned to another window. An ordinary one does not tell.
     void focusLost();
 
@@ -51,7 +55,6 @@ private:
     std::optional<PopoverPlacement> m_placement;
     qreal m_fullHeight = 0;
     int m_margin = 0;
-    bool m_isTranslucent = false;
 };
 
 } // namespace kestrova

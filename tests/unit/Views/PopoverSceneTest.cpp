@@ -29,12 +29,11 @@ protected:
         return nullptr;
     }
     bool isOpen() { return popover() && popover()->isVisible() && popover()->isActive(); }
-    bool isAtPanel()
+    int gapToPanel()
     {
-        const int gap =
-            popover()->screen()->availableGeometry().bottom() - popover()->geometry().bottom();
-        return gap == PopoverPlacement::distance;
+        return popover()->screen()->availableGeometry().bottom() - popover()->geometry().bottom();
     }
+    bool isAtPanel() { return gapToPanel() == PopoverPlacement::distance; }
     bool isHidden() { return !popover() || !popover()->isVisible(); }
     void open()
     {
@@ -72,6 +71,20 @@ TEST_F(PopoverSceneTest, TaskBarsDoNotShowIt)
     open();
     EXPECT_TRUE(
         fake.desktop->actions().contains(u"task bars without %1"_s.arg(popover()->winId())));
+}
+
+TEST_F(PopoverSceneTest, WithACompositingManagerItsWindowHasRoomForAShadow)
+{
+    fake.appearance.setCompositing(true);
+    startPanel();
+    open();
+    EXPECT_GT(popover()->width(), PopoverWindow::popoverWidth);
+    const int margin = (popover()->width() - PopoverWindow::popoverWidth) / 2;
+    EXPECT_TRUE(waitUntil([&] { return gapToPanel() == PopoverPlacement::distance - margin; }));
+
+    fake.appearance.setCompositing(false);
+    EXPECT_EQ(popover()->width(), PopoverWindow::popoverWidth);
+    EXPECT_TRUE(waitUntil([this] { return isAtPanel(); }));
 }
 
 TEST_F(PopoverSceneTest, EscapeClosesIt)
