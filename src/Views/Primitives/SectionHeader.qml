@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Layouts
 
-// A title over its subtitle. The title does not wrap: the layout would keep the room for the lines
-// that it had while its width was not known.
-ColumnLayout {
+// A title over its subtitle. Not a layout, which would stay apart when a text of more lines than it
+// needs in the end becomes shorter, as while a window is built.
+Column {
     id: header
 
     required property string title
@@ -12,14 +11,14 @@ ColumnLayout {
     spacing: 2
 
     StyledText {
-        Layout.fillWidth: true
+        width: header.width > 0 ? header.width : implicitWidth
         text: header.title
         style: Theme.headline
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
         Accessible.role: Accessible.Heading
     }
     StyledText {
-        Layout.fillWidth: true
+        width: header.width > 0 ? header.width : implicitWidth
         visible: header.subtitle.length > 0
         text: header.subtitle
         style: Theme.caption
