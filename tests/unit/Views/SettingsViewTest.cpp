@@ -109,6 +109,14 @@ TEST_F(SettingsViewTest, TheTabsAreChosenByPointerAndKeyboard)
     EXPECT_NE(find(u"Support"_s), nullptr);
 }
 
+TEST_F(SettingsViewTest, TheFirstTabIsLaidOutRightFromTheStart)
+{
+    const QQuickItem *title = find(u"Global Shortcut"_s);
+    const QQuickItem *subtitle = find(u"Default is Command + Shift + Space"_s);
+    ASSERT_TRUE(waitUntil([&] { return subtitle->y() > 0; }));
+    EXPECT_EQ(subtitle->y(), title->y() + 16 + 2);
+}
+
 TEST_F(SettingsViewTest, AFieldStoresEachKeystrokeAndKeepsCursorAndSelection)
 {
     click(u"Whisper.cpp"_s);
