@@ -2,8 +2,6 @@
 
 #include <QGuiApplication>
 
-#include <chrono>
-
 namespace kestrova {
 
 using namespace std::chrono_literals;
@@ -16,12 +14,18 @@ constexpr auto retryInterval = 50ms;
 
 } // namespace
 
-KeyboardGrab::KeyboardGrab(QWindow &window) : m_window(&window)
+KeyboardGrab::KeyboardGrab(QWindow &window, std::chrono::milliseconds idleLimit) : m_window(&window)
 {
+    m_idle.setSingleShot(true);
+    m_idle.setInterval(idleLimit);
+    connect(&m_idle, &QTimer::timeout, this, [this] {
+        follow();
+        QGuiApplication::sync(); // Qt sends it only with the next event
+    });
     m_retry.setSingleShot(true);
     connect(&m_retry, &QTimer::timeout, this, &KeyboardGrab::follow);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &KeyboardGrab::follow);
-    follow();
+    renew();
 }
 
 KeyboardGrab::~KeyboardGrab()
@@ -30,12 +34,18 @@ KeyboardGrab::~KeyboardGrab()
         m_window->setKeyboardGrabEnabled(false);
 }
 
+void KeyboardGrab::renew()
+{
+    m_idle.start();
+    follow();
+}
+
 void KeyboardGrab::follow()
 {
     if (!m_window)
         return;
-    const bool hasFocus = QGuiApplication::focusWindow() == m_window;
-    if (!m_window->setKeyboardGrabEnabled(hasFocus) && hasFocus)
+    const bool wantsKeys = QGuiApplication::focusWindow() == m_window && m_idle.isActive();
+    if (!m_window->setKeyboardGrabEnabled(wantsKeys) && wantsKeys)
         m_retry.start(retryInterval);
 }
 

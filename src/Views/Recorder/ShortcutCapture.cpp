@@ -75,6 +75,8 @@ void ShortcutCapture::cancel()
 
 void ShortcutCapture::handle(const KeyEvent &event)
 {
+    if (m_grab)
+        m_grab->renew();
     if (event.type == KeyEvent::flagsChanged) {
         setMessage(u"Press a non-modifier key while holding your modifiers."_s);
         return;

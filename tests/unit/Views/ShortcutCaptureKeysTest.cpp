@@ -164,6 +164,18 @@ TEST_F(ShortcutCaptureKeysTest, ItWaitsForTheKeyboardWhileAnotherProgramHasGrabb
     EXPECT_EQ(m_window.closeRequests, 0);
 }
 
+TEST_F(ShortcutCaptureKeysTest, WhileNoKeyComesTheKeyboardIsLeftToAScreenLocker)
+{
+    OtherProgram locker;
+    m_window.requestActivate();
+    EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == &m_window; }));
+    KeyboardGrab grab(m_window, std::chrono::milliseconds(50));
+    EXPECT_TRUE(isRefused(locker));
+    EXPECT_TRUE(waitUntil([&] { return !isRefused(locker); }));
+    grab.renew();
+    EXPECT_TRUE(isRefused(locker));
+}
+
 TEST_F(ShortcutCaptureKeysTest, TheHidingOfTheWindowCancels)
 {
     bool isCancelled = false;
