@@ -3,6 +3,7 @@
 #include "ViewModels/MicrophonePermissionMessages.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
+#include "Views/ShownPart.h"
 
 #include <QTextStream>
 #include <QUrl>
@@ -65,12 +66,12 @@ QString SettingsModel::statusIcon() const
 
 QString SettingsModel::lastError() const
 {
-    return m_state.lastError.get().value_or(QString());
+    return shownPart(m_state.lastError.get().value_or(QString()));
 }
 
 void SettingsModel::copyError()
 {
-    m_controller.copy(lastError());
+    m_controller.copy(m_state.lastError.get().value_or(QString()));
 }
 
 QString SettingsModel::shortcut() const

@@ -46,6 +46,15 @@ TEST_F(SettingsModelTest, AnErrorIsShownAndCopied)
     EXPECT_EQ(fake.platform.pasteboard->string(), u"No."_s);
 }
 
+TEST_F(SettingsModelTest, OfAnEndlessErrorTheBeginningIsShownAndAllOfItCopied)
+{
+    const QString endless(1'000'000, u'x');
+    state().lastError.set(endless);
+    EXPECT_LT(model.lastError().size(), 30'000);
+    model.copyError();
+    EXPECT_EQ(fake.pasteboard.string(), endless);
+}
+
 TEST_F(SettingsModelTest, TheRecorderSetsTheMainShortcut)
 {
     model.recordShortcut();
