@@ -140,7 +140,8 @@ int main(int argc, char **argv)
                              std::make_shared<SettingsStore>(*platform.userDefaults),
                              std::make_shared<SubstituteCapture>(),
                              std::make_shared<SubstituteInserter>());
-    Scenes scenes(controller, platform);
+    TrayItem trayItem(*platform.appearance);
+    Scenes scenes(controller, platform, trayItem);
     Dashboard dashboard(scenes);
 
     std::printf("%-28s %7.1f ms\n", "first opening", dashboard.open());

@@ -4,13 +4,13 @@
 
 namespace kestrova {
 
-ControlChannel::ControlChannel(AppController &controller, Scenes &scenes)
-    : m_controller(controller), m_scenes(scenes), m_printer(controller.appState()),
+ControlChannel::ControlChannel(AppController &controller, Windows &windows)
+    : m_controller(controller), m_windows(windows), m_printer(controller.appState()),
       m_inputNotifier(STDIN_FILENO, QSocketNotifier::Read)
 {
     QObject::connect(&m_inputNotifier, &QSocketNotifier::activated, &m_inputNotifier,
                      [this] { readCommands(); });
-    QObject::connect(&scenes, &Scenes::shown, &m_printer, &StatusPrinter::printShown);
+    QObject::connect(&windows, &Windows::shown, &m_printer, &StatusPrinter::printShown);
 }
 
 void ControlChannel::readCommands()
@@ -33,9 +33,9 @@ void ControlChannel::readCommands()
 bool ControlChannel::performOnWindow(const QByteArray &command)
 {
     if (command.startsWith("open "))
-        return m_scenes.open(QString::fromUtf8(command.sliced(5).trimmed()));
+        return m_windows.open(QString::fromUtf8(command.sliced(5).trimmed()));
     if (command.startsWith("close "))
-        return m_scenes.close(QString::fromUtf8(command.sliced(6).trimmed()));
+        return m_windows.close(QString::fromUtf8(command.sliced(6).trimmed()));
     return false;
 }
 

@@ -2,7 +2,7 @@
 
 #include "App/StatusPrinter.h"
 #include "ViewModels/AppController.h"
-#include "Views/Scenes/Scenes.h"
+#include "Views/Tray/Windows.h"
 
 #include <QSocketNotifier>
 
@@ -24,7 +24,7 @@ class ControlChannel
 {
 public:
     /// Both outlive the channel.
-    ControlChannel(AppController &controller, Scenes &scenes);
+    ControlChannel(AppController &controller, Windows &windows);
 
 private:
     void readCommands();
@@ -32,7 +32,7 @@ private:
     bool performOnWindow(const QByteArray &command);
 
     AppController &m_controller;
-    Scenes &m_scenes;
+    Windows &m_windows;
     StatusPrinter m_printer;
     QSocketNotifier m_inputNotifier;
     QByteArray m_unfinishedLine;

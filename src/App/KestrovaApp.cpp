@@ -1,5 +1,6 @@
 #include "App/KestrovaApp.h"
 
+#include "App/WindowsLibrary.h"
 #include "Services/AVAudioCaptureService.h"
 #include "Services/PermissionService.h"
 #include "Services/TextInsertionService.h"
@@ -20,12 +21,16 @@ KestrovaApp::KestrovaApp()
     m_controller = std::make_unique<AppController>(
         AppEnvironment{m_platform, m_main, m_background},
         std::make_shared<SettingsStore>(*m_platform.userDefaults), capture, inserter);
-    m_scenes = std::make_unique<Scenes>(*m_controller, m_platform);
+    m_trayItem = std::make_unique<TrayItem>(*m_platform.appearance);
+    m_windows = std::make_unique<LazyWindows>(
+        [this] { return loadWindows(*m_controller, m_platform, *m_trayItem); });
+    QObject::connect(m_trayItem.get(), &TrayItem::clicked, m_windows.get(),
+                     &Windows::togglePopover);
 }
 
 KestrovaApp::~KestrovaApp()
 {
-    m_scenes.reset();
+    m_windows.reset();
     m_controller.reset();
     m_main.shutDown();
     if (!m_background.waitUntilIdle(drainLimit)) {

@@ -5,7 +5,8 @@
 #include "Concurrency/QtMainExecutor.h"
 #include "Platform/Platform.h"
 #include "ViewModels/AppController.h"
-#include "Views/Scenes/Scenes.h"
+#include "Views/Tray/LazyWindows.h"
+#include "Views/Tray/TrayItem.h"
 
 #include <memory>
 
@@ -24,7 +25,7 @@ public:
     Q_DISABLE_COPY_MOVE(KestrovaApp)
 
     AppController &controller() { return *m_controller; }
-    Scenes &scenes() { return *m_scenes; }
+    Windows &windows() { return *m_windows; }
 
 private:
     /// How long the end of the program waits for its workers.
@@ -35,7 +36,8 @@ private:
     QtMainExecutor m_main;
     BackgroundExecutor m_background;
     std::unique_ptr<AppController> m_controller;
-    std::unique_ptr<Scenes> m_scenes;
+    std::unique_ptr<TrayItem> m_trayItem;
+    std::unique_ptr<LazyWindows> m_windows;
 };
 
 /// What "--diagnostics" prints. Reads only: neither a desktop nor the lock is needed, and the

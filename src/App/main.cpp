@@ -4,6 +4,7 @@
 #include "App/StopSignals.h"
 #include "App/TerminationSignals.h"
 #include "Models/ReadableError.h"
+#include "Views/Tray/Greeting.h"
 
 #include <QApplication>
 #include <QSessionManager>
@@ -95,9 +96,9 @@ int run(int argc, char **argv)
     std::unique_ptr<ControlChannel> control;
     if (isControlled) {
         QObject::connect(&application, &QApplication::saveStateRequest, &keepFromBeingRestarted);
-        control = std::make_unique<ControlChannel>(runningApp->controller(), runningApp->scenes());
+        control = std::make_unique<ControlChannel>(runningApp->controller(), runningApp->windows());
     } else {
-        runningApp->scenes().greet();
+        greet(runningApp->controller().appState(), runningApp->windows());
     }
     const int status = QApplication::exec();
     control.reset();

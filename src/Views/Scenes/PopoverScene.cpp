@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QTimer>
 
 namespace kestrova {
 
@@ -24,23 +23,10 @@ PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, Works
                            TrayItem &trayItem)
     : m_engine(engine), m_workspace(workspace), m_trayItem(trayItem), m_model(controller)
 {
-    connect(&m_trayItem, &TrayItem::clicked, this, &PopoverScene::toggle);
     connect(&m_model, &PopoverModel::dismissRequested, this, &PopoverScene::dismiss);
     connect(&m_model, &PopoverModel::openWindowRequested, this, &PopoverScene::openWindowRequested);
     connect(&m_model, &PopoverModel::quitRequested, qApp, &QCoreApplication::quit,
             Qt::QueuedConnection);
-}
-
-void PopoverScene::greet()
-{
-    QTimer::singleShot(trayDelay, this, [this] {
-        if (TrayItem::isShown() && m_model.showsSetupExperience() && !isOpen())
-            open();
-    });
-    QTimer::singleShot(trayLimit, this, [this] {
-        if (!TrayItem::isShown())
-            open();
-    });
 }
 
 bool PopoverScene::isOpen() const

@@ -3,7 +3,7 @@
 #include "Views/Popover/PopoverModel.h"
 #include "Views/Popover/PopoverWindow.h"
 #include "Views/Scenes/SceneEngine.h"
-#include "Views/Scenes/TrayItem.h"
+#include "Views/Tray/TrayItem.h"
 
 #include <QElapsedTimer>
 
@@ -21,10 +21,6 @@ class PopoverScene : public QObject
 public:
     /// How soon after it has lost the keyboard a click on the tray item is the one that took it.
     static constexpr std::chrono::milliseconds clickLimit{300};
-    /// How long a panel takes to show the icon of a program that has just started.
-    static constexpr std::chrono::seconds trayDelay{1};
-    /// How long a panel may take to come up after the program.
-    static constexpr std::chrono::seconds trayLimit{5};
 
     /// All of them outlive this.
     PopoverScene(SceneEngine &engine, AppController &controller, Workspace &workspace,
@@ -33,9 +29,6 @@ public:
     /// As for a click on the tray item: opens it, or closes it when it is open.
     void toggle();
     void open() { openAt({}); }
-    /// After the start of the program: opens it by itself where the user has something to set up,
-    /// and where no tray comes up in time.
-    void greet();
     /// Gives the keyboard back to the application behind it.
     void dismiss();
 

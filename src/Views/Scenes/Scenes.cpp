@@ -11,10 +11,9 @@ namespace kestrova {
 
 using namespace Qt::StringLiterals;
 
-Scenes::Scenes(AppController &controller, Platform &platform)
+Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem)
     : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults),
-      m_trayItem(*platform.appearance),
-      m_popover(m_engine, controller, *platform.workspace, m_trayItem)
+      m_popover(m_engine, controller, *platform.workspace, trayItem)
 {
     add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
          [&controller, &platform] {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Views/Scenes/TrayItem.h"
+#include "Views/Tray/TrayItem.h"
 #include "support/WaitUntil.h"
 
 #include <QApplication>

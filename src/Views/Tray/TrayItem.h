@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/DesktopAppearance.h"
-#include "Views/Scenes/MenuBarIcon.h"
+#include "Views/Tray/MenuBarIcon.h"
 
 #include <QSystemTrayIcon>
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "Views/Scenes/MenuBarIcon.h"
+#include "Views/Tray/MenuBarIcon.h"
 
 #include <QIconEngine>
 #include <QPainter>

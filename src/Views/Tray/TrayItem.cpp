@@ -1,4 +1,4 @@
-#include "Views/Scenes/TrayItem.h"
+#include "Views/Tray/TrayItem.h"
 
 #include <QGuiApplication>
 #include <QPixmap>

@@ -1,0 +1,23 @@
+#include "Views/Tray/Greeting.h"
+
+#include "Views/Tray/TrayItem.h"
+
+#include <QTimer>
+
+namespace kestrova {
+
+using namespace Qt::StringLiterals;
+
+void greet(const AppState &state, Windows &windows)
+{
+    QTimer::singleShot(trayDelay, &windows, [&state, &windows] {
+        if (TrayItem::isShown() && !(state.isModelReady.get() && state.isWhisperCLIReady.get()))
+            windows.open(u"popover"_s);
+    });
+    QTimer::singleShot(trayLimit, &windows, [&windows] {
+        if (!TrayItem::isShown())
+            windows.open(u"popover"_s);
+    });
+}
+
+} // namespace kestrova
