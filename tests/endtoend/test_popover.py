@@ -5,6 +5,7 @@ import http.server
 import os
 import shutil
 import threading
+import time
 import unittest
 from pathlib import Path
 
@@ -16,6 +17,7 @@ from test_failures import WITHOUT_TOOL, DictationTestCase
 from windows import BUTTON, LABEL
 
 GAP = 8  # between the popover and the panel
+GREETING_TIME = 1.5  # seconds within which a program that has something to say says it
 
 
 class Place(DictationTestCase):
@@ -73,6 +75,19 @@ class Place(DictationTestCase):
 def panel():
     """Where the tray's panel is."""
     return windows.geometry(targets._output("xdotool", "search", "--class", "tint2").split()[0])
+
+
+class Start(DictationTestCase):
+    def test_what_is_to_be_set_up_is_shown_by_itself(self):
+        dictation.model_file().unlink()
+        with windows.UncontrolledProgram() as program:
+            program.window_in_front(program.POPOVER).find("Setup Needed")
+
+    def test_a_program_that_is_set_up_starts_quietly(self):
+        with windows.UncontrolledProgram() as program:
+            program.tray_icon()
+            time.sleep(GREETING_TIME)
+            self.assertIsNone(program.shown_window(program.POPOVER))
 
 
 class Dictating(DictationTestCase):
