@@ -119,6 +119,19 @@ class Appearance(SettingsTestCase):
                 program.close_popover()
 
 
+class AssistiveTechnology(SettingsTestCase):
+    def test_it_chooses_tabs_and_segments_and_presses_buttons(self):
+        with windows.Program() as program:
+            window = self.open_settings(program)
+            window.find("Whisper.cpp", windows.TAB).press()
+            window.find("Accurate", RADIO_BUTTON).press()
+            self.wait_until_stored("decodingProfile", "accurate")
+            window.find("Use English", BUTTON).press()
+            self.wait_until_stored("transcriptionLanguage", "en")
+            program.open_popover().find("Dashboard", BUTTON).press()
+            program.window_in_front("Dashboard")
+
+
 class Diagnostics(SettingsTestCase):
     def test_the_copied_report_is_the_one_that_is_printed(self):
         with windows.Program() as program:

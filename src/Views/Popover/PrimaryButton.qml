@@ -22,6 +22,7 @@ T.Button {
     scale: down && !Theme.reducedMotion ? 0.94 : 1
 
     Accessible.name: model.primaryButtonTitle
+    Accessible.onPressAction: if (button.enabled) button.clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
     onClicked: model.handlePrimaryAction()

@@ -15,6 +15,7 @@ T.Button {
     hoverEnabled: true
 
     Accessible.name: tip
+    Accessible.onPressAction: if (control.enabled) control.clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

@@ -28,6 +28,7 @@ T.Button {
     hoverEnabled: true
 
     Accessible.name: text
+    Accessible.onPressAction: if (control.enabled) control.clicked()
     Accessible.description: tip
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
