@@ -1,5 +1,6 @@
 #include "Views/Recorder/KeyboardGrab.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace kestrova {
@@ -18,10 +19,7 @@ KeyboardGrab::KeyboardGrab(QWindow &window, std::chrono::milliseconds idleLimit)
 {
     m_idle.setSingleShot(true);
     m_idle.setInterval(idleLimit);
-    connect(&m_idle, &QTimer::timeout, this, [this] {
-        follow();
-        QGuiApplication::sync(); // Qt sends it only with the next event
-    });
+    connect(&m_idle, &QTimer::timeout, this, &KeyboardGrab::follow);
     m_retry.setSingleShot(true);
     connect(&m_retry, &QTimer::timeout, this, &KeyboardGrab::follow);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &KeyboardGrab::follow);
@@ -31,7 +29,7 @@ KeyboardGrab::KeyboardGrab(QWindow &window, std::chrono::milliseconds idleLimit)
 KeyboardGrab::~KeyboardGrab()
 {
     if (m_window)
-        m_window->setKeyboardGrabEnabled(false);
+        release();
 }
 
 void KeyboardGrab::renew()
@@ -44,9 +42,17 @@ void KeyboardGrab::follow()
 {
     if (!m_window)
         return;
-    const bool wantsKeys = QGuiApplication::focusWindow() == m_window && m_idle.isActive();
-    if (!m_window->setKeyboardGrabEnabled(wantsKeys) && wantsKeys)
+    if (QGuiApplication::focusWindow() != m_window || !m_idle.isActive())
+        release();
+    else if (!m_window->setKeyboardGrabEnabled(true))
         m_retry.start(retryInterval);
+}
+
+void KeyboardGrab::release()
+{
+    m_window->setKeyboardGrabEnabled(false);
+    // Qt would send that with the next event only; a question makes it go at once.
+    QCursor::pos();
 }
 
 } // namespace kestrova

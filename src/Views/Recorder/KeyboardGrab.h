@@ -26,6 +26,7 @@ public:
 
 private:
     void follow();
+    void release();
 
     const QPointer<QWindow> m_window;
     QTimer m_idle; // runs while the window may have the keyboard
