@@ -25,11 +25,9 @@ SurfaceCard {
             color: Theme.secondary
             Accessible.ignored: true
         }
-        StyledText {
-            width: parent.width
+        FixedDigits {
             text: metric.value
             style: Theme.compactMetric
-            elide: Text.ElideRight
             Accessible.ignored: true
         }
     }

@@ -60,6 +60,7 @@ DashboardModel::DashboardModel(AppController &controller, KeyEventMonitoring &mo
     connect(&m_state, &AppState::usageSnapshotChanged, this, &DashboardModel::slotUsageChanged);
     connect(&m_state, &AppState::settingsChanged, this, &DashboardModel::slotUsageChanged);
     connect(&m_state, &AppState::settingsChanged, this, &DashboardModel::hotbarSlotsChanged);
+    connect(&m_state, &AppState::lastErrorChanged, this, &DashboardModel::lastErrorChanged);
     connect(&m_state, &AppState::usageTrendPeriodChanged, this, &DashboardModel::followPeriod);
     connect(&m_state, &AppState::usageTrendBucketsChanged, this, &DashboardModel::followBuckets);
 }
@@ -119,6 +120,16 @@ QString DashboardModel::hotbarExplanation() const
     return u"Use %1 for default routing. Hotbar defaults are %2 through %3, and custom slot "
            "shortcuts override them."_s.arg(HotkeyShortcut::defaultMain().displayText(),
                                             numbered(1), numbered(HotbarSlotAssignment::slotCount));
+}
+
+QString DashboardModel::lastError() const
+{
+    return m_state.lastError.get().value_or(QString());
+}
+
+void DashboardModel::copyError()
+{
+    m_controller.copy(lastError());
 }
 
 int DashboardModel::slotCount() const

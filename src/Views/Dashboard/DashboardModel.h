@@ -31,6 +31,8 @@ class DashboardModel : public QObject
     Q_PROPERTY(QVariantList slotUsage READ slotUsage NOTIFY slotUsageChanged)
 
     Q_PROPERTY(QString hotbarExplanation READ hotbarExplanation CONSTANT)
+    /// Empty when there is none.
+    Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
     Q_PROPERTY(int slotCount READ slotCount CONSTANT)
     /// UsageCard, UsageRow and HotbarSlotRow are what these lists hold.
     Q_PROPERTY(QVariantList hotbarSlots READ hotbarSlots NOTIFY hotbarSlotsChanged)
@@ -63,6 +65,8 @@ public:
     QVariantList slotUsage() const;
 
     QString hotbarExplanation() const;
+    QString lastError() const;
+    Q_INVOKABLE void copyError();
     int slotCount() const;
     QVariantList hotbarSlots() const;
     Q_INVOKABLE void assignFrontmost(int slotIndex);
@@ -91,6 +95,7 @@ Q_SIGNALS:
     void statusChanged();
     void usageChanged();
     void slotUsageChanged();
+    void lastErrorChanged();
     void hotbarSlotsChanged();
     void periodChanged();
     void chartStyleChanged();

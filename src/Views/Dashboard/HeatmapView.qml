@@ -113,9 +113,8 @@ T.Control {
     HeatmapLegend {
         id: legend
 
-        anchors.right: parent.right
-        anchors.top: scroller.bottom
-        anchors.topMargin: 14
+        x: Math.min(view.width, scroller.x + grid.width) - width
+        y: scroller.height + 14
         visible: !view.chart.isEmpty
         cell: grid.cell
         colors: grid.levelColors

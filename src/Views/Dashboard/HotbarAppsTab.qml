@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
+import Kestrova.Primitives
 import Kestrova.Dashboard
 
 ColumnLayout {
@@ -16,6 +17,12 @@ ColumnLayout {
         Layout.bottomMargin: 8
         title: "Hotbar App Assignment"
         subtitle: tab.model.hotbarExplanation
+    }
+    // Why a slot could not be assigned, or a shortcut not be taken.
+    DangerCard {
+        Layout.fillWidth: true
+        text: tab.model.lastError
+        onCopyRequested: tab.model.copyError()
     }
     Repeater {
         model: tab.model.slotCount

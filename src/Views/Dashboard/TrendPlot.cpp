@@ -207,6 +207,8 @@ void TrendPlot::paintLine(QPainter &painter, const TrendLayout &layout) const
         painter.setPen(QPen(m_guideColor, 1, Qt::DashLine));
         painter.drawLine(QPointF(x, layout.plot.top()), QPointF(x, layout.plot.bottom()));
     }
+    if (m_chart.axis == ValueAxis()) // nothing to draw a line of
+        return;
     QPainterPath path(points.first());
     for (const CurveSegment &segment : monotoneCurve(points))
         path.cubicTo(segment.firstControl, segment.secondControl, segment.end);

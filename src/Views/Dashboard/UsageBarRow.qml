@@ -33,7 +33,7 @@ Column {
                 visible: hover.hovered && name.truncated
             }
         }
-        StyledText {
+        FixedDigits {
             text: bar.row.count
             color: Theme.secondary
             Accessible.ignored: true

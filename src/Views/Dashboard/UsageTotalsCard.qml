@@ -19,11 +19,9 @@ SurfaceCard {
             style: Theme.headline
             Accessible.role: Accessible.Heading
         }
-        StyledText {
-            width: parent.width
+        FixedDigits {
             text: card.totals.recordings
             style: Theme.metric
-            fontSizeMode: Text.HorizontalFit
             Accessible.name: text + " recordings"
         }
         Flow {

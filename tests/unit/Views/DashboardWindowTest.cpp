@@ -259,6 +259,32 @@ TEST_F(DashboardWindowTest, ButtonsOfASlotDoWhatTheySay)
     EXPECT_TRUE(isShown(u"Waiting for input..."_s));
 }
 
+TEST_F(DashboardWindowTest, WhyASlotCouldNotBeAssignedIsShown)
+{
+    selectTab(u"Hotbar Apps"_s);
+    const QString reason = u"Could not resolve a bundle identifier for the selected application."_s;
+    EXPECT_FALSE(isShown(reason));
+    fake.desktop->setRunning(
+        {{.processIdentifier = 300, .bundleIdentifier = {}, .localizedName = u"Nameless"_s}});
+    fake.desktop->bringToFront(300);
+    model->assignFrontmost(2);
+    EXPECT_TRUE(isShown(reason));
+    model->copyError();
+    EXPECT_EQ(fake.pasteboard.string(), reason);
+}
+
+TEST_F(DashboardWindowTest, DigitsLineUp)
+{
+    const auto widthOf = [this](const char *text) {
+        QQmlComponent component(&engine, QUrl(u"qrc:/Kestrova/Dashboard/FixedDigits.qml"_s));
+        const std::unique_ptr<QObject> digits(
+            component.createWithInitialProperties({{u"text"_s, QString::fromLatin1(text)}}));
+        return digits->property("width").toDouble();
+    };
+    EXPECT_EQ(widthOf("1111"), widthOf("8888"));
+    EXPECT_LT(widthOf("1.11"), widthOf("1111"));
+}
+
 TEST_F(DashboardWindowTest, ButtonsStandBesideTheSlotOrBelowItWhereTheyDoNotFit)
 {
     selectTab(u"Hotbar Apps"_s);
