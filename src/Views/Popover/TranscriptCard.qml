@@ -61,6 +61,9 @@ SurfaceCard {
                 function onTextChanged(): void {
                     card.placeEllipsis();
                 }
+                function onWidthChanged(): void {
+                    card.placeEllipsis();
+                }
             }
         }
     }
