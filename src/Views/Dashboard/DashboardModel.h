@@ -20,11 +20,12 @@ class DashboardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by the program")
+    QML_UNCREATABLE("Made by the program.")
     Q_PROPERTY(QString statusText READ statusText NOTIFY statusChanged)
     Q_PROPERTY(int statusTone READ statusTone NOTIFY statusChanged)
     Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY statusChanged)
 
+    // Lists of UsageCard, UsageRow and HotbarSlotRow.
     Q_PROPERTY(QVariantList usageCards READ usageCards NOTIFY usageChanged)
     Q_PROPERTY(QString averageWords READ averageWords NOTIFY usageChanged)
     Q_PROPERTY(QVariantList topApplications READ topApplications NOTIFY usageChanged)
@@ -34,7 +35,6 @@ class DashboardModel : public QObject
     /// Empty when there is none.
     Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
     Q_PROPERTY(int slotCount READ slotCount CONSTANT)
-    /// UsageCard, UsageRow and HotbarSlotRow are what these lists hold.
     Q_PROPERTY(QVariantList hotbarSlots READ hotbarSlots NOTIFY hotbarSlotsChanged)
     Q_PROPERTY(kestrova::ShortcutRecorder *recorder READ recorder CONSTANT)
 

@@ -14,38 +14,24 @@ namespace {
 constexpr qsizetype mostDailyBuckets = 30;
 constexpr int daysPerWeek = 7;
 
-struct Ticks
+struct Wording
 {
-    int stride;
-    QStringView format; // as QLocale::toString() takes it
+    QString unit;
+    int tickStride;
+    QStringView tickFormat; // as QLocale::toString() takes it
 };
 
-Ticks ticksOf(UsageTrendPeriod period)
+Wording wordingOf(UsageTrendPeriod period)
 {
     switch (period) {
     case UsageTrendPeriod::hourly:
-        return {3, u"HH"};
+        return {u"hour"_s, 3, u"HH"};
     case UsageTrendPeriod::daily:
-        return {5, u"MMM d"};
+        return {u"day"_s, 5, u"MMM d"};
     case UsageTrendPeriod::weekly:
-        return {2, u"MMM d"};
+        return {u"week"_s, 2, u"MMM d"};
     case UsageTrendPeriod::monthly:
-        return {1, u"MMM"};
-    }
-    Q_UNREACHABLE();
-}
-
-QString unitName(UsageTrendPeriod period)
-{
-    switch (period) {
-    case UsageTrendPeriod::hourly:
-        return u"hour"_s;
-    case UsageTrendPeriod::daily:
-        return u"day"_s;
-    case UsageTrendPeriod::weekly:
-        return u"week"_s;
-    case UsageTrendPeriod::monthly:
-        return u"month"_s;
+        return {u"month"_s, 1, u"MMM"};
     }
     Q_UNREACHABLE();
 }
@@ -61,10 +47,10 @@ QString timeText(UsageTrendPeriod period, const UsageBucket &bucket, const Calen
     return u"%1 – %2"_s.arg(bucket.label, calendar.label(lastDay, u"MMM d"));
 }
 
-QString textAlternative(UsageTrendPeriod period, const QList<TrendMark> &marks,
+QString textAlternative(const QString &unit, const QList<TrendMark> &marks,
                         const TrendMark &busiest)
 {
-    const QString subject = u"Words per %1, the last %2."_s.arg(unitName(period)).arg(marks.size());
+    const QString subject = u"Words per %1, the last %2."_s.arg(unit).arg(marks.size());
     return busiest.words > 0 ? subject + u" Most: %1."_s.arg(busiest.readOut)
                              : subject + u" No words."_s;
 }
@@ -92,13 +78,14 @@ UsageSummary usageTotals(const QList<UsageBucket> &buckets)
 TrendChart trendChart(UsageTrendPeriod period, const QList<UsageBucket> &buckets,
                       const Calendar &calendar)
 {
-    const Ticks ticks = ticksOf(period);
+    const Wording wording = wordingOf(period);
     TrendChart chart;
     for (qsizetype i = 0; i < buckets.size(); ++i) {
         const UsageBucket &bucket = buckets[i];
-        const bool hasTick = (buckets.size() - 1 - i) % ticks.stride == 0;
+        const bool hasTick = (buckets.size() - 1 - i) % wording.tickStride == 0;
         chart.marks.append(
-            {bucket.words, hasTick ? calendar.label(bucket.startDate, ticks.format) : QString(),
+            {bucket.words,
+             hasTick ? calendar.label(bucket.startDate, wording.tickFormat) : QString(),
              u"%1: %2"_s.arg(timeText(period, bucket, calendar), wordsText(bucket.words))});
     }
     if (chart.marks.isEmpty())
@@ -107,7 +94,7 @@ TrendChart trendChart(UsageTrendPeriod period, const QList<UsageBucket> &buckets
         *std::max_element(chart.marks.begin(), chart.marks.end(),
                           [](const auto &a, const auto &b) { return a.words < b.words; });
     chart.axis = ValueAxis::reaching(double(busiest.words));
-    chart.textAlternative = textAlternative(period, chart.marks, busiest);
+    chart.textAlternative = textAlternative(wording.unit, chart.marks, busiest);
     return chart;
 }
 

@@ -109,10 +109,9 @@ TrendLayout TrendPlot::layout() const
     for (const QString &label : m_chart.axis.labels())
         widest = std::max(widest, metrics.horizontalAdvance(label));
     const double left = std::max(valueLabelColumn, std::ceil(widest) + valueLabelGap);
-    const double top = readOutStrip + std::ceil(metrics.height() / 2) - 6;
     const double bottom =
         height() - tickLength - tickLabelGap - axisTitleGap - 2 * std::ceil(metrics.height());
-    return {QRectF(QPointF(left, top), QPointF(width() - trailingMargin, bottom)),
+    return {QRectF(QPointF(left, readOutStrip), QPointF(width() - trailingMargin, bottom)),
             m_chart.marks.size()};
 }
 

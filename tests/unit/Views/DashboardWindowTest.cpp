@@ -69,6 +69,11 @@ protected:
         window->requestActivate();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
     }
+    QObject &appearance()
+    {
+        return *engine.singletonInstance<QObject *>(
+            qmlTypeId("Kestrova.Primitives", 1, 0, "Appearance"));
+    }
     void selectTab(const QString &title)
     {
         const QPointF centre = item(title)->mapRectToScene(item(title)->boundingRect()).center();
@@ -301,12 +306,21 @@ TEST_F(DashboardWindowTest, ButtonsStandBesideTheSlotOrBelowItWhereTheyDoNotFit)
     EXPECT_GT(place(u"Slot 2"_s).top(), place(u"Clear"_s).bottom()) << "the card has grown";
 }
 
+TEST_F(DashboardWindowTest, WithReducedMotionAnotherPeriodIsThereAtOnce)
+{
+    appearance().setProperty("reducedMotion", true);
+    selectTab(u"Usage Stats"_s);
+    model->setPeriod(3);
+    const QImage changed = window->grabWindow();
+    build();
+    selectTab(u"Usage Stats"_s);
+    EXPECT_EQ(window->grabWindow(), changed);
+}
+
 TEST_F(DashboardWindowTest, BothThemesAreDrawn)
 {
     const QImage light = window->grabWindow();
-    auto *const appearance =
-        engine.singletonInstance<QObject *>(qmlTypeId("Kestrova.Primitives", 1, 0, "Appearance"));
-    appearance->setProperty("dark", true);
+    appearance().setProperty("dark", true);
     EXPECT_LT(qGray(window->grabWindow().pixel(600, 660)), 60);
     EXPECT_GT(qGray(light.pixel(600, 660)), 200);
 }
