@@ -43,22 +43,11 @@ SurfaceCard {
                     style: Theme.headline
                     Accessible.role: Accessible.Heading
                 }
-                StyledText {
-                    id: name
-
+                NameText {
                     Layout.fillWidth: true
                     text: card.slot.appName
                     style: Theme.callout
                     color: Theme.secondary
-                    elide: Text.ElideMiddle
-
-                    HoverHandler {
-                        id: hover
-                    }
-                    Tip {
-                        text: name.text
-                        visible: hover.hovered && name.truncated
-                    }
                 }
             }
             Rectangle {

@@ -17,21 +17,10 @@ Column {
         width: parent.width
         spacing: 8
 
-        StyledText {
-            id: name
-
+        NameText {
             Layout.fillWidth: true
             text: bar.row.name
-            elide: Text.ElideMiddle
             Accessible.ignored: true
-
-            HoverHandler {
-                id: hover
-            }
-            Tip {
-                text: bar.row.name
-                visible: hover.hovered && name.truncated
-            }
         }
         FixedDigits {
             text: bar.row.count
