@@ -266,12 +266,16 @@ TEST_F(PopoverModelTest, AnErrorIsShownUntilItIsCleared)
     EXPECT_EQ(model->lastError(), QString());
     state().lastError.set(u"The tool failed."_s);
     EXPECT_EQ(model->lastError(), u"The tool failed."_s);
-    state().lastError.set(u"The tool failed.\n\n"_s);
-    EXPECT_EQ(model->lastError(), u"The tool failed."_s);
     model->copyError();
     EXPECT_EQ(fake.pasteboard.string(), u"The tool failed."_s);
     state().clearErrorIfNeeded();
     EXPECT_EQ(model->lastError(), QString());
+}
+
+TEST_F(PopoverModelTest, TheEmptyLinesAtAnErrorsEndAreNotShown)
+{
+    state().lastError.set(u"The tool failed.\n\n"_s);
+    EXPECT_EQ(model->lastError(), u"The tool failed."_s);
 }
 
 TEST_F(PopoverModelTest, AWindowIsOpenedBeforeThePopoverGoes)
