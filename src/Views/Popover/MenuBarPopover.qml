@@ -19,6 +19,8 @@ PopoverWindow {
     fullHeight: face.implicitHeight + separator.height + footer.implicitHeight + 4 * padding
 
     onOpening: {
+        content.forceActiveFocus();
+        pane.contentY = 0;
         // An opaque window would be empty first.
         if (isTranslucent)
             entering.restart();
@@ -35,6 +37,8 @@ PopoverWindow {
         easing.type: Easing.OutCubic
     }
     Item {
+        id: content
+
         width: parent.width
         height: parent.height
         x: Theme.reducedMotion ? 0 : (1 - window.entry) * window.entryOffset.x

@@ -9,8 +9,8 @@ namespace {
 
 constexpr Qt::WindowFlags popoverFlags =
     Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint;
-constexpr int entryDistance = 4;
 constexpr Qt::WindowFlags ordinaryFlags = Qt::Window | Qt::MSWindowsFixedSizeDialogHint;
+constexpr int entryDistance = 4;
 
 } // namespace
 

@@ -31,7 +31,8 @@ PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, Works
 
 bool PopoverScene::isOpen() const
 {
-    return m_popover && m_popover->isVisible();
+    return m_popover && m_popover->isVisible() &&
+           !m_popover->windowStates().testFlag(Qt::WindowMinimized);
 }
 
 void PopoverScene::toggle()
@@ -58,7 +59,10 @@ void PopoverScene::openAt(const std::optional<QPoint> &clicked)
         m_popover->openOrdinary();
         return;
     }
-    m_workspace.keepOffTaskBars(m_popover->winId());
+    if (m_popover->isOrdinary())
+        m_popover->hide(); // the tray has come up since
+    if (!m_popover->isVisible())
+        m_workspace.keepOffTaskBars(m_popover->winId());
     m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas()));
 }
 

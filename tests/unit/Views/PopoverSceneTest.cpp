@@ -157,5 +157,30 @@ TEST_F(PopoverSceneTest, WithoutATrayItIsAWindowThatIsNeverClosed)
     EXPECT_TRUE(popover()->isVisible());
 }
 
+TEST_F(PopoverSceneTest, OnceATrayComesUpTheMinimisedWindowIsAPopoverAgain)
+{
+    open();
+    popover()->close();
+    ASSERT_TRUE(waitUntil([this] { return !popover()->isActive(); }));
+    startPanel();
+    open();
+    EXPECT_FALSE(popover()->isOrdinary());
+    EXPECT_TRUE(waitUntil([this] { return isAtPanel(); }));
+    EXPECT_FALSE(popover()->windowStates().testFlag(Qt::WindowMinimized));
+}
+
+TEST_F(PopoverSceneTest, WhatHadTheFocusInItBeforeHasItNoMore)
+{
+    startPanel();
+    open();
+    QQuickItem *first = popover()->activeFocusItem();
+    constexpr xcb_keycode_t tab = 23;
+    tap(keyboard, tab);
+    ASSERT_TRUE(waitUntil([&] { return popover()->activeFocusItem() != first; }));
+    scene->dismiss();
+    open();
+    EXPECT_EQ(popover()->activeFocusItem(), first);
+}
+
 } // namespace
 } // namespace kestrova
