@@ -7,7 +7,8 @@ import Kestrova.Dashboard
 
 // The heatmap of daily words with its read-out and its legend. Where it is too wide it scrolls
 // sideways, from today on.
-T.Control {
+// An Item: a control would tell assistive technology no role.
+Item {
     id: view
 
     required property DashboardModel model
@@ -15,7 +16,7 @@ T.Control {
     readonly property real gutter: 28
 
     implicitHeight: chart.isEmpty ? 96 : legend.y + legend.height
-    focusPolicy: chart.isEmpty ? Qt.NoFocus : Qt.TabFocus
+    activeFocusOnTab: !chart.isEmpty
     LayoutMirroring.enabled: false
     LayoutMirroring.childrenInherit: true
 
@@ -36,11 +37,9 @@ T.Control {
         scroller.returnToBounds();
     }
 
-    background: Item {
-        FocusRing {
-            visible: view.visualFocus
-            distance: 4
-        }
+    FocusRing {
+        visible: view.activeFocus
+        distance: 4
     }
 
     StyledText {

@@ -1,34 +1,41 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kestrova.Primitives
 import Kestrova.Dashboard
 
 // The trend chart with its read-out: at the pointer, or where the arrow keys lead.
-T.Control {
+// An Item: a control would tell assistive technology no role.
+Item {
     id: view
 
     required property DashboardModel model
 
     implicitHeight: 300
-    focusPolicy: Qt.TabFocus
+    activeFocusOnTab: true
     LayoutMirroring.enabled: false
     LayoutMirroring.childrenInherit: true
 
     Accessible.role: Accessible.Chart
     Accessible.name: plot.readOut || model.trendChart.textAlternative
     Accessible.focusable: true
-    Keys.onLeftPressed: plot.currentMark = Math.max(0, (plot.currentMark < 0 ? plot.markCount : plot.currentMark) - 1)
-    Keys.onRightPressed: plot.currentMark = Math.min(plot.markCount - 1, plot.currentMark < 0 ? plot.markCount : plot.currentMark + 1)
     Keys.onPressed: event => {
-        event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End;
+        const marks = { [Qt.Key_Left]: -1, [Qt.Key_Right]: 1,
+                        [Qt.Key_Home]: -plot.markCount, [Qt.Key_End]: plot.markCount }[event.key];
+        event.accepted = marks !== undefined;
         if (event.accepted)
-            plot.currentMark = event.key === Qt.Key_Home ? 0 : plot.markCount - 1;
+            moveBy(marks);
     }
     onActiveFocusChanged: plot.currentMark = -1
 
-    contentItem: TrendPlot {
+    // From behind the last mark where none is current.
+    function moveBy(marks: int): void {
+        const from = plot.currentMark < 0 ? plot.markCount : plot.currentMark;
+        plot.currentMark = Math.max(0, Math.min(plot.markCount - 1, from + marks));
+    }
+
+    TrendPlot {
         id: plot
 
+        anchors.fill: parent
         chart: view.model.trendChart
         isLine: view.model.chartStyle === DashboardModel.Line
         duration: Theme.chart
@@ -50,11 +57,9 @@ T.Control {
             }
         }
     }
-    background: Item {
-        FocusRing {
-            visible: view.visualFocus
-            distance: 4
-        }
+    FocusRing {
+        visible: view.activeFocus
+        distance: 4
     }
 
     ReadOut {
