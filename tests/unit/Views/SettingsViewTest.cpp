@@ -5,7 +5,7 @@
 #include "support/WaitUntil.h"
 
 #include <QAccessible>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QQuickItem>
 #include <QTest>
 
@@ -81,7 +81,7 @@ protected:
     char m_option[10] = "-platform";
     char m_platform[4] = "xcb";
     char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
-    QGuiApplication application{m_argc, m_argv};
+    QApplication application{m_argc, m_argv}; // which QTest takes it for
     SettingsModel model{*controller, fake.platform};
     SceneEngine engine{state(), *fake.platform.appearance};
     std::unique_ptr<QQuickWindow> window =
