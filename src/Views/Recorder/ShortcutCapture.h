@@ -33,7 +33,6 @@ public:
     bool isCaptured() const { return m_capturedShortcut.has_value(); }
     const std::optional<HotkeyShortcut> &capturedShortcut() const { return m_capturedShortcut; }
     QString message() const { return m_message; }
-    bool isCapturing() const { return m_localMonitor || m_globalMonitor; }
 
     /// Captures anew, in place of what went on before. The window, if there is one, comes to the
     /// front and gets all keys while it has the focus; its hiding cancels the capturing.

@@ -108,23 +108,22 @@ public:
 
     QString diagnostics() const;
 
-public Q_SLOTS:
-    void copyError();
+    Q_INVOKABLE void copyError();
     /// Opens the recorder for the main shortcut.
-    void recordShortcut();
-    void resetShortcut();
-    void openDashboard();
-    void installWhisperCpp();
-    void refresh();
+    Q_INVOKABLE void recordShortcut();
+    Q_INVOKABLE void resetShortcut();
+    Q_INVOKABLE void openDashboard();
+    Q_INVOKABLE void installWhisperCpp();
+    Q_INVOKABLE void refresh();
     /// The preset's address, and no digest.
-    void usePreset(kestrova::SettingsModel::ModelPreset preset);
+    Q_INVOKABLE void usePreset(kestrova::SettingsModel::ModelPreset preset);
     /// Downloads the model anew.
-    void downloadModel();
-    void requestMicrophone();
-    void promptForAccessibility();
+    Q_INVOKABLE void downloadModel();
+    Q_INVOKABLE void requestMicrophone();
+    Q_INVOKABLE void promptForAccessibility();
     /// To standard output.
-    void printDiagnostics();
-    void copyDiagnostics();
+    Q_INVOKABLE void printDiagnostics();
+    Q_INVOKABLE void copyDiagnostics();
 
 Q_SIGNALS:
     /// Of any property.
