@@ -20,6 +20,15 @@ Rectangle {
             label.text = text;
     }
 
+    Shadow {
+        anchors.fill: parent
+        anchors.margins: -margin
+        z: -1
+        margin: 32
+        blur: 24
+        drop: 8
+        color: Theme.overlayShadow
+    }
     // The last text stays while it fades.
     StyledText {
         id: label

@@ -42,6 +42,7 @@ QtObject {
     // Lines
     readonly property color border: wash(primary, highContrast ? 0.6 : 0.1)
     readonly property color overlayBorder: wash(primary, highContrast ? 0.6 : dark ? 0.16 : 0.14)
+    readonly property color overlayShadow: dark ? "#73000000" : "#29000000"
     readonly property color windowShadow: dark ? "#99000000" : "#3D000000"
     readonly property color dimming: dark ? "#66000000" : "#33000000"
 
