@@ -1,6 +1,15 @@
 #include "Views/Recorder/ShortcutRecorder.h"
 
+#include <QPointer>
+
 namespace kestrova {
+
+namespace {
+
+/// Of all windows: two would take each other's keys.
+QPointer<ShortcutRecorder> openRecorder;
+
+} // namespace
 
 ShortcutRecorder::ShortcutRecorder(AppController &controller, KeyEventMonitoring &monitoring)
     : m_controller(controller), m_capture(monitoring)
@@ -27,6 +36,9 @@ ShortcutRecorder::~ShortcutRecorder()
 
 void ShortcutRecorder::open(Save save)
 {
+    if (openRecorder)
+        openRecorder->close();
+    openRecorder = this;
     m_save = std::move(save);
     m_controller.unregisterHotkeys();
     m_isOpen = true;

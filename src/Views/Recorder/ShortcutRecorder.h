@@ -29,7 +29,8 @@ public:
 
     bool isOpen() const { return m_isOpen; }
     ShortcutCapture *capture() { return &m_capture; }
-    /// Hands the shortcut that the user saves to the callback; nothing when the user cancels.
+    /// Hands the shortcut that the user saves to the callback; nothing when the user cancels. The
+    /// recorder of another window is closed.
     void open(Save save);
 
 Q_SIGNALS:

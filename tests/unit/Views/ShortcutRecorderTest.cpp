@@ -83,6 +83,20 @@ TEST_F(ShortcutRecorderTest, AChangeOfTheSettingsMeanwhileDoesNotArmTheShortcuts
     EXPECT_TRUE(isArmed());
 }
 
+TEST_F(ShortcutRecorderTest, OneIsOpenAtATime)
+{
+    open();
+    ShortcutRecorder other(*controller, *fake.platform.keyMonitoring);
+    other.open([](const HotkeyShortcut &) {});
+    EXPECT_FALSE(recorder->isOpen());
+    EXPECT_TRUE(other.isOpen());
+    EXPECT_FALSE(isArmed());
+    EXPECT_EQ(fake.keyboard.localMonitorCount(), 0);
+    open();
+    EXPECT_FALSE(other.isOpen());
+    EXPECT_FALSE(isArmed());
+}
+
 TEST_F(ShortcutRecorderTest, OpeningAndClosingIsAnnounced)
 {
     QStringList announced;
