@@ -74,7 +74,7 @@ std::optional<qsizetype> heatmapNeighbour(const HeatmapChart &chart, std::option
         return std::nullopt;
     if (!from || !isTracked(chart, *from))
         return chart.marks.size() - 1;
-    const qsizetype to = *from + weeks * daysPerHeatmapWeek + days;
+    const qsizetype to = *from + qsizetype(weeks) * daysPerHeatmapWeek + days;
     return isTracked(chart, to) ? to : *from;
 }
 

@@ -37,8 +37,9 @@ double HeatmapLayout::height() const
 
 QRectF HeatmapLayout::cellRect(qsizetype index) const
 {
-    return {double(index / daysPerHeatmapWeek) * pitch(),
-            double(index % daysPerHeatmapWeek) * pitch(), cell, cell};
+    const qsizetype column = index / daysPerHeatmapWeek;
+    const qsizetype row = index % daysPerHeatmapWeek;
+    return {double(column) * pitch(), double(row) * pitch(), cell, cell};
 }
 
 std::optional<qsizetype> HeatmapLayout::cellAt(QPointF point, qsizetype cellCount) const
