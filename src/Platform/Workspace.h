@@ -3,6 +3,7 @@
 #include "Models/TargetApplication.h"
 
 #include <QList>
+#include <QRect>
 #include <QUrl>
 
 #include <functional>
@@ -56,6 +57,8 @@ public:
     /// Leaves a window of our own, which is about to be shown, out of task bars and window
     /// switchers. The number is the window system's.
     virtual void keepOffTaskBars(quint64 window) = 0;
+    /// Where the panels of the desktop are, in the pixels of all screens together.
+    virtual QList<QRect> panels() = 0;
 
     /// Calls the handler on the main thread with each application that comes to the front.
     [[nodiscard]] virtual std::unique_ptr<Observation>

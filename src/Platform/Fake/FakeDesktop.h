@@ -78,6 +78,8 @@ public:
     void openApplication(const QString &bundleIdentifier) override;
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64 window) override;
+    /// None.
+    QList<QRect> panels() override { return {}; }
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;
 

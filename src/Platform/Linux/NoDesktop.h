@@ -20,6 +20,7 @@ public:
     void openApplication(const QString &bundleIdentifier) override;
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64) override {}
+    QList<QRect> panels() override { return {}; }
     /// The handler is never called.
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;

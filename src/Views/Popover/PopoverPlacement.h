@@ -13,6 +13,9 @@ struct ScreenArea
 {
     QRect geometry;
     QRect available; ///< without the panels, as far as they are known
+
+    /// Leaves the panel out, if it is one of this screen.
+    ScreenArea without(const QRect &panel) const;
 };
 
 enum class ScreenEdge { top, bottom, left, right };

@@ -9,11 +9,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QList<ScreenArea> screenAreas()
+/// From the pixels of all screens together to the logical ones of this screen.
+QRect logical(const QRect &place, const QScreen &screen)
 {
+    const QPoint origin = screen.geometry().topLeft();
+    const qreal scale = screen.devicePixelRatio();
+    return {origin + (place.topLeft() - origin) / scale, place.size() / scale};
+}
+
+QList<ScreenArea> screenAreas(Workspace &workspace)
+{
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    // The work area is that of all screens together, so that it tells something of a single one.
+    const QList<QRect> panels = screens.size() > 1 ? workspace.panels() : QList<QRect>();
     QList<ScreenArea> areas;
-    for (const QScreen *screen : QGuiApplication::screens())
-        areas.append({screen->geometry(), screen->availableGeometry()});
+    for (const QScreen *screen : screens) {
+        ScreenArea area{screen->geometry(), screen->availableGeometry()};
+        for (const QRect &panel : panels)
+            area = area.without(logical(panel, *screen));
+        areas.append(area);
+    }
     return areas;
 }
 
@@ -63,7 +78,7 @@ void PopoverScene::openAt(const std::optional<QPoint> &clicked)
         m_popover->hide(); // the tray has come up since
     if (!m_popover->isVisible())
         m_workspace.keepOffTaskBars(m_popover->winId());
-    m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas()));
+    m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas(m_workspace)));
 }
 
 void PopoverScene::build()

@@ -155,4 +155,28 @@ void X11Windows::keepOffTaskBars(xcb_window_t window)
     XcbPointer<xcb_generic_error_t>(xcb_request_check(m_connection.xcb(), cookie));
 }
 
+QList<QRect> X11Windows::panels()
+{
+    QList<QRect> places;
+    for (const xcb_window_t window : stacked()) {
+        const QList<quint32> types = m_connection.values(window, "_NET_WM_WINDOW_TYPE");
+        if (types.contains(m_connection.atom("_NET_WM_WINDOW_TYPE_DOCK")))
+            places.append(place(window));
+    }
+    return places;
+}
+
+QRect X11Windows::place(xcb_window_t window)
+{
+    xcb_connection_t *xcb = m_connection.xcb();
+    const auto size = xcb_get_geometry(xcb, window);
+    const auto origin = xcb_translate_coordinates(xcb, window, m_connection.root(), 0, 0);
+    const XcbPointer<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(xcb, size, nullptr));
+    const XcbPointer<xcb_translate_coordinates_reply_t> corner(
+        xcb_translate_coordinates_reply(xcb, origin, nullptr));
+    return geometry && corner
+               ? QRect(corner->dst_x, corner->dst_y, geometry->width, geometry->height)
+               : QRect();
+}
+
 } // namespace kestrova

@@ -3,6 +3,8 @@
 #include "Platform/Linux/DesktopEntries.h"
 #include "Platform/Linux/X11/X11Connection.h"
 
+#include <QRect>
+
 #include <optional>
 #include <utility>
 
@@ -47,6 +49,8 @@ public:
     /// Before the window is shown: asks the window manager to leave it out of task bars and window
     /// switchers. The server knows when this returns.
     void keepOffTaskBars(xcb_window_t window);
+    /// Where the windows of the type "dock" are.
+    QList<QRect> panels();
 
 private:
     QList<xcb_window_t> stacked();
@@ -55,6 +59,7 @@ private:
     void identify(X11Window &window);
     std::optional<DesktopEntry> application(const X11Window &window);
     std::pair<QString, QString> classOf(xcb_window_t window);
+    QRect place(xcb_window_t window);
     bool isRegular(xcb_window_t window, const QList<quint32> &states);
 
     X11Connection &m_connection;

@@ -34,6 +34,7 @@ public:
     /// An application's address opens that application, also one that no menu shows.
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64 window) override;
+    QList<QRect> panels() override { return m_windows.panels(); }
 
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;
