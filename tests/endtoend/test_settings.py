@@ -132,6 +132,30 @@ class AssistiveTechnology(SettingsTestCase):
             program.window_in_front("Dashboard")
 
 
+    def test_all_that_can_be_operated_has_a_name(self):
+        with windows.Program() as program:
+            self.check_names(program.open_popover())
+            program.close_popover()
+            dashboard = program.open_dashboard()
+            self.check_names_of_tabs(dashboard, ("Overview", "Hotbar Apps", "Usage Stats"))
+            settings = self.open_settings(program)
+            self.check_names_of_tabs(settings, ("Whisper.cpp", "Model", "Permissions", "Diagnostics", "General"))
+            settings.find("Record Shortcut", BUTTON).click()
+            self.check_names(settings.find("Record Shortcut", windows.DIALOG))
+
+    def check_names_of_tabs(self, window, tabs):
+        for tab in tabs:
+            window.find(tab, windows.TAB).click()
+            self.wait_until(lambda name=tab: window.find(name, windows.TAB).has_state("selected"))
+            self.check_names(window)
+
+    def check_names(self, window):
+        operable = (BUTTON, FIELD, RADIO_BUTTON, windows.TAB, windows.DIALOG)
+        names = [element.name for element in window.all() if element.role in operable]
+        self.assertTrue(names)
+        self.assertNotIn("", names)
+
+
 class Diagnostics(SettingsTestCase):
     def test_the_copied_report_is_the_one_that_is_printed(self):
         with windows.Program() as program:
