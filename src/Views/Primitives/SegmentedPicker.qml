@@ -21,16 +21,15 @@ RowLayout {
         visible: picker.caption.length > 0
         Accessible.ignored: true
     }
-    T.Control {
+    // A Control would have no role for assistive technology, whatever role it is given.
+    T.GroupBox {
         id: track
 
+        title: picker.caption
         implicitWidth: segments.implicitWidth + 4
         implicitHeight: segments.implicitHeight + 4
         focusPolicy: Qt.StrongFocus
 
-        Accessible.role: Accessible.Grouping
-        Accessible.name: picker.caption
-        Accessible.focusable: true
         Keys.onLeftPressed: picker.step(-1)
         Keys.onRightPressed: picker.step(1)
         Keys.onUpPressed: picker.step(-1)
