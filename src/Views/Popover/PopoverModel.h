@@ -77,19 +77,18 @@ public:
     PrimaryButtonLook primaryButtonLook() const;
     QString lastTranscript() const;
 
-public Q_SLOTS:
     /// Downloads the model anew.
-    void downloadModel();
-    void installWhisperCpp();
-    void grantMicrophone();
-    void grantAccessibility();
+    Q_INVOKABLE void downloadModel();
+    Q_INVOKABLE void installWhisperCpp();
+    Q_INVOKABLE void grantMicrophone();
+    Q_INVOKABLE void grantAccessibility();
     /// Starts, ends or cancels a dictation. Before a start it asks for the popover to be dismissed,
     /// so that the dictation goes to the application behind it.
-    void handlePrimaryAction();
-    void copyError();
-    void refresh();
-    void openDashboard();
-    void openSettings();
+    Q_INVOKABLE void handlePrimaryAction();
+    Q_INVOKABLE void copyError();
+    Q_INVOKABLE void refresh();
+    Q_INVOKABLE void openDashboard();
+    Q_INVOKABLE void openSettings();
 
 Q_SIGNALS:
     /// Of any property.
