@@ -22,10 +22,21 @@ PopoverWindow::PopoverWindow(QWindow *parent) : QQuickWindow(parent)
     format.setAlphaBufferSize(8);
     setFormat(format);
     connect(this, &PopoverWindow::layoutChanged, this, &PopoverWindow::place);
-    connect(this, &QWindow::activeChanged, this, [this] {
-        if (!isOrdinary() && isVisible() && !isActive())
+    m_withoutFocus.setSingleShot(true);
+    m_withoutFocus.setInterval(focusGrace);
+    connect(this, &QWindow::activeChanged, this, &PopoverWindow::watchFocus);
+    connect(&m_withoutFocus, &QTimer::timeout, this, [this] {
+        if (!isOrdinary() && isVisible())
             Q_EMIT focusLost();
     });
+}
+
+void PopoverWindow::watchFocus()
+{
+    if (isActive())
+        m_withoutFocus.stop();
+    else
+        m_withoutFocus.start();
 }
 
 QPoint PopoverWindow::entryOffset() const
@@ -49,6 +60,7 @@ void PopoverWindow::openAt(const PopoverPlacement &placement)
 {
     setPlacement(placement);
     setFlags(popoverFlags);
+    m_withoutFocus.stop();
     if (!isVisible())
         Q_EMIT opening();
     present();

@@ -3,6 +3,7 @@
 #include "Views/Popover/PopoverPlacement.h"
 
 #include <QQuickWindow>
+#include <QTimer>
 
 namespace kestrova {
 
@@ -23,6 +24,9 @@ class PopoverWindow : public QQuickWindow
 
 public:
     static constexpr int popoverWidth = 360;
+    /// How long it has to be without the keyboard to have lost it: when it is opened again soon,
+    /// the news of its last closing is still on the way.
+    static constexpr std::chrono::milliseconds focusGrace{200};
 
     explicit PopoverWindow(QWindow *parent = nullptr);
 
@@ -51,10 +55,12 @@ private:
     void setPlacement(const std::optional<PopoverPlacement> &placement);
     void place();
     void present();
+    void watchFocus();
 
     std::optional<PopoverPlacement> m_placement;
     qreal m_fullHeight = 0;
     int m_margin = 0;
+    QTimer m_withoutFocus;
 };
 
 } // namespace kestrova

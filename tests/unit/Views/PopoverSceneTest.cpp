@@ -110,6 +110,24 @@ TEST_F(PopoverSceneTest, TurningToAnotherWindowClosesItAndTheSameClickDoesNotOpe
     }));
 }
 
+TEST_F(PopoverSceneTest, OpenedAgainAtOnceItStaysOpen)
+{
+    startPanel();
+    const TestApplication other(connection, u"other"_s, u"Other"_s);
+    open();
+    for (int round = 0; round < 5; ++round) {
+        scene->dismiss();
+        scene->toggle();
+        ASSERT_FALSE(isHidden());
+        QElapsedTimer sinceOpening;
+        sinceOpening.start();
+        ASSERT_TRUE(waitUntil([&] {
+            return isHidden() || sinceOpening.hasExpired(2 * PopoverWindow::focusGrace.count());
+        }));
+        EXPECT_FALSE(isHidden()) << round;
+    }
+}
+
 TEST_F(PopoverSceneTest, ItGivesTheKeyboardBack)
 {
     startPanel();
