@@ -48,6 +48,12 @@ class Place(DictationTestCase):
         program.wait_until_closed(program.POPOVER)
         self.wait_until(editor.has_focus)
 
+    def test_it_opens_and_stays_at_every_click(self):
+        with windows.Program() as program:
+            for _ in range(30):
+                program.open_popover()
+                program.close_popover()
+
     def test_the_tab_key_reaches_every_control(self):
         with windows.Program() as program:
             popover = program.open_popover()
