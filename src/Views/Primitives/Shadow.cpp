@@ -18,6 +18,7 @@ std::vector<double> blurred(int length, double start, double end, double deviati
         return std::erf(position / (deviation * std::numbers::sqrt2));
     };
     std::vector<double> shares;
+    shares.reserve(size_t(length));
     for (int pixel = 0; pixel < length; ++pixel)
         shares.push_back((below(pixel + 0.5 - start) - below(pixel + 0.5 - end)) / 2);
     return shares;
