@@ -52,8 +52,7 @@ void WindowScene::dismantle()
         m_sizes.setSize(m_description.identifier, m_window->size());
     // Closing goes on within the window.
     auto *window = m_window.release();
-    connect(window, &QObject::destroyed, m_model.get(), &QObject::deleteLater);
-    m_model.release();
+    connect(window, &QObject::destroyed, m_model.release(), &QObject::deleteLater);
     window->deleteLater();
     Q_EMIT closed();
 }

@@ -34,7 +34,7 @@ TrayItem::TrayItem(const DesktopAppearance &desktop) : m_desktop(desktop)
     m_icon.setToolTip(u"Kestrova"_s);
     connect(&m_icon, &QSystemTrayIcon::activated, this, &TrayItem::activate);
     connect(&m_desktop, &DesktopAppearance::changed, this, &TrayItem::startLooking);
-    connect(&m_looking, &QTimer::timeout, this, &TrayItem::look);
+    connect(&m_looking, &QTimer::timeout, this, &TrayItem::lookAgain);
     startLooking();
     m_icon.show();
 }
@@ -50,15 +50,22 @@ void TrayItem::activate(QSystemTrayIcon::ActivationReason reason)
 
 void TrayItem::startLooking()
 {
-    m_looksLeft = lookCount;
-    m_looking.start(lookInterval);
+    m_looking.start(firstWait);
+    look();
+}
+
+void TrayItem::lookAgain()
+{
+    const auto wait = 2 * m_looking.intervalAsDuration();
+    if (wait <= longestWait)
+        m_looking.start(wait);
+    else
+        m_looking.stop();
     look();
 }
 
 void TrayItem::look()
 {
-    if (--m_looksLeft <= 0)
-        m_looking.stop();
     const auto colors =
         MenuBarIconColors::on(trayTextColor(m_desktop), panelColor(m_icon.geometry()));
     if (colors == m_colors)

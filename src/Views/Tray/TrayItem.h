@@ -14,10 +14,10 @@ class TrayItem : public QObject
     Q_OBJECT
 
 public:
-    /// A panel takes the icon in and draws itself in its own time: how often to look at its colour
-    /// meanwhile, and how many times.
-    static constexpr std::chrono::milliseconds lookInterval{250};
-    static constexpr int lookCount = 40;
+    /// A panel takes the icon in and draws itself in its own time: how soon to look at its colour,
+    /// and how long at most to wait for another look. Each wait is twice the one before.
+    static constexpr std::chrono::milliseconds firstWait{100};
+    static constexpr std::chrono::milliseconds longestWait{6400};
 
     /// The desktop outlives this.
     explicit TrayItem(const DesktopAppearance &desktop);
@@ -34,12 +34,12 @@ private:
     void activate(QSystemTrayIcon::ActivationReason reason);
     void startLooking();
     void look();
+    void lookAgain();
 
     const DesktopAppearance &m_desktop;
     QSystemTrayIcon m_icon;
     std::optional<MenuBarIconColors> m_colors; ///< in which the icon was drawn
     QTimer m_looking;
-    int m_looksLeft = 0;
 };
 
 } // namespace kestrova
