@@ -26,6 +26,7 @@ RowLayout {
         id: track
 
         title: picker.caption
+        Accessible.name: picker.caption
         implicitWidth: segments.implicitWidth + 4
         implicitHeight: segments.implicitHeight + 4
         focusPolicy: Qt.StrongFocus
