@@ -33,7 +33,8 @@ class PrivateDisplay:
 
     def __init__(self, *arguments):
         reading, writing = os.pipe()
-        command = ["Xvfb", "-displayfd", str(writing), "-nolisten", "tcp", *arguments]
+        # Without "-noreset" it starts anew, refusing connections, when its only client goes for a moment.
+        command = ["Xvfb", "-displayfd", str(writing), "-nolisten", "tcp", "-noreset", *arguments]
         self._server = subprocess.Popen(command, pass_fds=[writing], stderr=subprocess.DEVNULL)
         os.close(writing)
         with open(reading) as display:
