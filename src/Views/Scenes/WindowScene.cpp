@@ -54,7 +54,6 @@ void WindowScene::dismantle()
     auto *window = m_window.release();
     connect(window, &QObject::destroyed, m_model.release(), &QObject::deleteLater);
     window->deleteLater();
-    Q_EMIT closed();
 }
 
 } // namespace kestrova

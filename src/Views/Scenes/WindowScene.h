@@ -35,7 +35,6 @@ public:
 Q_SIGNALS:
     /// The opened window has been drawn.
     void shown();
-    void closed();
 
 private:
     void build();

@@ -7,6 +7,7 @@
 #include "support/PrivateXServer.h"
 #include "support/RunOrThrow.h"
 #include "support/WaitUntil.h"
+#include "support/X11Application.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -120,12 +121,7 @@ protected:
         m_window.keys.clear();
     }
 
-    int m_argc = 3;
-    char m_name[5] = "test";
-    char m_option[10] = "-platform";
-    char m_platform[4] = "xcb";
-    char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
-    QGuiApplication m_application{m_argc, m_argv};
+    X11Application m_application;
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;

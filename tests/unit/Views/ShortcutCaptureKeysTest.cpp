@@ -5,6 +5,7 @@
 #include "support/OtherProgram.h"
 #include "support/TestApplication.h"
 #include "support/WaitUntil.h"
+#include "support/X11Application.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -90,12 +91,7 @@ protected:
         return waitUntil([&] { return m_capture.displayText() == shortcut; });
     }
 
-    int m_argc = 3;
-    char m_name[5] = "test";
-    char m_option[10] = "-platform";
-    char m_platform[4] = "xcb";
-    char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
-    QGuiApplication m_application{m_argc, m_argv};
+    X11Application m_application;
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
