@@ -75,6 +75,8 @@ public:
                                                  UsageTrendPeriod::daily};
     Published<QList<UsageBucket>> usageTrendBuckets{*this, &AppState::usageTrendBucketsChanged};
 
+    /// Whether model and tool are there; what the user allows is told by the permissions.
+    bool isSetUp() const { return isModelReady.get() && isWhisperCLIReady.get(); }
     /// Leaves the error state for idle, if that is the state, and forgets the last error.
     void clearErrorIfNeeded();
 

@@ -24,7 +24,7 @@ PopoverModel::PopoverModel(AppController &controller, QObject *parent)
 
 bool PopoverModel::showsSetupExperience() const
 {
-    return !m_state.isModelReady.get() || !m_state.isWhisperCLIReady.get();
+    return !m_state.isSetUp();
 }
 
 QString PopoverModel::lastError() const

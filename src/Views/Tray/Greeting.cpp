@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 void greet(const AppState &state, Windows &windows)
 {
     QTimer::singleShot(trayDelay, &windows, [&state, &windows] {
-        if (TrayItem::isShown() && !(state.isModelReady.get() && state.isWhisperCLIReady.get()))
+        if (TrayItem::isShown() && !state.isSetUp())
             windows.open(u"popover"_s);
     });
     QTimer::singleShot(trayLimit, &windows, [&windows] {
