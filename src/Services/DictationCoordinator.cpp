@@ -128,9 +128,9 @@ void DictationCoordinator::processRecording(const std::stop_token &stop)
         throwIfStopRequested(stop);
         const QString text = m_transcriber->transcribe(recording.fileURL, modelURL).text;
         throwIfStopRequested(stop);
-        m_textInserter->insert(text, insertionTarget(), stop);
+        const Delivery delivery = m_textInserter->insert(text, insertionTarget(), stop);
         // Inserted is done, even if a cancel arrived meanwhile.
-        finishProcessing(text, recording);
+        finishProcessing(text, recording, delivery);
     } catch (const Cancelled &) {
         abandonProcessing(StateChanged{DictationState::idle()});
     } catch (const std::exception &error) {
@@ -150,17 +150,19 @@ std::optional<TargetApplication> DictationCoordinator::insertionTarget() const
     return m_insertionTarget;
 }
 
-void DictationCoordinator::finishProcessing(const QString &text, const AudioRecording &recording)
+void DictationCoordinator::finishProcessing(const QString &text, const AudioRecording &recording,
+                                            const Delivery &delivery)
 {
     const qint64 words = wordCount(text);
     const std::lock_guard lock(m_mutex);
     m_eventSink(TranscriptInserted{{
-        .text = text,
-        .wordCount = words,
-        .audioDurationSeconds = recording.durationSeconds,
-        .target = m_insertionTarget,
-        .slotIndex = m_insertionSlotIndex,
-    }});
+                                       .text = text,
+                                       .wordCount = words,
+                                       .audioDurationSeconds = recording.durationSeconds,
+                                       .target = m_insertionTarget,
+                                       .slotIndex = m_insertionSlotIndex,
+                                   },
+                                   delivery});
     becomeIdle();
     m_eventSink(StateChanged{DictationState::idle()});
 }

@@ -62,7 +62,8 @@ private:
     AudioRecording stopRecording();
     void processRecording(const std::stop_token &stop);
     std::optional<TargetApplication> insertionTarget() const;
-    void finishProcessing(const QString &text, const AudioRecording &recording);
+    void finishProcessing(const QString &text, const AudioRecording &recording,
+                          const Delivery &delivery);
     void abandonProcessing(const DictationCoordinatorEvent &event);
 
     Executor &m_background;

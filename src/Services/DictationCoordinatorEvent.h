@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Models/Delivery.h"
 #include "Models/DictationState.h"
 #include "Models/TranscriptInsertionPayload.h"
 
@@ -20,6 +21,7 @@ struct StateChanged
 struct TranscriptInserted
 {
     TranscriptInsertionPayload payload;
+    Delivery delivery = {}; ///< what is known beside it
     bool operator==(const TranscriptInserted &) const = default;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/AudioRecording.h"
+#include "Models/Delivery.h"
 #include "Models/HotkeyShortcut.h"
 #include "Models/ModelStatus.h"
 #include "Models/PermissionSnapshot.h"
@@ -47,8 +48,8 @@ public:
     virtual ~TextInserting() = default;
 
     /// Inserts the text into the target, or into whatever is in front when there is none.
-    virtual void insert(const QString &text, const std::optional<TargetApplication> &target,
-                        const std::stop_token &stop) = 0;
+    virtual Delivery insert(const QString &text, const std::optional<TargetApplication> &target,
+                            const std::stop_token &stop) = 0;
 };
 
 class HotkeyManaging

@@ -49,13 +49,13 @@ TextInsertionService::TextInsertionService(Workspace &workspace, Pasteboard &pas
 {
 }
 
-void TextInsertionService::insert(const QString &text,
-                                  const std::optional<TargetApplication> &target,
-                                  const std::stop_token &stop)
+Delivery TextInsertionService::insert(const QString &text,
+                                      const std::optional<TargetApplication> &target,
+                                      const std::stop_token &stop)
 {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty())
-        return;
+        return {};
 
     if (target && !bringToFront(*target)) {
         throw KestrovaError::processFailed(u"Could not focus "_s + displayName(*target) +
@@ -70,6 +70,7 @@ void TextInsertionService::insert(const QString &text,
         throw Cancelled();
     if (!m_keyEvents.postCommandV())
         pasteByScript(target);
+    return {};
 }
 
 bool TextInsertionService::bringToFront(const TargetApplication &target)

@@ -27,8 +27,8 @@ public:
     /// it stays, also when the paste failed. Throws KestrovaError when the target cannot be brought
     /// or kept in front or the fallback paste fails, PlatformError, and Cancelled when stop is
     /// requested before the keystroke.
-    void insert(const QString &text, const std::optional<TargetApplication> &target,
-                const std::stop_token &stop) override;
+    Delivery insert(const QString &text, const std::optional<TargetApplication> &target,
+                    const std::stop_token &stop) override;
 
 private:
     bool bringToFront(const TargetApplication &target);

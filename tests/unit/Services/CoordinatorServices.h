@@ -60,14 +60,16 @@ struct Insertion
 
 struct SubstituteInserter final : TextInserting
 {
-    void insert(const QString &text, const std::optional<TargetApplication> &target,
-                const std::stop_token &stop) override
+    Delivery insert(const QString &text, const std::optional<TargetApplication> &target,
+                    const std::stop_token &stop) override
     {
         insertions.push_back({text, target});
         if (whenAsked)
             whenAsked(stop);
+        return delivery;
     }
 
+    Delivery delivery{DeliveryOutcome::requested, 1};
     std::vector<Insertion> insertions;
     std::function<void(const std::stop_token &)> whenAsked;
 };

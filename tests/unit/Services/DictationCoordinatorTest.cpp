@@ -37,7 +37,11 @@ protected:
 
     TranscriptInsertionPayload lastPayload() const
     {
-        return m_payload.value_or(TranscriptInsertionPayload{});
+        return m_inserted.value_or(DictationEvent::TranscriptInserted{}).payload;
+    }
+    Delivery lastDelivery() const
+    {
+        return m_inserted.value_or(DictationEvent::TranscriptInserted{}).delivery;
     }
 
     void toggleAndRun()
@@ -56,12 +60,12 @@ protected:
         [this](const DictationCoordinatorEvent &event) {
             m_events.append(nameOf(event));
             if (const auto *inserted = std::get_if<DictationEvent::TranscriptInserted>(&event))
-                m_payload = inserted->payload;
+                m_inserted = *inserted;
         });
 
 private:
     QStringList m_events;
-    std::optional<TranscriptInsertionPayload> m_payload;
+    std::optional<DictationEvent::TranscriptInserted> m_inserted;
 };
 
 TEST_F(DictationCoordinatorTest, TwoTogglesRunOneDictation)
@@ -99,6 +103,15 @@ TEST_F(DictationCoordinatorTest, TheInsertionContextTravelsWithItsDictation)
     EXPECT_FALSE(inserter->insertions.at(1).target);
     EXPECT_FALSE(lastPayload().target);
     EXPECT_FALSE(lastPayload().slotIndex);
+}
+
+TEST_F(DictationCoordinatorTest, WhatTheInserterKnowsGoesBesideTheTranscript)
+{
+    inserter->delivery = {DeliveryOutcome::leftOnClipboard, 7};
+    toggleAndRun();
+    toggleAndRun();
+    EXPECT_EQ(events().mid(2), QStringList({u"inserted: Hello world"_s, u"idle"_s}));
+    EXPECT_EQ(lastDelivery(), inserter->delivery);
 }
 
 TEST_F(DictationCoordinatorTest, TheContextIsClearedWhenADictationEnds)
