@@ -204,7 +204,7 @@ bool FakeScriptRunning::activateApplicationNamed(const QString &name)
 
 bool FakeScriptRunning::paste(const std::optional<QString> &bundleIdentifier)
 {
-    m_desktop->note(u"script paste "_s + bundleIdentifier.value_or(QString()));
+    m_desktop->note(bundleIdentifier ? u"script paste "_s + *bundleIdentifier : u"script paste"_s);
     const std::lock_guard lock(m_desktop->m_mutex);
     if (!m_desktop->m_scriptStartFailure.isEmpty())
         throw PlatformError(m_desktop->m_scriptStartFailure);

@@ -35,7 +35,7 @@ public:
 
     /// What was done, oldest first: "activate 12", "open ID", "address URL", "paste",
     /// "task bars without 12", "script activate ID", "script activate name NAME",
-    /// "script paste ID" (ID empty: none).
+    /// "script paste ID", "script paste" (without an identifier).
     QStringList actions() const;
 
 private:

@@ -231,12 +231,22 @@ TEST_F(TextInsertionServiceTest, WithoutKeyEventsTheScriptPastes)
     desktop->setKeyEventsAvailable(false);
     desktop->setScriptsSucceed(true);
     insert(u"hello"_s);
-    EXPECT_EQ(desktop->actions(), QStringList{u"script paste "_s});
+    EXPECT_EQ(desktop->actions(), QStringList{u"script paste"_s});
 
     desktop->setRunning({running(30, u"org.example.Mail"_s)});
     desktop->bringToFront(30);
     insert(u"hello"_s, mail);
     EXPECT_EQ(desktop->actions().last(), u"script paste org.example.Mail"_s);
+}
+
+TEST_F(TextInsertionServiceTest, AnEmptyIdentifierIsNoneToThePasteScript)
+{
+    desktop->setKeyEventsAvailable(false);
+    desktop->setScriptsSucceed(true);
+    desktop->setRunning({running(30, u""_s, u"Mail"_s)});
+    desktop->bringToFront(30);
+    insert(u"hello"_s, TargetApplication{30, u""_s, u"Mail"_s});
+    EXPECT_EQ(desktop->actions(), QStringList{u"script paste"_s});
 }
 
 TEST_F(TextInsertionServiceTest, AFailedPasteScriptIsReportedByItsRunnersName)
@@ -284,6 +294,23 @@ TEST(IsSameApplication, GoesByProcessThenIdentifierThenName)
     EXPECT_FALSE(isSameApplication({0, {}, u"Mail"_s}, front));
     EXPECT_FALSE(isSameApplication({0, {}, u"  "_s}, front));
     EXPECT_FALSE(isSameApplication({0, {}, {}}, front));
+}
+
+TEST(IsSameApplication, BlanksAroundANameDoNotCount)
+{
+    const RunningApplication front = running(30, u"org.example.Notes"_s, u"\t Notes\n"_s);
+    EXPECT_TRUE(isSameApplication({0, {}, u"Notes Beta"_s}, front));
+    EXPECT_TRUE(isSameApplication({0, {}, u" Notes  "_s}, running(30, {}, u"Notes"_s)));
+    EXPECT_FALSE(isSameApplication({0, {}, u"Notes"_s}, running(30, {}, u"  "_s)))
+        << "a blank name is in no other";
+}
+
+TEST(IsSameApplication, TheNameDecidesAlsoBetweenDifferentIdentifiers)
+{
+    const RunningApplication front = running(30, u"org.example.Notes"_s, u"Notes"_s);
+    EXPECT_TRUE(isSameApplication({31, u"org.example.NotesBeta"_s, u"Notes"_s}, front));
+    EXPECT_FALSE(isSameApplication({31, u"org.example.NotesBeta"_s, u"Mail"_s}, front));
+    EXPECT_FALSE(isSameApplication({31, u"org.example.NotesBeta"_s, {}}, front));
 }
 
 TEST(IsSameApplication, UnknownProcessesAndNamesMatchNothing)
