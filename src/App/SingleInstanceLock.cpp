@@ -17,17 +17,6 @@ namespace {
 
 constexpr mode_t lockFileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
 
-int openLockFile(StandardDirectories &directories)
-{
-    try {
-        const QString path = directories.temporaryDirectory() + u"/kestrova-menubar.lock"_s;
-        return open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
-                    lockFileMode);
-    } catch (const PlatformError &) {
-        return -1;
-    }
-}
-
 } // namespace
 
 SingleInstanceLock::~SingleInstanceLock()
@@ -38,11 +27,24 @@ SingleInstanceLock::~SingleInstanceLock()
     close(m_fileDescriptor);
 }
 
+int SingleInstanceLock::openLockFile()
+{
+    m_problem.clear();
+    try {
+        const QString path = m_directories.runtimeDirectory() + u"/kestrova-menubar.lock"_s;
+        return open(QFile::encodeName(path).constData(),
+                    O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, lockFileMode);
+    } catch (const PlatformError &error) {
+        m_problem = error.errorDescription();
+        return -1;
+    }
+}
+
 bool SingleInstanceLock::acquire()
 {
     if (m_fileDescriptor >= 0)
         return true;
-    m_fileDescriptor = openLockFile(m_directories);
+    m_fileDescriptor = openLockFile();
     if (m_fileDescriptor < 0)
         return false;
     if (flock(m_fileDescriptor, LOCK_EX | LOCK_NB) == 0)

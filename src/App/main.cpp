@@ -120,8 +120,11 @@ int main(int argc, char **argv)
     }
     const auto directories = makeStandardDirectories();
     SingleInstanceLock lock(*directories);
-    if (!lock.acquire())
+    if (!lock.acquire()) {
+        if (!lock.problem().isEmpty())
+            print(u"kestrova: "_s + lock.problem(), stderr);
         return EXIT_SUCCESS;
+    }
     try {
         return run(argc, argv);
     } catch (const ReadableError &error) {

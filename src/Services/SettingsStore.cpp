@@ -1,7 +1,5 @@
 #include "Services/SettingsStore.h"
 
-#include "Services/StoredDocument.h"
-
 namespace kestrova {
 
 using namespace Qt::StringLiterals;
@@ -13,13 +11,17 @@ QString SettingsStore::key()
 
 AppSettings SettingsStore::load() const
 {
-    return loadDocument(m_userDefaults, key(), &AppSettings::fromJson)
-        .value_or(AppSettings::defaults());
+    return m_document.read(&AppSettings::fromJson).value_or(AppSettings::defaults());
+}
+
+AppSettings SettingsStore::loadToEdit()
+{
+    return m_document.load(&AppSettings::fromJson).value_or(AppSettings::defaults());
 }
 
 void SettingsStore::save(const AppSettings &settings)
 {
-    replaceDocument(m_userDefaults, key(), settings.toJson(), &AppSettings::fromJson);
+    m_document.store(settings.toJson());
 }
 
 } // namespace kestrova

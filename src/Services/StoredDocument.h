@@ -5,46 +5,59 @@
 
 namespace kestrova {
 
-/// The document stored under the key, decoded; none when there is none, when it cannot be read, or
-/// when decode throws a ReadableError.
-template <typename Decode>
-auto loadDocument(const UserDefaults &defaults, const QString &key, Decode decode)
-    -> std::optional<decltype(decode(QByteArray()))>
+/// One document, and which version of it the program has loaded or stored itself. It replaces no
+/// other: what somebody else put there since then, or what could not be loaded, is set aside first.
+/// One thread at a time, but for read().
+class StoredDocument
 {
-    try {
-        if (const auto bytes = defaults.data(key))
-            return decode(*bytes);
-    } catch (const ReadableError &) {
-        // Damaged documents fall back silently; their bytes stay until the next write.
-    }
-    return std::nullopt;
-}
+public:
+    /// The user defaults outlive this.
+    StoredDocument(UserDefaults &defaults, const QString &key);
 
-/// Stores the bytes under the key, whatever is there now. Returns whether they were stored;
-/// otherwise the old document is still there.
-inline bool storeDocument(UserDefaults &defaults, const QString &key, const QByteArray &bytes)
-{
-    try {
-        defaults.setData(key, bytes);
-        return true;
-    } catch (const ReadableError &) {
-        return false;
+    /// What is stored, decoded; none when there is nothing, when it cannot be read, or when decode
+    /// throws a ReadableError. The bytes stay as they are. Any thread.
+    template <typename Decode>
+    auto read(Decode decode) const -> std::optional<decltype(decode(QByteArray()))>
+    {
+        std::optional<DocumentVersion> version;
+        return decoded(decode, version);
     }
-}
 
-/// Stores the bytes under the key, keeping a present document that does not decode beside it.
-/// Returns whether they were stored; otherwise the old document is still there.
-template <typename Decode>
-bool replaceDocument(UserDefaults &defaults, const QString &key, const QByteArray &bytes,
-                     Decode decode)
-{
-    try {
-        if (!loadDocument(defaults, key, decode))
-            defaults.setAside(key);
-    } catch (const ReadableError &) {
-        return false;
+    /// The same, and from now on this is the version that may be replaced.
+    template <typename Decode>
+    auto load(Decode decode) -> std::optional<decltype(decode(QByteArray()))>
+    {
+        return decoded(decode, m_known);
     }
-    return storeDocument(defaults, key, bytes);
-}
+
+    /// Whether store() would replace what is there without setting it aside.
+    bool isAsKnown() const;
+    /// Returns whether the bytes are stored; otherwise what was there still is.
+    bool store(const QByteArray &bytes);
+    /// Keeps what is stored beside the document; returns whether that is so.
+    bool setAside();
+
+private:
+    template <typename Decode>
+    auto decoded(Decode decode, std::optional<DocumentVersion> &version) const
+        -> std::optional<decltype(decode(QByteArray()))>
+    {
+        version = std::nullopt;
+        try {
+            if (auto stored = m_defaults.versionedData(m_key)) {
+                auto document = decode(stored->bytes);
+                version = stored->version;
+                return document;
+            }
+        } catch (const ReadableError &) {
+            // A damaged document falls back silently; its bytes stay.
+        }
+        return std::nullopt;
+    }
+
+    UserDefaults &m_defaults;
+    const QString m_key;
+    std::optional<DocumentVersion> m_known; // none: no document
+};
 
 } // namespace kestrova

@@ -1,7 +1,6 @@
 #include "Services/UsageAnalyticsService.h"
 
 #include "Models/UsageEventsJson.h"
-#include "Services/StoredDocument.h"
 #include "Services/UsageAggregation.h"
 
 #include <chrono>
@@ -25,13 +24,11 @@ Date UsageAnalyticsService::wallClockNow()
 UsageAnalyticsService::UsageAnalyticsService(UserDefaults &userDefaults, const QString &storageKey,
                                              int retentionMonths, const Calendar &calendar,
                                              NowProvider nowProvider)
-    : m_userDefaults(userDefaults), m_storageKey(storageKey), m_retentionMonths(retentionMonths),
+    : m_document(userDefaults, storageKey), m_retentionMonths(retentionMonths),
       m_calendar(calendar), m_nowProvider(std::move(nowProvider))
 {
-    if (auto log = loadDocument(m_userDefaults, m_storageKey, &UsageLog::fromJson)) {
+    if (auto log = m_document.load(&UsageLog::fromJson))
         m_log = std::move(*log);
-        m_isStoredLogSound = true;
-    }
     refreshRetention();
 }
 
@@ -65,17 +62,35 @@ bool UsageAnalyticsService::prune()
 {
     const auto cutoff =
         m_calendar.adding(-qint64(m_retentionMonths), Calendar::Unit::month, m_nowProvider());
-    return cutoff && m_log.dropBefore(*cutoff);
+    const qsizetype before = m_log.events().size();
+    if (!cutoff || !m_log.dropBefore(*cutoff))
+        return false;
+    if (m_log.events().size() < before - m_log.events().size())
+        m_hasLostMost = true;
+    return true;
+}
+
+// Another program of the user, on another machine with the same home, may have stored events too;
+// or the file could not be read at the start.
+void UsageAnalyticsService::takeInWhatOthersStored()
+{
+    if (m_document.isAsKnown())
+        return;
+    auto stored = m_document.load(&UsageLog::fromJson);
+    if (!stored)
+        return;
+    stored->addMissing(m_log);
+    m_log = std::move(*stored);
+    prune();
 }
 
 void UsageAnalyticsService::persist()
 {
-    if (m_isStoredLogSound) {
-        storeDocument(m_userDefaults, m_storageKey, m_log.json());
+    takeInWhatOthersStored();
+    if (m_hasLostMost && !m_document.setAside())
         return;
-    }
-    m_isStoredLogSound =
-        replaceDocument(m_userDefaults, m_storageKey, m_log.json(), &usageEventsFromJson);
+    m_hasLostMost = false;
+    m_document.store(m_log.json());
 }
 
 } // namespace kestrova

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Models/Calendar.h"
-#include "Platform/UserDefaults.h"
 #include "Services/Protocols.h"
+#include "Services/StoredDocument.h"
 #include "Services/UsageLog.h"
 
 #include <functional>
@@ -11,7 +11,10 @@ namespace kestrova {
 
 /// The log of finished dictations, held in memory and stored whole under one key, and what the
 /// dashboard shows of it. Main thread. Failures are not reported: a log that cannot be stored keeps
-/// its events in memory and is stored with the next one.
+/// its events in memory and is stored with the next one. Storing replaces no events that it has not
+/// seen: those that somebody else stored meanwhile are taken in, and what cannot be read is set
+/// aside. So is a log before it loses more than half of its events to its retention, because the
+/// clock may be wrong.
 class UsageAnalyticsService final : public UsageAnalyticsManaging
 {
 public:
@@ -23,9 +26,9 @@ public:
 
     static Date wallClockNow();
 
-    /// Loads the stored log; one that does not decode counts as empty, and is set aside before it
-    /// is replaced. Drops what is past its retention, and stores the log if there was any. The user
-    /// defaults outlive the service; the calendar serves all date arithmetic.
+    /// Loads the stored log; one that cannot be read or does not decode counts as empty. Drops what
+    /// is past its retention, and stores the log if there was any. The user defaults outlive the
+    /// service; the calendar serves all date arithmetic.
     UsageAnalyticsService(UserDefaults &userDefaults, const QString &storageKey,
                           int retentionMonths, const Calendar &calendar,
                           NowProvider nowProvider = &wallClockNow);
@@ -42,16 +45,15 @@ public:
 
 private:
     bool prune();
+    void takeInWhatOthersStored();
     void persist();
 
-    UserDefaults &m_userDefaults;
-    const QString m_storageKey;
+    StoredDocument m_document;
     const int m_retentionMonths;
     const Calendar m_calendar;
     const NowProvider m_nowProvider;
     UsageLog m_log;
-    // What is stored is a log: it may be replaced unseen.
-    bool m_isStoredLogSound = false;
+    bool m_hasLostMost = false; // of its events, which are still stored
 };
 
 } // namespace kestrova

@@ -2,6 +2,8 @@
 
 #include "Models/UsageEventsJson.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <numeric>
 
@@ -44,6 +46,28 @@ void UsageLog::append(const UsageEvent &event, QByteArrayView text)
     m_events.append(event);
 }
 
+void UsageLog::addMissing(const UsageLog &other)
+{
+    QSet<QUuid> ids;
+    ids.reserve(m_events.size());
+    for (const UsageEvent &event : m_events)
+        ids.insert(event.id);
+    other.forEach([&](const UsageEvent &event, QByteArrayView text) {
+        if (!ids.contains(event.id))
+            append(event, text);
+    });
+}
+
+template <typename Visit>
+void UsageLog::forEach(Visit visit) const
+{
+    qsizetype begin = 1; // behind the bracket; each text is followed by a comma or the last bracket
+    for (qsizetype i = 0; i < m_events.size(); ++i) {
+        visit(m_events[i], QByteArrayView(m_json).sliced(begin, m_textSizes[i]));
+        begin += m_textSizes[i] + 1;
+    }
+}
+
 bool UsageLog::dropBefore(Date cutoff)
 {
     const auto isKept = [cutoff](const UsageEvent &event) { return event.timestamp >= cutoff; };
@@ -54,12 +78,10 @@ bool UsageLog::dropBefore(Date cutoff)
         return leading > 0;
     }
     UsageLog kept;
-    qsizetype begin = 1;
-    for (qsizetype i = 0; i < m_events.size(); ++i) {
-        if (isKept(m_events[i]))
-            kept.append(m_events[i], QByteArrayView(m_json).sliced(begin, m_textSizes[i]));
-        begin += m_textSizes[i] + 1;
-    }
+    forEach([&](const UsageEvent &event, QByteArrayView text) {
+        if (isKept(event))
+            kept.append(event, text);
+    });
     *this = std::move(kept);
     return true;
 }

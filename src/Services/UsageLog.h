@@ -23,12 +23,16 @@ public:
 
     /// The event's numbers are finite.
     void append(const UsageEvent &event);
+    /// Appends those events of the other log whose ids this one does not have.
+    void addMissing(const UsageLog &other);
     /// Drops every event stamped before the cutoff; returns whether there was one. One pass over
     /// the log if a clock that was set back has left it out of order.
     bool dropBefore(Date cutoff);
 
 private:
     void append(const UsageEvent &event, QByteArrayView text);
+    template <typename Visit>
+    void forEach(Visit visit) const;
     void dropFirst(qsizetype count);
 
     QList<UsageEvent> m_events;

@@ -24,7 +24,7 @@ AppController::AppController(const AppEnvironment &environment,
       m_hotkeyManager(std::make_unique<GlobalHotkeyManager>(*environment.platform.keyMonitoring)),
       m_permissionService(std::make_unique<PermissionService>(*environment.platform.systemAccess,
                                                               *environment.platform.workspace)),
-      m_appState(std::make_shared<AppState>(m_settingsStore->load())),
+      m_appState(std::make_shared<AppState>(m_settingsStore->loadToEdit())),
       m_modelManager(makeModelManager(environment.platform, m_settingsStore, progressSink())),
       m_coordinator(std::make_shared<DictationCoordinator>(
           environment.background, std::move(audioCapture),

@@ -98,7 +98,7 @@ class SessionManager:
 
 
 def lock_file():
-    return dictation.temporary_folder() / "kestrova-menubar.lock"
+    return Path(os.environ["XDG_RUNTIME_DIR"]) / "kestrova" / "kestrova-menubar.lock"
 
 
 class OneCopy(DictationTestCase):
@@ -107,6 +107,38 @@ class OneCopy(DictationTestCase):
             second = run("--control")
             self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
             session.start_recording()
+
+    def test_a_second_copy_with_another_folder_for_temporary_files_ends_too(self):
+        with tempfile.TemporaryDirectory() as elsewhere, dictation.Dictation() as session:
+            second = run("--control", TMPDIR=elsewhere)
+            self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+            session.start_recording()
+            self.assertEqual(os.listdir(elsewhere), [])
+
+    def test_two_programs_that_cannot_know_of_each_other_lose_no_dictation(self):
+        dictation.prepare_profile(whisperCLIPath=tool("echo Hello world.\n"))
+        before = dictation.usage_events()
+        with tempfile.TemporaryDirectory() as runtime:
+            elsewhere = {"TMPDIR": runtime, "XDG_RUNTIME_DIR": runtime}
+            with dictation.Dictation() as first, dictation.Dictation(elsewhere) as second:
+                for session in (first, second, first):
+                    for state in ("recording", "processing", "idle"):
+                        if state != "idle":
+                            session.send("toggle")
+                        session.wait_for_state(state)
+        stored = dictation.usage_events()
+        self.assertEqual(stored[: len(before)], before)
+        self.assertEqual(len({event["id"] for event in stored}), len(before) + 3)
+
+    def test_a_folder_for_the_lock_that_cannot_be_used_is_told(self):
+        with tempfile.TemporaryDirectory() as runtime:
+            folder = Path(runtime) / "kestrova"
+            folder.symlink_to("/proc")
+            result = run(XDG_RUNTIME_DIR=runtime)
+        self.assertEqual(
+            (result.returncode, result.stdout, result.stderr),
+            (0, "", f"kestrova: The folder for temporary files, {folder}, cannot be used: it is not a folder.\n"),
+        )
 
     def test_a_second_copy_needs_no_desktop_to_find_that_out(self):
         with dictation.Dictation():

@@ -6,18 +6,26 @@ namespace kestrova {
 
 using namespace Qt::StringLiterals;
 
-std::optional<QByteArray> FakeUserDefaults::data(const QString &key) const
+std::optional<VersionedData> FakeUserDefaults::versionedData(const QString &key) const
 {
     if (m_readingFails)
         throw PlatformError(u"Input/output error"_s);
-    return stored(key);
+    const auto found = m_documents.constFind(key);
+    return found == m_documents.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-void FakeUserDefaults::setData(const QString &key, const QByteArray &bytes)
+std::optional<DocumentVersion> FakeUserDefaults::version(const QString &key) const
+{
+    const auto found = m_documents.constFind(key);
+    return found == m_documents.constEnd() ? std::nullopt : std::optional(found->version);
+}
+
+DocumentVersion FakeUserDefaults::setData(const QString &key, const QByteArray &bytes)
 {
     if (m_writingFails)
         throw PlatformError(u"No space left on device"_s);
     put(key, bytes);
+    return m_documents[key].version;
 }
 
 void FakeUserDefaults::setAside(const QString &key)
@@ -30,13 +38,13 @@ void FakeUserDefaults::setAside(const QString &key)
 
 void FakeUserDefaults::put(const QString &key, const QByteArray &bytes)
 {
-    m_documents.insert(key, bytes);
+    m_documents.insert(key, {bytes, {QByteArray::number(++m_writes)}});
 }
 
 std::optional<QByteArray> FakeUserDefaults::stored(const QString &key) const
 {
     const auto found = m_documents.constFind(key);
-    return found == m_documents.constEnd() ? std::nullopt : std::optional(*found);
+    return found == m_documents.constEnd() ? std::nullopt : std::optional(found->bytes);
 }
 
 QList<QByteArray> FakeUserDefaults::keptAside(const QString &key) const

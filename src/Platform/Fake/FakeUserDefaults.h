@@ -13,6 +13,7 @@ class FakeUserDefaultsControl
 public:
     virtual ~FakeUserDefaultsControl() = default;
 
+    /// As another program would.
     virtual void put(const QString &key, const QByteArray &bytes) = 0;
     virtual std::optional<QByteArray> stored(const QString &key) const = 0;
     virtual QList<QByteArray> keptAside(const QString &key) const = 0;
@@ -23,8 +24,9 @@ public:
 class FakeUserDefaults final : public UserDefaults, public FakeUserDefaultsControl
 {
 public:
-    std::optional<QByteArray> data(const QString &key) const override;
-    void setData(const QString &key, const QByteArray &bytes) override;
+    std::optional<VersionedData> versionedData(const QString &key) const override;
+    std::optional<DocumentVersion> version(const QString &key) const override;
+    DocumentVersion setData(const QString &key, const QByteArray &bytes) override;
     void setAside(const QString &key) override;
 
     void put(const QString &key, const QByteArray &bytes) override;
@@ -34,8 +36,9 @@ public:
     void failWriting(bool fail) override { m_writingFails = fail; }
 
 private:
-    QHash<QString, QByteArray> m_documents;
+    QHash<QString, VersionedData> m_documents;
     QHash<QString, QList<QByteArray>> m_keptAside;
+    int m_writes = 0;
     bool m_readingFails = false;
     bool m_writingFails = false;
 };

@@ -1,13 +1,14 @@
 #include "Platform/Linux/FileUserDefaults.h"
 
 #include "Platform/FileSystem.h"
+#include "Platform/Linux/XdgDirectories.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <QTemporaryFile>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -32,9 +33,32 @@ constexpr int mostLinks = 40;
 
 bool haveSameBytes(const QString &first, const QString &second)
 {
-    QFile a(first);
-    QFile b(second);
-    return a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly) && a.readAll() == b.readAll();
+    try {
+        const auto a = openRegularFile(first);
+        const auto b = openRegularFile(second);
+        return a && b && readToEnd(*a, first) == readToEnd(*b, second);
+    } catch (const PlatformError &) {
+        return false;
+    }
+}
+
+/// The file itself and its last change. Not the time of the last change of its attributes: a backup
+/// changes that.
+DocumentVersion versionOf(const struct stat &status)
+{
+    return {QByteArray::number(quint64(status.st_dev)) + ':' +
+            QByteArray::number(quint64(status.st_ino)) + ':' +
+            QByteArray::number(qint64(status.st_size)) + ':' +
+            QByteArray::number(qint64(status.st_mtim.tv_sec)) + '.' +
+            QByteArray::number(qint64(status.st_mtim.tv_nsec))};
+}
+
+DocumentVersion versionOf(const QFile &file, const QString &path)
+{
+    struct stat status = {};
+    if (fstat(file.handle(), &status) != 0)
+        throw fileError(path, errno);
+    return versionOf(status);
 }
 
 /// Where a linked document really is, or will be.
@@ -44,6 +68,24 @@ QString linkTarget(const QString &path)
     for (int links = 0; file.isSymLink() && links < mostLinks; ++links)
         file.setFile(file.symLinkTarget());
     return file.filePath();
+}
+
+/// None when nothing is there, or at the end of a link.
+std::optional<struct stat> statusOf(const QString &path)
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(path).constData(), &status) == 0)
+        return status;
+    if (errno == ENOENT || errno == ENOTDIR)
+        return std::nullopt;
+    throw fileError(path, errno);
+}
+
+void refuseIrregular(const QString &path)
+{
+    const auto status = statusOf(path);
+    if (status && !S_ISREG(status->st_mode))
+        throw notARegularFile(path);
 }
 
 void refuseWriteProtected(const QString &path)
@@ -68,7 +110,7 @@ void removeAbandoned(const QFileInfo &target)
 
 QString FileUserDefaults::standardDirectory()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/kestrova"_s;
+    return xdgDirectory("XDG_CONFIG_HOME", u".config"_s) + u"/kestrova"_s;
 }
 
 QString FileUserDefaults::path(const QString &key) const
@@ -76,48 +118,55 @@ QString FileUserDefaults::path(const QString &key) const
     return m_directory + u'/' + key + u".json"_s;
 }
 
-std::optional<QByteArray> FileUserDefaults::data(const QString &key) const
+std::optional<VersionedData> FileUserDefaults::versionedData(const QString &key) const
 {
-    QFile file(path(key));
-    if (!file.exists())
+    const auto file = openRegularFile(path(key));
+    if (!file)
         return std::nullopt;
-    if (!file.open(QIODevice::ReadOnly))
-        fail(file.fileName(), file.errorString());
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFile::NoError)
-        fail(file.fileName(), file.errorString());
-    return bytes;
+    // The version before the bytes: whoever writes while they are read makes another version.
+    const DocumentVersion version = versionOf(*file, path(key));
+    return VersionedData{readToEnd(*file, path(key)), version};
 }
 
-void FileUserDefaults::setData(const QString &key, const QByteArray &bytes)
+std::optional<DocumentVersion> FileUserDefaults::version(const QString &key) const
 {
-    if (!QDir().mkpath(m_directory))
-        fail(m_directory, u"The folder cannot be created."_s);
+    const auto status = statusOf(path(key));
+    return status ? std::optional(versionOf(*status)) : std::nullopt;
+}
+
+DocumentVersion FileUserDefaults::setData(const QString &key, const QByteArray &bytes)
+{
+    makePrivateDirectories(m_directory);
 
     const QString target = linkTarget(path(key));
+    refuseIrregular(target);
     refuseWriteProtected(target);
     removeAbandoned(QFileInfo(target));
 
-    // Only the user may read it. The explicit flush is what notices a full disk.
+    // The explicit flush is what notices a full disk.
     QTemporaryFile file(target + unfinishedSuffix + u"XXXXXX"_s);
-    if (!file.open() || file.write(bytes) != bytes.size() || !file.flush())
+    if (!file.open() || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
+        file.write(bytes) != bytes.size() || !file.flush())
         fail(target, file.errorString());
     if (fdatasync(file.handle()) != 0)
         throw fileError(target, errno);
+    const DocumentVersion version = versionOf(file, target);
     replaceFile(file.fileName(), target);
     file.setAutoRemove(false);
     syncDirectory(QFileInfo(target).path());
+    return version;
 }
 
 void FileUserDefaults::setAside(const QString &key)
 {
-    const QString original = path(key);
-    if (!QFileInfo::exists(original))
+    const QString original = linkTarget(path(key));
+    if (!statusOf(original))
         return;
+    refuseIrregular(original);
     // A second name for the same bytes needs no space and cannot be interrupted half-way.
-    const QByteArray source = QFile::encodeName(QFileInfo(original).canonicalFilePath());
+    const QByteArray source = QFile::encodeName(original);
     for (int number = 1;; ++number) {
-        const QString aside = m_directory + u"/%1.damaged-%2.json"_s.arg(key).arg(number);
+        const QString aside = m_directory + u"/%1.kept-%2.json"_s.arg(key).arg(number);
         if (link(source.constData(), QFile::encodeName(aside).constData()) == 0)
             break;
         const int error = errno;

@@ -4,7 +4,9 @@
 
 namespace kestrova {
 
-/// One file KEY.json per key in one folder, readable by the user alone.
+/// One file KEY.json per key in one folder, readable by the user alone. A file may be a link to a
+/// file elsewhere, which is then what is read and replaced. Anything else than a regular file is
+/// an error and stays as it is.
 class FileUserDefaults final : public UserDefaults
 {
 public:
@@ -14,8 +16,10 @@ public:
     /// $XDG_CONFIG_HOME/kestrova, else ~/.config/kestrova.
     static QString standardDirectory();
 
-    std::optional<QByteArray> data(const QString &key) const override;
-    void setData(const QString &key, const QByteArray &bytes) override;
+    std::optional<VersionedData> versionedData(const QString &key) const override;
+    std::optional<DocumentVersion> version(const QString &key) const override;
+    DocumentVersion setData(const QString &key, const QByteArray &bytes) override;
+    /// As KEY.kept-1.json and so on.
     void setAside(const QString &key) override;
 
 private:

@@ -1,10 +1,10 @@
 #include "Platform/Linux/LinuxStandardDirectories.h"
 
 #include "Models/ReadableError.h"
+#include "Platform/Linux/XdgDirectories.h"
 
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,7 +18,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr mode_t privateDirectory = S_IRWXU;
+constexpr mode_t privateMode = S_IRWXU;
+constexpr QLatin1String commonParent("/tmp");
 
 [[noreturn]] void fail(const QString &path, const QString &reason)
 {
@@ -27,10 +28,10 @@ constexpr mode_t privateDirectory = S_IRWXU;
 }
 
 // Not QDir::tempPath(), which answers with the working directory when TMPDIR does not exist.
-QString parentDirectory()
+QString temporaryParent()
 {
     const QString configured = qEnvironmentVariable("TMPDIR");
-    return QDir::isAbsolutePath(configured) ? QDir::cleanPath(configured) : u"/tmp"_s;
+    return QDir::isAbsolutePath(configured) ? QDir::cleanPath(configured) : QString(commonParent);
 }
 
 // Works on the open folder, so that nothing can be put in its place between check and use.
@@ -41,18 +42,19 @@ QString problemWith(int directory)
         return qt_error_string(errno);
     if (status.st_uid != geteuid())
         return u"it belongs to another user."_s;
-    if ((status.st_mode & ALLPERMS) != privateDirectory && fchmod(directory, privateDirectory) != 0)
+    if ((status.st_mode & ALLPERMS) != privateMode && fchmod(directory, privateMode) != 0)
         return qt_error_string(errno);
     return {};
 }
 
-} // namespace
-
-QString LinuxStandardDirectories::temporaryDirectory()
+// Makes it, or makes sure that it is a folder of the user's which nobody else may enter.
+QString privateDirectory(const QString &path)
 {
-    const QString path = parentDirectory() + u"/kestrova-%1"_s.arg(geteuid());
     const QByteArray name = QFile::encodeName(path);
-    if (mkdir(name.constData(), privateDirectory) != 0 && errno != EEXIST)
+    // The umask may take from the mode even what the user needs.
+    const bool isMade =
+        mkdir(name.constData(), privateMode) == 0 && chmod(name.constData(), privateMode) == 0;
+    if (!isMade && errno != EEXIST)
         fail(path, qt_error_string(errno));
 
     const int directory = open(name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -67,9 +69,37 @@ QString LinuxStandardDirectories::temporaryDirectory()
     return path;
 }
 
+QString directoryOfThisUserIn(const QString &parent)
+{
+    return privateDirectory(parent + u"/kestrova-%1"_s.arg(geteuid()));
+}
+
+// Another user's is what "sudo -E" leaves in the variable.
+bool isOwnDirectory(const QString &path)
+{
+    struct stat status = {};
+    return QDir::isAbsolutePath(path) && stat(QFile::encodeName(path).constData(), &status) == 0 &&
+           S_ISDIR(status.st_mode) && status.st_uid == geteuid();
+}
+
+} // namespace
+
+QString LinuxStandardDirectories::temporaryDirectory()
+{
+    return directoryOfThisUserIn(temporaryParent());
+}
+
+QString LinuxStandardDirectories::runtimeDirectory()
+{
+    const QString configured = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (isOwnDirectory(configured))
+        return privateDirectory(QDir::cleanPath(configured) + u"/kestrova"_s);
+    return directoryOfThisUserIn(commonParent);
+}
+
 QString LinuxStandardDirectories::applicationSupportDirectory()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return xdgDirectory("XDG_DATA_HOME", u".local/share"_s);
 }
 
 } // namespace kestrova

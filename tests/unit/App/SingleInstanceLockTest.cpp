@@ -85,7 +85,7 @@ protected:
     }
 
     FakeStandardDirectories directories;
-    const QString path = directories.temporaryDirectory() + u"/kestrova-menubar.lock"_s;
+    const QString path = directories.runtimeDirectory() + u"/kestrova-menubar.lock"_s;
 };
 
 TEST_F(SingleInstanceLockTest, TheLockIsTakenOnceAndAskedForAgainForFree)
@@ -164,13 +164,31 @@ TEST_F(SingleInstanceLockTest, TheFileIsReadableByAllUnlessTheUsersMaskForbidsIt
     umask(before);
 }
 
-TEST_F(SingleInstanceLockTest, WithoutATemporaryDirectoryItIsRefusedUntilThereIsOne)
+TEST_F(SingleInstanceLockTest, WithoutAFolderItIsRefusedAndSaysWhyUntilThereIsOne)
 {
     SingleInstanceLock lock(directories);
     directories.failTemporaryDirectory(u"not yours"_s);
     EXPECT_FALSE(lock.acquire());
+    EXPECT_EQ(lock.problem(), u"not yours"_s);
     directories.failTemporaryDirectory({});
     EXPECT_TRUE(lock.acquire());
+    EXPECT_EQ(lock.problem(), QString());
+}
+
+TEST_F(SingleInstanceLockTest, ANamedPipeInItsPlaceIsNotWaitedFor)
+{
+    ASSERT_EQ(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    SingleInstanceLock lock(directories);
+    EXPECT_TRUE(lock.acquire());
+    EXPECT_EQ(OtherProcess(acquiring()).report(), "refused");
+}
+
+TEST_F(SingleInstanceLockTest, ALinkInItsPlaceIsNotFollowed)
+{
+    const QString elsewhere = directories.temporaryDirectory() + u"/elsewhere"_s;
+    ASSERT_TRUE(QFile::link(elsewhere, path));
+    EXPECT_FALSE(SingleInstanceLock(directories).acquire());
+    EXPECT_FALSE(QFileInfo::exists(elsewhere));
 }
 
 TEST_F(SingleInstanceLockTest, AFileThatCannotBeOpenedIsRefused)

@@ -3,7 +3,9 @@
 #include "Services/FileSizeLimit.h"
 #include "Services/TestFiles.h"
 #include "support/KilledWriter.h"
+#include "support/OrdinaryUser.h"
 #include "support/QtPrinting.h"
+#include "support/Umask.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,10 +43,19 @@ TEST_F(FileUserDefaultsTest, EachKeyIsOneFileThatOnlyTheUserMayRead)
     EXPECT_EQ(defaults.data(key), QByteArray("one"));
     EXPECT_EQ(defaults.data(u"other"_s), QByteArray(""));
     EXPECT_EQ(files(), QStringList({u"kestrova.settings.v1.json"_s, u"other.json"_s}));
+}
 
-    struct stat status = {};
-    ASSERT_EQ(stat(QFile::encodeName(path(files().first())).constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & ALLPERMS, 0600U);
+TEST_F(FileUserDefaultsTest, WhateverTheUmaskIsNobodyElseGetsAtIt)
+{
+    const OrdinaryUser user(root);
+    for (const mode_t mask : {0, 0777}) {
+        const Umask umask(mask);
+        defaults.setData(key, "settings");
+        EXPECT_EQ(modeOf(path(files().first())), 0600U);
+        EXPECT_EQ(modeOf(directory), 0700U);
+        EXPECT_EQ(modeOf(root.filePath(u"config"_s)), 0700U);
+        ASSERT_TRUE(QDir(root.filePath(u"config"_s)).removeRecursively());
+    }
 }
 
 TEST_F(FileUserDefaultsTest, ReplacingKeepsTheFilePrivateAndLeavesNothingElse)
@@ -103,15 +114,89 @@ TEST_F(FileUserDefaultsTest, BytesSetAsideOutliveEveryLaterChange)
     defaults.setAside(key);
     defaults.setAside(key);
     defaults.setData(key, "new");
-    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.damaged-1.json"_s)), "damaged");
+    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.kept-1.json"_s)), "damaged");
     EXPECT_EQ(files().size(), 2) << "the same bytes are kept once";
 
     defaults.setData(key, "damaged again");
     defaults.setAside(key);
     defaults.setData(key, "newer");
-    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.damaged-2.json"_s)), "damaged again");
-    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.damaged-1.json"_s)), "damaged");
+    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.kept-2.json"_s)), "damaged again");
+    EXPECT_EQ(readFile(path(u"kestrova.settings.v1.kept-1.json"_s)), "damaged");
     EXPECT_EQ(defaults.data(key), QByteArray("newer"));
+}
+
+TEST_F(FileUserDefaultsTest, AVersionStandsForOneStateOfTheDocument)
+{
+    EXPECT_FALSE(defaults.version(key));
+    const DocumentVersion first = defaults.setData(key, "one");
+    EXPECT_EQ(defaults.version(key), first);
+    EXPECT_EQ(defaults.versionedData(key)->version, first);
+    defaults.setAside(key);
+    EXPECT_EQ(defaults.version(key), first) << "nothing has been stored meanwhile";
+
+    const DocumentVersion second = defaults.setData(key, "two");
+    EXPECT_NE(second, first);
+    ASSERT_TRUE(writeFile(path(key + u".json"_s), "changed in place"));
+    EXPECT_NE(defaults.version(key), second);
+    ASSERT_TRUE(QFile::remove(path(key + u".json"_s)));
+    EXPECT_FALSE(defaults.version(key));
+}
+
+TEST_F(FileUserDefaultsTest, AFileInAFolderThatMayNotBeEnteredIsNotTakenForNone)
+{
+    defaults.setData(key, "old");
+    const OrdinaryUser user(root);
+    ASSERT_EQ(chmod(QFile::encodeName(directory).constData(), 0), 0);
+    EXPECT_THROW(defaults.data(key), PlatformError);
+    EXPECT_THROW(defaults.version(key), PlatformError);
+    EXPECT_THROW(defaults.setData(key, "new"), PlatformError);
+    ASSERT_EQ(chmod(QFile::encodeName(directory).constData(), 0700), 0);
+    EXPECT_EQ(defaults.data(key), QByteArray("old"));
+}
+
+TEST_F(FileUserDefaultsTest, ANamedPipeIsNeitherWaitedForNorReplaced)
+{
+    const QString pipe = path(key + u".json"_s);
+    ASSERT_TRUE(QDir().mkpath(directory));
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_THROW(defaults.data(key), PlatformError);
+    EXPECT_THROW(defaults.setAside(key), PlatformError);
+    EXPECT_THROW(defaults.setData(key, "x"), PlatformError);
+
+    struct stat status = {};
+    ASSERT_EQ(stat(QFile::encodeName(pipe).constData(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+    EXPECT_EQ(namesIn(directory).size(), 1);
+}
+
+TEST_F(FileUserDefaultsTest, ALinkedDocumentIsSetAsideAsAFile)
+{
+    const QString real = root.filePath(u"dotfiles.json"_s);
+    QDir().mkpath(directory);
+    ASSERT_TRUE(writeFile(real, "old"));
+    ASSERT_TRUE(QFile::link(real, path(key + u".json"_s)));
+    defaults.setAside(key);
+    defaults.setData(key, "new");
+    EXPECT_EQ(readFile(path(key + u".kept-1.json"_s)), "old");
+}
+
+TEST_F(FileUserDefaultsTest, LinksThatLeadNowhereAreAnError)
+{
+    QDir().mkpath(directory);
+    ASSERT_TRUE(QFile::link(path(u"b.json"_s), path(u"a.json"_s)));
+    ASSERT_TRUE(QFile::link(path(u"a.json"_s), path(u"b.json"_s)));
+    EXPECT_THROW(defaults.data(u"a"_s), PlatformError);
+    EXPECT_THROW(defaults.setData(u"a"_s, "x"), PlatformError);
+}
+
+TEST_F(FileUserDefaultsTest, ARelativeConfigurationFolderIsIgnored)
+{
+    const QByteArray old = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", "relative");
+    EXPECT_EQ(FileUserDefaults::standardDirectory(), QDir::homePath() + u"/.config/kestrova"_s);
+    qputenv("XDG_CONFIG_HOME", "/configuration");
+    EXPECT_EQ(FileUserDefaults::standardDirectory(), u"/configuration/kestrova"_s);
+    old.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", old);
 }
 
 TEST_F(FileUserDefaultsTest, SomethingThatIsNoReadableFileIsAnError)
@@ -143,7 +228,7 @@ TEST_F(FileUserDefaultsTest, AWriterKilledAtAnyMomentLeavesAWholeDocument)
 {
     const QByteArray a(200'000, 'a');
     const QByteArray b(300'000, 'b');
-    defaults.setData(key, a);
+    const qint64 longestLife = 4 * durationOf([&] { defaults.setData(key, a); });
     std::minstd_rand random(1);
     qint64 confirmed = 0;
     for (int round = 0; round < 60; ++round) {
@@ -154,7 +239,7 @@ TEST_F(FileUserDefaultsTest, AWriterKilledAtAnyMomentLeavesAWholeDocument)
                     confirm();
                 }
             },
-            std::chrono::microseconds(random() % 8000));
+            std::chrono::microseconds(random() % longestLife));
         ASSERT_TRUE(writes);
         confirmed += *writes;
         const auto stored = defaults.data(key);

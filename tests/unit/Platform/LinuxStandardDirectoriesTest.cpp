@@ -1,6 +1,8 @@
 #include "Platform/Linux/LinuxStandardDirectories.h"
 #include "Models/ReadableError.h"
+#include "support/OrdinaryUser.h"
 #include "support/QtPrinting.h"
+#include "support/Umask.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kestrova {
@@ -32,12 +33,7 @@ protected:
         return u"none"_s;
     }
 
-    mode_t mode() const
-    {
-        struct stat status = {};
-        stat(QFile::encodeName(expected).constData(), &status);
-        return status.st_mode & ALLPERMS;
-    }
+    mode_t mode() const { return modeOf(expected); }
 
     const QByteArray oldTemporary = qgetenv("TMPDIR");
     QTemporaryDir root;
@@ -101,11 +97,75 @@ TEST_F(LinuxStandardDirectoriesTest, AnUnusableParentIsReported)
     EXPECT_TRUE(problem().contains(u"/nonexistent/kestrova-"_s));
 }
 
+TEST_F(LinuxStandardDirectoriesTest, ItIsTheUsersAloneWhateverTheUmaskIs)
+{
+    const OrdinaryUser user(root);
+    const QString folder = root.filePath(u"kestrova-%1"_s.arg(geteuid()));
+    for (const mode_t mask : {0, 0777}) {
+        const Umask umask(mask);
+        EXPECT_EQ(directories.temporaryDirectory(), folder);
+        EXPECT_EQ(modeOf(folder), 0700U);
+        ASSERT_TRUE(QDir().rmdir(folder));
+    }
+}
+
+class RuntimeDirectory : public LinuxStandardDirectoriesTest
+{
+protected:
+    void SetUp() override
+    {
+        LinuxStandardDirectoriesTest::SetUp();
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(root.path()));
+    }
+    void TearDown() override
+    {
+        old.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", old);
+        LinuxStandardDirectoriesTest::TearDown();
+    }
+
+    const QByteArray old = qgetenv("XDG_RUNTIME_DIR");
+    const QString common = u"/tmp/kestrova-%1"_s.arg(geteuid());
+};
+
+TEST_F(RuntimeDirectory, DoesNotDependOnTheFolderForTemporaryFiles)
+{
+    EXPECT_EQ(directories.runtimeDirectory(), root.filePath(u"kestrova"_s));
+    EXPECT_EQ(modeOf(root.filePath(u"kestrova"_s)), 0700U);
+    qputenv("TMPDIR", "/nonexistent");
+    EXPECT_EQ(directories.runtimeDirectory(), root.filePath(u"kestrova"_s));
+    qunsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(directories.runtimeDirectory(), common);
+}
+
+TEST_F(RuntimeDirectory, WhatIsNoFolderOfTheUsersIsNotTaken)
+{
+    QStringList others{QString(), u"relative"_s, u"/nonexistent"_s, u"/dev/null"_s};
+    if (geteuid() != 0) {
+        others.append(u"/"_s);
+    } else {
+        others.append(root.filePath(u"given-away"_s));
+        ASSERT_TRUE(QDir().mkdir(others.last()));
+        ASSERT_EQ(chown(QFile::encodeName(others.last()).constData(), 65534, 65534), 0);
+    }
+    for (const QString &other : others) {
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(other));
+        EXPECT_EQ(directories.runtimeDirectory(), common) << other.toStdString();
+    }
+}
+
+TEST_F(RuntimeDirectory, WhatStandsInItsPlaceIsRefused)
+{
+    ASSERT_TRUE(QFile::link(u"/tmp"_s, root.filePath(u"kestrova"_s)));
+    EXPECT_THROW(directories.runtimeDirectory(), PlatformError);
+}
+
 TEST_F(LinuxStandardDirectoriesTest, ApplicationDataFollowsTheDesktopsConvention)
 {
     const QByteArray old = qgetenv("XDG_DATA_HOME");
     qputenv("XDG_DATA_HOME", "/data/home");
     EXPECT_EQ(directories.applicationSupportDirectory(), u"/data/home"_s);
+    qputenv("XDG_DATA_HOME", "relative");
+    EXPECT_EQ(directories.applicationSupportDirectory(), QDir::homePath() + u"/.local/share"_s);
     old.isNull() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", old);
 }
 

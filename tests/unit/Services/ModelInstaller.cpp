@@ -13,6 +13,7 @@ class RootDirectory final : public kestrova::StandardDirectories
 public:
     explicit RootDirectory(const char *root) : m_root(QString::fromUtf8(root)) {}
     QString temporaryDirectory() override { return m_root; }
+    QString runtimeDirectory() override { return m_root; }
     QString applicationSupportDirectory() override { return m_root; }
 
 private:

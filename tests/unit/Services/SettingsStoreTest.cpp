@@ -79,8 +79,22 @@ TEST_F(SettingsStoreTest, UnreadableBytesLoadAsTheDefaultsAndAreKeptAside)
     const QByteArray before = *defaults.stored(key);
     defaults.failReading(true);
     EXPECT_EQ(store.load(), AppSettings::defaults());
+    EXPECT_EQ(store.loadToEdit(), AppSettings::defaults());
+    defaults.failReading(false);
+    EXPECT_EQ(store.load(), changed()) << "the readers' business, not the editor's";
     store.save(AppSettings::defaults());
     EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{before});
+}
+
+TEST_F(SettingsStoreTest, WhatAnotherProgramStoredIsKeptAside)
+{
+    store.save(changed());
+    EXPECT_EQ(store.loadToEdit(), changed());
+    defaults.put(key, "stored by another program");
+    store.save(AppSettings::defaults());
+    store.save(changed());
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{"stored by another program"});
+    EXPECT_EQ(store.load(), changed());
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "Models/UsageEventsJson.h"
 #include "Platform/Linux/FileUserDefaults.h"
 #include "Services/FileSizeLimit.h"
 #include "Services/SettingsStore.h"
@@ -11,6 +12,8 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 namespace kestrova {
 namespace {
@@ -101,7 +104,9 @@ StoredDocument settingsDocument()
         [](UserDefaults &defaults) {
             AppSettings settings = AppSettings::defaults();
             settings.theme = AppTheme::dark;
-            SettingsStore(defaults).save(settings);
+            SettingsStore store(defaults);
+            store.loadToEdit();
+            store.save(settings);
         },
     };
 }
@@ -137,7 +142,7 @@ protected:
     QString path() const { return directory + u'/' + GetParam().key + u".json"_s; }
     QString asidePath(int number) const
     {
-        return directory + u"/%1.damaged-%2.json"_s.arg(GetParam().key).arg(number);
+        return directory + u"/%1.kept-%2.json"_s.arg(GetParam().key).arg(number);
     }
     bool isFallback() { return GetParam().isFallback(defaults); }
     void write() { GetParam().write(defaults); }
@@ -261,6 +266,100 @@ TEST_P(StoredDocumentTest, OnAFullDiskTheOldDocumentStaysAndTheNextWriteSucceeds
 INSTANTIATE_TEST_SUITE_P(Of, StoredDocumentTest,
                          testing::Values(settingsDocument(), usageDocument()),
                          testing::PrintToStringParamName());
+
+class DocumentThatComesLate : public testing::Test
+{
+protected:
+    QString path(const QString &key) const { return folder.filePath(key + u".json"_s); }
+    static qint64 recordings(UsageAnalyticsService &service)
+    {
+        return service.dashboardSnapshot(Date{}).topApplications.first().recordings;
+    }
+
+    QTemporaryDir folder;
+    FileUserDefaults defaults{folder.path()};
+    const UsageEvent event = eventAt(Date{757'382'400});
+    const QByteArray storedLog = [] {
+        UsageLog log;
+        for (int i = 0; i < 500; ++i)
+            log.append(eventAt(Date{757'382'400}));
+        return log.json();
+    }();
+};
+
+TEST_F(DocumentThatComesLate, AUsageLogGetsTheNewEventsBehindItsOwn)
+{
+    UsageAnalyticsService service = usageService(defaults);
+    ASSERT_TRUE(writeFile(path(UsageAnalyticsService::standardKey()), storedLog));
+    service.record(event);
+    EXPECT_EQ(recordings(service), 501);
+    const auto stored = usageEventsFromJson(readFile(path(UsageAnalyticsService::standardKey())));
+    ASSERT_EQ(stored.size(), 501);
+    EXPECT_EQ(stored.last(), event);
+    EXPECT_EQ(namesIn(folder.path()).size(), 1);
+}
+
+TEST_F(DocumentThatComesLate, AUsageLogThatCouldNotBeReadAtTheStartLosesNothing)
+{
+    const QByteArray name = QFile::encodeName(path(UsageAnalyticsService::standardKey()));
+    ASSERT_TRUE(writeFile(path(UsageAnalyticsService::standardKey()), storedLog));
+    const OrdinaryUser user(folder);
+    ASSERT_EQ(chmod(name.constData(), 0), 0);
+    UsageAnalyticsService service = usageService(defaults);
+    service.record(eventAt(Date{757'382'400}));
+    ASSERT_EQ(chmod(name.constData(), 0600), 0);
+    EXPECT_EQ(readFile(path(UsageAnalyticsService::standardKey())), storedLog);
+    service.record(event);
+    EXPECT_EQ(recordings(service), 502);
+    EXPECT_EQ(recordings(*std::make_unique<UsageAnalyticsService>(usageService(defaults))), 502);
+}
+
+TEST_F(DocumentThatComesLate, SettingsAreSetAsideBeforeTheyAreReplaced)
+{
+    const QByteArray sound = sample("settings-compact.json");
+    SettingsStore store(defaults);
+    EXPECT_EQ(store.loadToEdit(), AppSettings::defaults());
+    ASSERT_TRUE(writeFile(path(SettingsStore::key()), sound));
+    EXPECT_EQ(store.load(), AppSettings::fromJson(sound)) << "readers see it at once";
+    for (int saves = 0; saves < 2; ++saves)
+        store.save(AppSettings::defaults());
+    EXPECT_EQ(readFile(folder.filePath(SettingsStore::key() + u".kept-1.json"_s)), sound);
+    EXPECT_EQ(namesIn(folder.path()).size(), 2);
+}
+
+TEST(TwoPrograms, WithOneUsageLogLoseNoEvent)
+{
+    const QTemporaryDir folder;
+    FileUserDefaults firstDefaults(folder.path());
+    FileUserDefaults secondDefaults(folder.path());
+    UsageAnalyticsService first = usageService(firstDefaults);
+    UsageAnalyticsService second = usageService(secondDefaults);
+    for (int i = 0; i < 3; ++i) {
+        first.record(eventAt(Date{757'382'400}));
+        second.record(eventAt(Date{757'382'400}));
+    }
+    EXPECT_EQ(
+        usageService(firstDefaults).dashboardSnapshot(Date{}).topApplications.first().recordings,
+        6);
+    EXPECT_EQ(namesIn(folder.path()).size(), 1);
+}
+
+TEST(TwoPrograms, WithOneSettingsRecordOverwriteNothingUnseen)
+{
+    const QTemporaryDir folder;
+    FileUserDefaults defaults(folder.path());
+    SettingsStore first(defaults);
+    SettingsStore second(defaults);
+    first.loadToEdit();
+    second.loadToEdit();
+    AppSettings settings = AppSettings::defaults();
+    settings.transcriptionLanguage = u"de"_s;
+    first.save(settings);
+    second.save(AppSettings::defaults());
+    EXPECT_EQ(readFile(folder.filePath(SettingsStore::key() + u".kept-1.json"_s)),
+              settings.toJson());
+    EXPECT_EQ(first.load(), AppSettings::defaults());
+}
 
 TEST(UsageOnAFullDisk, EventsThatCouldNotBeStoredAreStoredWithTheNext)
 {

@@ -206,6 +206,71 @@ TEST_F(UsageAnalyticsServiceTest, ALogThatCannotBeReadIsSetAsideBeforeItIsReplac
     EXPECT_EQ(stored().size(), 1);
 }
 
+TEST_F(UsageAnalyticsServiceTest, ALogThatCanBeReadLaterGetsWhatWasRecordedMeanwhile)
+{
+    const UsageEvent old = eventAt(now);
+    store({old});
+    defaults.failReading(true);
+    UsageAnalyticsService service = this->service();
+    defaults.failReading(false);
+    const UsageEvent fresh = eventAt(now);
+    service.record(fresh);
+    EXPECT_EQ(stored(), QList<UsageEvent>({old, fresh}));
+    EXPECT_EQ(recordingsOf(service), 2);
+    EXPECT_TRUE(defaults.keptAside(key).isEmpty());
+}
+
+TEST_F(UsageAnalyticsServiceTest, WhatAnotherProgramStoredIsTakenInOnce)
+{
+    UsageAnalyticsService service = this->service();
+    const UsageEvent first = eventAt(now);
+    service.record(first);
+    const UsageEvent theirs = eventAt(now);
+    store({eventAt(justBeforeCutoff), theirs});
+    const UsageEvent second = eventAt(now);
+    service.record(second);
+    EXPECT_EQ(stored(), QList<UsageEvent>({theirs, first, second}));
+    const UsageEvent third = eventAt(now);
+    service.record(third);
+    EXPECT_EQ(stored(), QList<UsageEvent>({theirs, first, second, third}));
+    EXPECT_TRUE(defaults.keptAside(key).isEmpty());
+}
+
+TEST_F(UsageAnalyticsServiceTest, DamageByAnotherProgramIsSetAside)
+{
+    UsageAnalyticsService service = this->service();
+    service.record(eventAt(now));
+    defaults.put(key, "damaged");
+    service.record(eventAt(now));
+    EXPECT_EQ(stored().size(), 2);
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{"damaged"});
+}
+
+TEST_F(UsageAnalyticsServiceTest, ALogIsSetAsideBeforeAClockThatIsAheadEmptiesIt)
+{
+    const QList<UsageEvent> events{eventAt(now), eventAt(now), eventAt(now)};
+    store(events);
+    const QByteArray before = *defaults.stored(key);
+    now.secondsSinceReferenceDate += 400 * 86400.0;
+    service().record(eventAt(now));
+    EXPECT_EQ(stored().size(), 1);
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{before});
+}
+
+TEST_F(UsageAnalyticsServiceTest, ALogThatCannotBeSetAsideIsNotEmptied)
+{
+    store({eventAt(now)});
+    const QByteArray before = *defaults.stored(key);
+    now.secondsSinceReferenceDate += 400 * 86400.0;
+    defaults.failWriting(true);
+    UsageAnalyticsService service = this->service();
+    EXPECT_EQ(defaults.stored(key), before);
+    defaults.failWriting(false);
+    service.record(eventAt(now));
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{before});
+    EXPECT_EQ(stored().size(), 1);
+}
+
 TEST_F(UsageAnalyticsServiceTest, AnEventWithANumberThatJsonCannotHoldChangesNothing)
 {
     UsageAnalyticsService service = this->service();

@@ -41,6 +41,20 @@ TEST(UsageLog, AppendingIsTheSameAsEncodingAnew)
     EXPECT_EQ(UsageLog(log.events()).json(), log.json());
 }
 
+TEST(UsageLog, MissingEventsOfAnotherLogAreAppendedAsTheyAre)
+{
+    UsageLog log = logAt({1, 2});
+    UsageLog other(log.events());
+    other.append(eventAt(Date{0}));
+    other.append(eventAt(Date{5}));
+    log.addMissing(other);
+    expectTimestamps(log, {1, 2, 0, 5});
+    log.addMissing(other);
+    expectTimestamps(log, {1, 2, 0, 5});
+    EXPECT_TRUE(log.dropBefore(Date{1}));
+    expectTimestamps(log, {1, 2, 5});
+}
+
 TEST(UsageLog, WhatADocumentHasForEachEventStaysAsItIs)
 {
     const QByteArray first = R"({ "later": [1, {}], "timestamp": 5, "wordCount": 1.0e0,

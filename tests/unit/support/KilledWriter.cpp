@@ -15,10 +15,12 @@ namespace {
 [[noreturn]] void runWriter(const WriteForEver &writeForEver, int pipe) noexcept
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    writeForEver([pipe] {
+    const auto report = [pipe] {
         if (write(pipe, "", 1) != 1)
             _exit(1);
-    });
+    };
+    report(); // It runs: on a machine with other load that takes longer than a write.
+    writeForEver(report);
     _exit(1);
 }
 
@@ -43,6 +45,9 @@ std::optional<qint64> writesUntilKilled(const WriteForEver &writeForEver,
     if (child == 0)
         runWriter(writeForEver, ends[1]);
     close(ends[1]);
+    char isRunning = 0;
+    if (read(ends[0], &isRunning, 1) != 1)
+        throw std::runtime_error("no writer");
     std::this_thread::sleep_for(time);
     kill(child, SIGKILL);
     int status = 0;
@@ -51,6 +56,14 @@ std::optional<qint64> writesUntilKilled(const WriteForEver &writeForEver,
     close(ends[0]);
     const bool wasKilled = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
     return wasKilled ? std::optional(confirmed) : std::nullopt;
+}
+
+qint64 durationOf(const std::function<void()> &write)
+{
+    using namespace std::chrono;
+    const auto start = steady_clock::now();
+    write();
+    return duration_cast<microseconds>(steady_clock::now() - start).count();
 }
 
 } // namespace kestrova
