@@ -1,6 +1,7 @@
 #include "Models/Calendar.h"
 
-#include <QDateTime>
+#include "Models/UtcDateTime.h"
+
 #include <QRegularExpression>
 
 #include <cmath>
@@ -73,7 +74,7 @@ Date Calendar::startOf(Unit unit, Date date) const
         return dateAt(floorTo(secondsPerHour, seconds + offset) - offset);
     }
     const QDate day = startOf(unit, localTime(seconds).date());
-    return dateAt(unixTimeOf(QDateTime(day, QTime(0, 0), Qt::UTC)));
+    return dateAt(unixTimeOf(utcDateTime(QDate(1970, 1, 1).daysTo(day) * secondsPerDay)));
 }
 
 QDate Calendar::startOf(Unit unit, QDate day) const
@@ -117,14 +118,14 @@ QString Calendar::mediumDate(Date date) const
 
 qint64 Calendar::offsetAt(qint64 unixTime) const
 {
-    return m_timeZone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(unixTime, Qt::UTC));
+    return m_timeZone.offsetFromUtc(utcDateTime(unixTime));
 }
 
 // Local times are computed with as if they were UTC: QDateTime leaves open what it makes of local
 // times that a clock change skips or repeats.
 QDateTime Calendar::localTime(qint64 unixTime) const
 {
-    return QDateTime::fromSecsSinceEpoch(unixTime + offsetAt(unixTime), Qt::UTC);
+    return utcDateTime(unixTime + offsetAt(unixTime));
 }
 
 qint64 Calendar::unixTimeOf(const QDateTime &localTime) const

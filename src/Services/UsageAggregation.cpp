@@ -1,6 +1,7 @@
 #include "Services/UsageAggregation.h"
 
-#include <QDateTime>
+#include "Models/UtcDateTime.h"
+
 #include <QHash>
 
 #include <algorithm>
@@ -85,8 +86,7 @@ private:
 
 QString utcIdentifier(Date date)
 {
-    return QDateTime::fromSecsSinceEpoch(qint64(std::floor(date.unixTime())), Qt::UTC)
-        .toString(Qt::ISODate);
+    return utcDateTime(qint64(std::floor(date.unixTime()))).toString(Qt::ISODate);
 }
 
 /// The buckets' ranges. Where the calendar skips local times, two may overlap; both bounds still

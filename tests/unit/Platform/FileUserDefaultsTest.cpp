@@ -61,7 +61,8 @@ TEST_F(FileUserDefaultsTest, WhateverTheUmaskIsNobodyElseGetsAtIt)
 TEST_F(FileUserDefaultsTest, ReplacingKeepsTheFilePrivateAndLeavesNothingElse)
 {
     defaults.setData(key, "one");
-    QFile::setPermissions(path(files().first()), QFile::ReadOwner | QFile::ReadOther);
+    QFile::setPermissions(path(files().first()),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
     defaults.setData(key, "two");
     EXPECT_EQ(defaults.data(key), QByteArray("two"));
     EXPECT_EQ(files().size(), 1);

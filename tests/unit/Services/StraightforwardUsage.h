@@ -2,9 +2,9 @@
 
 #include "Models/JsonObjectReader.h"
 #include "Models/UsageEventsJson.h"
+#include "Models/UtcDateTime.h"
 #include "Services/UsageAggregation.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QJsonDocument>
 
@@ -165,7 +165,7 @@ private:
         for (int i = 0; i < count; ++i) {
             const Date start = m_calendar.adding(-(count - 1 - i), unit, anchor).value();
             const UsageSummary totals = summary(start, m_calendar.adding(1, unit, start).value());
-            const auto utc = QDateTime::fromSecsSinceEpoch(qint64(start.unixTime()), Qt::UTC);
+            const auto utc = utcDateTime(qint64(start.unixTime()));
             buckets.append({utc.toString(Qt::ISODate), m_calendar.label(start, format), start,
                             totals.recordings, totals.words, totals.minutes});
         }

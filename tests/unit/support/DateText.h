@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Models/Date.h"
-
-#include <QDateTime>
+#include "Models/UtcDateTime.h"
 
 #include <ostream>
 
@@ -17,7 +16,8 @@ inline Date date(const char *text)
 
 inline void PrintTo(const Date &date, std::ostream *stream)
 {
-    *stream << QDateTime::fromMSecsSinceEpoch(qint64(date.unixTime() * 1000), Qt::UTC)
+    *stream << utcDateTime(0)
+                   .addMSecs(qint64(date.unixTime() * 1000))
                    .toString(Qt::ISODateWithMs)
                    .toStdString();
 }
