@@ -16,6 +16,9 @@ struct KeyEvent
     enum Type : quint8 {
         keyDown = 1,
         flagsChanged = 2, ///< a modifier or lock key went down or up; the rest says nothing
+        /// The keys or their modifiers are others now, as after a change of the keyboard's options;
+        /// global monitors only, and the rest says nothing.
+        keyboardChanged = 4,
     };
     Q_DECLARE_FLAGS(Types, Type)
 
@@ -57,10 +60,13 @@ public:
                                                                    LocalHandler handler) = 0;
 
     /// Keeps these shortcuts from all windows, for as long as the result lives; global monitors
-    /// see them still, whichever window has the keyboard. Null where a program cannot do that, or
-    /// need not, because shortcuts type nothing there.
+    /// see them still, whichever window has the keyboard. At most one result lives at a time. Null
+    /// where a program cannot do that, or need not, because shortcuts type nothing there.
     [[nodiscard]] virtual std::unique_ptr<Monitor>
     withhold(const QList<HotkeyShortcut> &shortcuts) = 0;
+
+    /// Whether the keys of the present keyboard give the shortcut: they may lack a modifier.
+    virtual bool canType(const HotkeyShortcut &shortcut) = 0;
 };
 
 } // namespace kestrova

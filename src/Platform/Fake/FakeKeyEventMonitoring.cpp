@@ -32,6 +32,17 @@ FakeKeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
     return withholding;
 }
 
+bool FakeKeyEventMonitoring::canType(const HotkeyShortcut &shortcut)
+{
+    return (shortcut.modifiers & m_missingModifiers) == 0;
+}
+
+void FakeKeyEventMonitoring::setMissingModifiers(quint32 modifiers)
+{
+    m_missingModifiers = modifiers;
+    m_global.call({.type = KeyEvent::keyboardChanged});
+}
+
 QList<HotkeyShortcut> FakeKeyEventMonitoring::withheld() const
 {
     QList<HotkeyShortcut> all;

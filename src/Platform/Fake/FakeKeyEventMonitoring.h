@@ -21,6 +21,8 @@ public:
     virtual int localMonitorCount() const = 0;
     /// Those of every withhold() that has not ended, in order.
     virtual QList<HotkeyShortcut> withheld() const = 0;
+    /// From now on no key of the keyboard carries these modifiers; monitors are told.
+    virtual void setMissingModifiers(quint32 modifiers) = 0;
 };
 
 /// Main thread.
@@ -31,6 +33,7 @@ public:
                                               GlobalHandler handler) override;
     std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
+    bool canType(const HotkeyShortcut &shortcut) override;
 
     void setGlobalAvailable(bool isAvailable) override { m_isGlobalAvailable = isAvailable; }
     void setLocalAvailable(bool isAvailable) override { m_isLocalAvailable = isAvailable; }
@@ -39,11 +42,13 @@ public:
     int globalMonitorCount() const override { return m_global.count(); }
     int localMonitorCount() const override { return m_local.count(); }
     QList<HotkeyShortcut> withheld() const override;
+    void setMissingModifiers(quint32 modifiers) override;
 
 private:
     KeyEventHandlers m_global;
     KeyEventHandlers m_local;
     std::vector<std::weak_ptr<const QList<HotkeyShortcut>>> m_withheld;
+    quint32 m_missingModifiers = 0;
     bool m_isGlobalAvailable = true;
     bool m_isLocalAvailable = true;
 };

@@ -74,4 +74,9 @@ MissingKeyMonitoring::withhold(const QList<HotkeyShortcut> &)
     return nullptr;
 }
 
+bool MissingKeyMonitoring::canType(const HotkeyShortcut &)
+{
+    return false;
+}
+
 } // namespace kestrova::NoDesktop

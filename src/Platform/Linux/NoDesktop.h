@@ -52,11 +52,12 @@ public:
 class MissingKeyMonitoring final : public KeyEventMonitoring
 {
 public:
-    /// All are always null.
+    /// All are always null, and nothing can be typed.
     std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
                                               GlobalHandler handler) override;
     std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
+    bool canType(const HotkeyShortcut &shortcut) override;
 };
 
 } // namespace kestrova::NoDesktop

@@ -32,6 +32,17 @@ TEST_F(PostedKeysTest, EachAnnouncedEventIsTakenOnceAndInOrder)
     EXPECT_FALSE(take(release(118)));
 }
 
+TEST_F(PostedKeysTest, ThePreparationComesBeforeTheAnnouncement)
+{
+    bool wasAnnounced = true;
+    m_keys.setPreparation([&] { wasAnnounced = take(press(50)); });
+    m_keys.announce({press(50)});
+    EXPECT_FALSE(wasAnnounced);
+    m_keys.setPreparation(nullptr);
+    m_keys.announce({press(50)});
+    EXPECT_TRUE(take(press(50)));
+}
+
 TEST_F(PostedKeysTest, AKeyOfTheUserInBetweenIsNotOurs)
 {
     m_keys.announce({press(50), press(118)});

@@ -89,6 +89,30 @@ TEST_F(X11KeyEventPostingTest, CapsLockAndNumLockStayOnAndDoNotDisturb)
     EXPECT_EQ(m_window.modifiers(), locks);
 }
 
+TEST_F(X11KeyEventPostingTest, AGrabOfAHeldKeyIsEndedOnceNothingCanSetItOffAgain)
+{
+    const std::vector<xcb_keycode_t> held{leftSuper, leftShift, space};
+    X11Connection grabs;
+    xcb_grab_key(grabs.xcb(), 0, grabs.root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT, space,
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    serverTime(grabs);
+    uint16_t modifiers = 0;
+    m_postedKeys.setPreparation([&] {
+        modifiers = m_window.modifiers();
+        xcb_ungrab_keyboard(grabs.xcb(), XCB_CURRENT_TIME);
+        serverTime(grabs);
+    });
+    for (const xcb_keycode_t key : held)
+        m_keyboard.press(key);
+    m_window.keys();
+    ASSERT_TRUE(m_posting.postCommandV());
+    EXPECT_EQ(modifiers, 0);
+    EXPECT_THAT(lastFour(m_window.keys()), isShiftInsert());
+    m_postedKeys.setPreparation(nullptr);
+    for (const xcb_keycode_t key : held)
+        m_keyboard.release(key);
+}
+
 TEST_F(X11KeyEventPostingTest, ItWaitsUntilTheUserLetsGoOfTheModifiers)
 {
     m_keyboard.press(leftControl);

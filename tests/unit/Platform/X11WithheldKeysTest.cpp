@@ -5,15 +5,23 @@
 #include "support/QtPrinting.h"
 #include "support/RunOrThrow.h"
 
+#include <QProcess>
+
 #include <gmock/gmock.h>
+
+#include <csignal>
+
+#include <sys/wait.h>
 
 namespace kestrova {
 namespace {
 
 using namespace Qt::StringLiterals;
+using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr KeyEvent mainPress{49, HotkeyShortcut::command | HotkeyShortcut::shift};
 constexpr KeyEvent slotPress{18, HotkeyShortcut::command | HotkeyShortcut::option};
@@ -51,6 +59,19 @@ protected:
         return events;
     }
 
+    /// Runs the command, which makes another keyboard of the present one, and waits until the
+    /// monitoring has followed.
+    void changeKeyboard(const std::string &command)
+    {
+        EXPECT_TRUE(waitUntil([&] { return !m_changes.empty(); })); // the first one is no change
+        m_changes.clear();
+        runOrThrow(command);
+        EXPECT_TRUE(waitUntil([&] { return !m_changes.empty(); }));
+    }
+
+    std::vector<KeyEvent> m_changes;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_changeMonitor =
+        monitor(m_changes, KeyEvent::keyboardChanged);
     std::unique_ptr<KeyEventMonitoring::Monitor> m_withheld =
         m_monitoring.withhold({mainShortcut, slotShortcut});
     // And the key that seen() presses.
@@ -156,6 +177,68 @@ TEST_F(X11WithheldKeysTest, ASecondLayoutThatIsOnMakesNoDifference)
     EXPECT_THAT(reported(), ElementsAre(mainPress));
 }
 
+TEST_F(X11WithheldKeysTest, WithoutAKeyForAModifierNothingIsWithheldAndNothingReportedAsAShortcut)
+{
+    for (const char *option : {"altwin:alt_win", "altwin:ctrl_win", "altwin:hyper_win"}) {
+        SCOPED_TRACE(option);
+        changeKeyboard(std::string("setxkbmap us -option ") + option);
+        EXPECT_FALSE(m_monitoring.canType(mainShortcut));
+        EXPECT_FALSE(m_monitoring.canType(slotShortcut));
+        EXPECT_TRUE(m_monitoring.canType({49, HotkeyShortcut::option | HotkeyShortcut::shift}));
+        tapChord(m_keyboard, {key::leftShift, key::space});
+        tapChord(m_keyboard, {key::leftAlt, key::digit1});
+        pressMain(); // whatever the Super keys are now
+        pressSlot();
+        EXPECT_EQ(typed().size(), 4);
+        EXPECT_THAT(reported(), Not(AnyOf(Contains(mainPress), Contains(slotPress))));
+
+        changeKeyboard("setxkbmap us -option");
+        EXPECT_TRUE(m_monitoring.canType(mainShortcut));
+        pressMain();
+        EXPECT_THAT(typed(), IsEmpty());
+        EXPECT_THAT(reported(), ElementsAre(mainPress));
+    }
+}
+
+TEST_F(X11WithheldKeysTest, MetaInThePlaceOfSuperIsTheSameModifier)
+{
+    for (const char *option : {"altwin:meta_win", "altwin:left_meta_win"}) {
+        SCOPED_TRACE(option);
+        runOrThrow(std::string("setxkbmap us -option -option ") + option);
+        EXPECT_THAT(typed(), IsEmpty());
+        pressMain();
+        pressSlot();
+        EXPECT_THAT(typed(), IsEmpty());
+        EXPECT_THAT(reported(), ElementsAre(mainPress, slotPress));
+        tapChord(m_keyboard, {key::leftShift, key::space});
+        EXPECT_EQ(typed().size(), 1);
+        reported();
+    }
+}
+
+TEST_F(X11WithheldKeysTest, ModifiersThatShareAMaskAreNoShortcutsByThemselves)
+{
+    changeKeyboard("xmodmap -e 'clear mod4' -e 'add mod1 = Super_L Super_R'");
+    EXPECT_FALSE(m_monitoring.canType(mainShortcut));
+    pressMain(); // Alt+Super+Shift+Space as far as the keymap can tell
+    EXPECT_EQ(typed().size(), 1);
+    pressSlot();
+    EXPECT_THAT(typed(), IsEmpty());
+}
+
+TEST_F(X11WithheldKeysTest, TwoShortcutsInARowAreBothReportedWithTheirModifiers)
+{
+    for (int i = 0; i < 50; ++i) {
+        pressMain();
+        pressSlot();
+    }
+    EXPECT_THAT(typed(), IsEmpty());
+    std::vector<KeyEvent> expected;
+    for (int i = 0; i < 50; ++i)
+        expected.insert(expected.end(), {mainPress, slotPress});
+    EXPECT_EQ(reported(), expected);
+}
+
 TEST_F(X11WithheldKeysTest, AShortcutThatAnotherProgramHasReservedStaysThatPrograms)
 {
     m_withheld.reset();
@@ -169,6 +252,33 @@ TEST_F(X11WithheldKeysTest, AShortcutThatAnotherProgramHasReservedStaysThatProgr
     pressSlot();
     EXPECT_THAT(typed(), IsEmpty());
     EXPECT_THAT(reported(), ElementsAre(mainPress, slotPress));
+}
+
+TEST_F(X11WithheldKeysTest, AStoppedProgramLeavesTheKeyboardFree)
+{
+    m_withheld.reset();
+    QProcess withholding;
+    withholding.start(QStringLiteral(KESTROVA_WITHHOLDING_APPLICATION), {});
+    ASSERT_TRUE(waitUntil([&] { return withholding.canReadLine(); }));
+    pressMain();
+    EXPECT_THAT(typed(), IsEmpty());
+
+    const auto process = pid_t(withholding.processId());
+    ASSERT_EQ(kill(process, SIGSTOP), 0);
+    siginfo_t stop;
+    ASSERT_EQ(waitid(P_PID, id_t(process), &stop, WSTOPPED | WNOWAIT), 0);
+    for (int i = 0; i < 10; ++i) {
+        pressMain();
+        tap(m_keyboard, key::a);
+    }
+    EXPECT_EQ(typed(), QStringList(10, u"press 38 0"_s));
+
+    ASSERT_EQ(kill(process, SIGCONT), 0);
+    pressMain();
+    tap(m_keyboard, key::a);
+    EXPECT_THAT(typed(), ElementsAre(u"press 38 0"_s));
+    withholding.kill();
+    EXPECT_TRUE(withholding.waitForFinished());
 }
 
 TEST_F(X11WithheldKeysTest, ItMayBeReplacedAtAnyTime)

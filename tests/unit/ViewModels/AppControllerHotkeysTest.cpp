@@ -20,6 +20,7 @@ public:
         return nullptr;
     }
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &) override { return nullptr; }
+    bool canType(const HotkeyShortcut &) override { return true; }
 };
 
 class AppControllerHotkeysTest : public ControllerTest

@@ -12,12 +12,26 @@ bool isLater(quint32 time, quint32 than)
 
 } // namespace
 
+void PostedKeys::setPreparation(std::function<void()> preparation)
+{
+    const std::lock_guard lock(m_mutex);
+    m_preparation = std::move(preparation);
+}
+
 void PostedKeys::announce(const std::vector<Event> &events)
 {
+    if (const auto prepare = preparation())
+        prepare();
     const std::lock_guard lock(m_mutex);
     for (std::vector<Event> &expected : m_expected)
         expected.assign(events.rbegin(), events.rend());
     m_end.reset();
+}
+
+std::function<void()> PostedKeys::preparation()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_preparation;
 }
 
 void PostedKeys::finish(quint32 time)

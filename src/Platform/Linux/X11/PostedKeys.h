@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <array>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -24,6 +25,8 @@ public:
         bool operator==(const Event &) const = default;
     };
 
+    /// What announce() does first, on its thread; nothing when it is null.
+    void setPreparation(std::function<void()> preparation);
     /// Called before the events are sent, in the order of sending. Whatever an earlier call
     /// announced is forgotten.
     void announce(const std::vector<Event> &events);
@@ -33,7 +36,10 @@ public:
     bool take(Observer observer, const Event &event, quint32 time);
 
 private:
+    std::function<void()> preparation();
+
     std::mutex m_mutex;
+    std::function<void()> m_preparation;
     std::array<std::vector<Event>, 2> m_expected; // for each observer; the next one last
     std::optional<quint32> m_end;
 };

@@ -1,14 +1,30 @@
 #include "Platform/Linux/X11/X11KeyEventMonitoring.h"
 
-#include "Platform/Linux/X11/X11WithheldKeys.h"
-
 #include <QMetaObject>
 
 namespace kestrova {
 
+namespace {
+
+struct Withholding final : KeyEventMonitoring::Monitor
+{
+    Withholding(std::shared_ptr<X11KeyGrabs> usedGrabs, const QList<HotkeyShortcut> &withheld)
+        : grabs(std::move(usedGrabs)),
+          shortcuts(std::make_shared<const QList<HotkeyShortcut>>(withheld))
+    {
+    }
+    ~Withholding() override { grabs->set({}); }
+    Q_DISABLE_COPY_MOVE(Withholding)
+
+    const std::shared_ptr<X11KeyGrabs> grabs;
+    const std::shared_ptr<const QList<HotkeyShortcut>> shortcuts;
+};
+
+} // namespace
+
 X11KeyEventMonitoring::X11KeyEventMonitoring(X11Connection &connection, PostedKeys &postedKeys,
                                              const QByteArray &displayName)
-    : m_postedKeys(postedKeys), m_displayName(displayName),
+    : m_connection(connection), m_postedKeys(postedKeys), m_displayName(displayName),
       m_filter(connection, postedKeys, m_local)
 {
 }
@@ -34,7 +50,31 @@ bool X11KeyEventMonitoring::record()
 std::unique_ptr<KeyEventMonitoring::Monitor>
 X11KeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
 {
-    return record() ? std::make_unique<X11WithheldKeys>(shortcuts, m_displayName) : nullptr;
+    if (!record())
+        return nullptr;
+    if (!m_grabs)
+        m_grabs = std::make_shared<X11KeyGrabs>(m_postedKeys, m_displayName);
+    auto withholding = std::make_unique<Withholding>(m_grabs, shortcuts);
+    m_withheld = withholding->shortcuts;
+    grabWithheld();
+    return withholding;
+}
+
+void X11KeyEventMonitoring::grabWithheld()
+{
+    const auto shortcuts = m_withheld.lock();
+    if (!shortcuts)
+        return;
+    const X11KeyTranslation translation(m_connection);
+    std::set<X11KeyCombination> combinations;
+    for (const HotkeyShortcut &shortcut : *shortcuts)
+        combinations.merge(translation.combinations(shortcut));
+    m_grabs->set(std::move(combinations));
+}
+
+bool X11KeyEventMonitoring::canType(const HotkeyShortcut &shortcut)
+{
+    return !X11KeyTranslation(m_connection).combinations(shortcut).empty();
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
@@ -48,6 +88,8 @@ void X11KeyEventMonitoring::report(const KeyEvent &event)
     // Not as soon as the last monitor ends: replacing the bindings ends one and adds the next.
     if (m_global.count() == 0)
         m_recording.reset();
+    if (event.type == KeyEvent::keyboardChanged)
+        grabWithheld();
     m_global.call(event);
 }
 

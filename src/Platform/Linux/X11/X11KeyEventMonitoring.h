@@ -2,6 +2,7 @@
 
 #include "Platform/KeyEventMonitoring.h"
 #include "Platform/Linux/X11/X11KeyFilter.h"
+#include "Platform/Linux/X11/X11KeyGrabs.h"
 #include "Platform/Linux/X11/X11KeyRecording.h"
 
 #include <QObject>
@@ -28,11 +29,14 @@ public:
     std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
     /// Null without the RECORD extension, which alone would see such keys.
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
+    bool canType(const HotkeyShortcut &shortcut) override;
 
 private:
     bool record();
     void report(const KeyEvent &event);
+    void grabWithheld();
 
+    X11Connection &m_connection;
     PostedKeys &m_postedKeys;
     const QByteArray m_displayName;
     KeyEventHandlers m_global;
@@ -40,6 +44,8 @@ private:
     X11KeyFilter m_filter;
     QObject m_mainThread; // what the recording's thread posts to
     std::unique_ptr<X11KeyRecording> m_recording;
+    std::shared_ptr<X11KeyGrabs> m_grabs; // once something was to be withheld
+    std::weak_ptr<const QList<HotkeyShortcut>> m_withheld;
 };
 
 } // namespace kestrova

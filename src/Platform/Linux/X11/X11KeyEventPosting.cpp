@@ -80,6 +80,7 @@ void X11KeyEventPosting::send(const std::vector<xcb_keycode_t> &keys)
         events.push_back({true, key});
     for (auto key = keys.rbegin(); key != keys.rend(); ++key)
         events.push_back({false, *key});
+    synchronize(); // so that a held shortcut has lost its modifiers before its grab is ended
     m_postedKeys.announce(events);
     for (const auto &[isPress, key] : events)
         fake(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key);
@@ -96,6 +97,11 @@ bool X11KeyEventPosting::waitForServer()
     const xcb_timestamp_t now = serverTime(m_connection);
     if (now != XCB_CURRENT_TIME)
         m_postedKeys.finish(now);
+    return synchronize();
+}
+
+bool X11KeyEventPosting::synchronize()
+{
     const XcbPointer<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(
         m_connection.xcb(), xcb_get_input_focus(m_connection.xcb()), nullptr));
     return reply != nullptr;

@@ -40,6 +40,7 @@ private:
     void send(const std::vector<xcb_keycode_t> &keys);
     void fake(uint8_t type, xcb_keycode_t key);
     bool waitForServer();
+    bool synchronize();
 
     PostedKeys &m_postedKeys;
     X11Connection m_connection;

@@ -36,7 +36,7 @@ void X11KeyRecording::run()
     blockBrokenPipeSignal();
     m_ownProcess = clientProcess(m_control, xcb_get_setup(m_control.xcb())->resource_id_base);
     selectKeymapChanges(m_control);
-    m_translation.emplace(m_control);
+    followKeyboard();
     while (isOpen()) {
         m_record.read(m_keys);
         if (m_keys.empty())
@@ -105,8 +105,18 @@ bool X11KeyRecording::takeEvents()
         hasKeymapChanged = hasKeymapChanged || isKeymapChange(m_control, *event);
     }
     if (hasKeymapChanged)
-        m_translation.emplace(m_control);
+        followKeyboard();
     return isAny;
+}
+
+// The server also tells of a new keymap when the next key comes from another keyboard.
+void X11KeyRecording::followKeyboard()
+{
+    const X11KeyTranslation translation(m_control);
+    if (m_translation == translation)
+        return;
+    m_translation = translation;
+    m_report({.type = KeyEvent::keyboardChanged});
 }
 
 void X11KeyRecording::handle(std::size_t index)

@@ -13,7 +13,8 @@
 namespace kestrova {
 
 /// A thread that reports the key events that no window of this process gets, while they also go
-/// where they would go without it. It sleeps while no key is down. It ends with the X server.
+/// where they would go without it, and changes of the keyboard: one when it has begun. It sleeps
+/// while no key is down. It ends with the X server.
 class X11KeyRecording
 {
 public:
@@ -40,6 +41,7 @@ private:
     void takeKeys();
     void synchronize();
     bool takeEvents();
+    void followKeyboard();
     void handle(std::size_t index);
     void attribute(std::size_t index, const KeyEvent &event);
     bool isOwn(xcb_window_t window);

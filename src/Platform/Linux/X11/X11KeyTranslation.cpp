@@ -101,31 +101,18 @@ std::optional<KeyEvent> X11KeyTranslation::pressed(xcb_keycode_t key, uint16_t s
     return event;
 }
 
-uint16_t X11KeyTranslation::modifierMask(const HotkeyShortcut &shortcut) const
+std::set<X11KeyCombination> X11KeyTranslation::combinations(const HotkeyShortcut &shortcut) const
 {
-    int mask = 0;
-    const auto add = [&](HotkeyShortcut::Modifier modifier, int modifierMask) {
-        if (shortcut.has(modifier))
-            mask |= modifierMask;
-    };
-    add(HotkeyShortcut::command, m_commandMask);
-    add(HotkeyShortcut::shift, XCB_MOD_MASK_SHIFT);
-    add(HotkeyShortcut::option, m_optionMask);
-    add(HotkeyShortcut::control, XCB_MOD_MASK_CONTROL);
-    return uint16_t(mask);
-}
-
-std::vector<X11KeyCombination> X11KeyTranslation::combinations(const HotkeyShortcut &shortcut) const
-{
-    const int needed = modifierMask(shortcut);
-    const int compared = m_commandMask | m_optionMask | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL;
-    std::vector<X11KeyCombination> found;
+    // Through pressed(), so that what is held back is what would be observed, and nothing else: a
+    // modifier that no key carries, or that no key carries alone, matches no state.
+    const KeyEvent wanted{shortcut.keyCode, shortcut.modifiers & HotkeyShortcut::allModifiers};
+    std::set<X11KeyCombination> found;
     for (std::size_t key = 0; key < m_virtualKeyCodes.size(); ++key) {
         if (m_virtualKeyCodes[key] != shortcut.keyCode)
             continue;
         for (int state = 0; state <= allModifiers; ++state) {
-            if ((state & compared) == needed)
-                found.push_back({xcb_keycode_t(key), uint16_t(state)});
+            if (pressed(xcb_keycode_t(key), uint16_t(state)) == wanted)
+                found.insert({xcb_keycode_t(key), uint16_t(state)});
         }
     }
     return found;

@@ -8,7 +8,7 @@
 #include <bitset>
 #include <compare>
 #include <optional>
-#include <vector>
+#include <set>
 
 namespace kestrova {
 
@@ -34,12 +34,13 @@ public:
     std::optional<KeyEvent> pressed(xcb_keycode_t key, uint16_t state) const;
     /// None for a key that is no modifier.
     std::optional<KeyEvent> released(xcb_keycode_t key) const;
-    /// The presses that pressed() puts into this shortcut: one for each state of the locks.
-    std::vector<X11KeyCombination> combinations(const HotkeyShortcut &shortcut) const;
+    /// The presses that pressed() puts into this shortcut: one for each state of the locks. None
+    /// when no key carries one of the modifiers.
+    std::set<X11KeyCombination> combinations(const HotkeyShortcut &shortcut) const;
+
+    bool operator==(const X11KeyTranslation &) const = default;
 
 private:
-    uint16_t modifierMask(const HotkeyShortcut &shortcut) const;
-
     std::bitset<256> m_modifierKeys; // and lock keys
     std::array<std::optional<quint32>, 256> m_virtualKeyCodes;
     uint16_t m_commandMask = 0;

@@ -1,0 +1,21 @@
+// Keeps the main shortcut from all windows until it is ended: another program for tests, to be
+// stopped and killed.
+
+#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+
+#include <QCoreApplication>
+
+#include <iostream>
+
+int main(int argc, char *argv[])
+{
+    using namespace kestrova;
+
+    QCoreApplication application(argc, argv);
+    X11Connection connection;
+    PostedKeys postedKeys;
+    X11KeyEventMonitoring monitoring(connection, postedKeys);
+    const auto withheld = monitoring.withhold({HotkeyShortcut::defaultMain()});
+    std::cout << "ready" << std::endl;
+    return QCoreApplication::exec();
+}
