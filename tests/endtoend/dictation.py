@@ -25,9 +25,9 @@ SPEAK = REPOSITORY / "tools" / "speak"
 BUILD = os.environ.get("KESTROVA_BUILD", "dev")  # the preset whose programs are driven
 PROGRAM = REPOSITORY / "build" / BUILD / "bin" / "kestrova"
 
-EVENT_LIMIT = 60.0  # seconds
-START_LIMIT = 20.0
-END_LIMIT = 20.0
+EVENT_LIMIT = 120.0  # seconds
+START_LIMIT = 60.0
+END_LIMIT = 60.0
 
 MAIN_SHORTCUT = "super+shift+space"  # as xdotool writes it
 

@@ -22,8 +22,8 @@ import threading
 import time
 from pathlib import Path
 
-START_LIMIT = 30.0  # seconds until an application has the keyboard on a busy machine
-TEXT_LIMIT = 5.0  # seconds until a pasted text is there
+START_LIMIT = 60.0  # seconds until an application has the keyboard on a busy machine
+TEXT_LIMIT = 30.0  # seconds until a pasted text is there
 CLOSE_LIMIT = 5.0  # seconds between asking an application to end and ending it
 POLL_INTERVAL = 0.02
 

@@ -19,7 +19,7 @@ def words(text):
 
 def clipboard(selection="clipboard"):
     command = ["xclip", "-o", "-selection", selection]
-    return subprocess.run(command, capture_output=True, text=True, check=True, timeout=10).stdout
+    return subprocess.run(command, capture_output=True, text=True, check=True, timeout=60).stdout
 
 
 def visible_windows(window_class):

@@ -30,7 +30,7 @@ WITHOUT_TOOL = [
 
 
 def pactl(*arguments):
-    return subprocess.run(["pactl", *arguments], check=True, capture_output=True, text=True, timeout=20).stdout
+    return subprocess.run(["pactl", *arguments], check=True, capture_output=True, text=True, timeout=60).stdout
 
 
 def unplug_microphone():
@@ -68,7 +68,7 @@ class DictationTestCase(unittest.TestCase):
         session.stop_recording()
         return session.wait_for_error()
 
-    def wait_until(self, condition, limit=20.0):
+    def wait_until(self, condition, limit=60.0):
         deadline = time.monotonic() + limit
         while not condition():
             self.assertLess(time.monotonic(), deadline)

@@ -24,7 +24,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 import dictation  # noqa: E402
 import targets  # noqa: E402
 
-LIMIT = 20.0  # seconds
+LIMIT = 60.0  # seconds
 
 BUTTON = "push button"
 DIALOG = "dialog"

@@ -141,7 +141,7 @@ TEST_F(LinuxScriptRunnerTest, AnApplicationThatRefusesOrDoesNotAnswerInTimeHasNo
                               BusApplication::Answer::none);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(m_runner.activateApplication(u"org.example.Hung"_s));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 5 * LinuxScriptRunner::activationLimit);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 15 * LinuxScriptRunner::activationLimit);
     EXPECT_EQ(hung.activationCount(), 1);
 }
 

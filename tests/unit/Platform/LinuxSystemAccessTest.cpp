@@ -198,7 +198,7 @@ TEST_F(LinuxSystemAccessTest, AStoreThatDoesNotAnswerIsNotWaitedForLong)
     const PermissionStore store("yes", PermissionStore::Trouble::hangs);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(access(flatpak).microphoneState(), State::unknown);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 4 * LinuxSystemAccess::answerLimit);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 20 * LinuxSystemAccess::answerLimit);
     EXPECT_EQ(store.lookupCount(), 1);
 }
 

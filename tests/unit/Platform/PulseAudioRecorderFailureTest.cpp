@@ -58,7 +58,7 @@ TEST_F(PulseAudioRecorderFailureTest, WithoutAServerThereIsNoRecordingUntilThere
 {
     expectRecording(u"1.wav"_s);
     VirtualSound::server(u"stop"_s);
-    EXPECT_LT(durationOf([this] { expectNoRecording(); }), 1s);
+    EXPECT_LT(durationOf([this] { expectNoRecording(); }), 5s);
     VirtualSound::server(u"start"_s);
     expectRecording(u"2.wav"_s);
 }
@@ -123,7 +123,7 @@ TEST_F(PulseAudioRecorderFailureTest, AHungServerIsNotWaitedForAtTheStart)
 {
     expectRecording(u"1.wav"_s);
     VirtualSound::server(u"freeze"_s);
-    EXPECT_LT(durationOf([this] { expectNoRecording(); }), 5s);
+    EXPECT_LT(durationOf([this] { expectNoRecording(); }), 20s);
     VirtualSound::server(u"thaw"_s);
     expectRecording(u"2.wav"_s);
     EXPECT_TRUE(waitUntil([] { return VirtualSound::recordingCount() == 0; }));
@@ -136,7 +136,7 @@ TEST_F(PulseAudioRecorderFailureTest, AHungServerIsNotWaitedForAtTheStop)
     ASSERT_TRUE(recorder->record());
     ASSERT_TRUE(record(*recorder, 0.3));
     VirtualSound::server(u"freeze"_s);
-    EXPECT_LT(durationOf([&] { recorder->stop(); }), 1s);
+    EXPECT_LT(durationOf([&] { recorder->stop(); }), 5s);
     expectUnbrokenRamp(*recorder);
     VirtualSound::server(u"thaw"_s);
 }

@@ -128,7 +128,7 @@ TEST_F(X11KeyRecordingTest, AServerThatDoesNotAnswerDoesNotDelayItsEnd)
     ASSERT_TRUE(comesToSleep()); // until the server answers
     const auto start = Clock::now();
     m_recording.reset();
-    EXPECT_LT(Clock::now() - start, 1s);
+    EXPECT_LT(Clock::now() - start, 10s);
 }
 
 TEST_F(X11KeyRecordingTest, ItMayEndWhileKeysCome)

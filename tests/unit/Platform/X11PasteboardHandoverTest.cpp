@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto margin = 3s;
+constexpr auto margin = 10s;
 
 TEST(X11PasteboardHandover, TheManagerReadsTheTextWhileWeWait)
 {

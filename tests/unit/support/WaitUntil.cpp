@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 bool waitUntil(const std::function<bool()> &condition)
 {
-    const auto limit = std::chrono::steady_clock::now() + 20s;
+    const auto limit = std::chrono::steady_clock::now() + 60s;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > limit)
             return false;
