@@ -7,6 +7,7 @@
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 
+#include <chrono>
 #include <cstdlib>
 
 namespace kestrova {
@@ -19,7 +20,7 @@ KestrovaApp::KestrovaApp()
         *m_platform.workspace, *m_platform.pasteboard, *m_platform.keyEvents, *m_platform.scripts,
         m_main, m_clock);
     m_controller = std::make_unique<AppController>(
-        AppEnvironment{m_platform, m_main, m_background},
+        AppEnvironment{m_platform, m_main, m_background, m_tools},
         std::make_shared<SettingsStore>(*m_platform.userDefaults), capture, inserter);
     m_trayItem = std::make_unique<TrayItem>(*m_platform.appearance);
     m_windows = std::make_unique<LazyWindows>(
@@ -33,9 +34,12 @@ KestrovaApp::~KestrovaApp()
     m_windows.reset();
     m_controller.reset();
     m_main.shutDown();
-    if (!m_background.waitUntilIdle(drainLimit)) {
-        qWarning("A task did not end in time.");
-        std::_Exit(EXIT_FAILURE);
+    const auto deadline = std::chrono::steady_clock::now() + drainLimit;
+    for (BackgroundExecutor *executor : {&m_background, &m_tools}) {
+        if (!executor->waitUntilIdle(deadline - std::chrono::steady_clock::now())) {
+            qWarning("A task did not end in time.");
+            std::_Exit(EXIT_FAILURE);
+        }
     }
 }
 

@@ -8,6 +8,7 @@
 #include "Views/Tray/LazyWindows.h"
 #include "Views/Tray/TrayItem.h"
 
+#include <limits>
 #include <memory>
 
 namespace kestrova {
@@ -35,6 +36,7 @@ private:
     SystemClock m_clock;
     QtMainExecutor m_main;
     BackgroundExecutor m_background;
+    BackgroundExecutor m_tools{std::numeric_limits<std::size_t>::max()};
     std::unique_ptr<AppController> m_controller;
     std::unique_ptr<TrayItem> m_trayItem;
     std::unique_ptr<LazyWindows> m_windows;

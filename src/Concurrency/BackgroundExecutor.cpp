@@ -1,10 +1,14 @@
 #include "Concurrency/BackgroundExecutor.h"
 
+#include <system_error>
+
 namespace kestrova {
 
 BackgroundExecutor::BackgroundExecutor(std::size_t maximumThreadCount)
     : m_maximumThreadCount(maximumThreadCount)
 {
+    m_threads.emplace_back([this] { runWorker(); });
+    m_idleThreadCount = 1;
 }
 
 BackgroundExecutor::~BackgroundExecutor()
@@ -22,12 +26,23 @@ void BackgroundExecutor::post(std::function<void()> work)
 {
     const std::lock_guard lock(m_mutex);
     m_queue.push_back(std::move(work));
-    if (m_queue.size() > m_idleThreadCount && m_threads.size() < m_maximumThreadCount) {
-        // Counted as idle from the start, so that two posts in a row get two threads.
-        ++m_idleThreadCount;
-        m_threads.emplace_back([this] { runWorker(); });
+    while (m_queue.size() > m_idleThreadCount && m_threads.size() < m_maximumThreadCount) {
+        if (!addThread())
+            break;
     }
     m_workAvailable.notify_one();
+}
+
+bool BackgroundExecutor::addThread()
+{
+    try {
+        m_threads.emplace_back([this] { runWorker(); });
+    } catch (const std::system_error &) {
+        return false;
+    }
+    // Counted as idle from the start, so that two posts in a row get two threads.
+    ++m_idleThreadCount;
+    return true;
 }
 
 bool BackgroundExecutor::waitUntilIdle(std::chrono::nanoseconds limit)

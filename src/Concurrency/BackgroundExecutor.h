@@ -12,10 +12,12 @@
 namespace kestrova {
 
 /// A shared pool for work that may block. Posts start at once: a thread is added when none is
-/// idle, up to the maximum; threads stay until the executor is destroyed.
+/// idle, up to the maximum; threads stay until the executor is destroyed. Where the system has no
+/// thread left, work waits for one of ours.
 class BackgroundExecutor final : public Executor
 {
 public:
+    /// Throws std::system_error when not even the first thread can be had.
     explicit BackgroundExecutor(std::size_t maximumThreadCount = 16);
     /// Runs what was posted to its end, then joins the threads.
     ~BackgroundExecutor() override;
@@ -26,6 +28,7 @@ public:
     bool waitUntilIdle(std::chrono::nanoseconds limit);
 
 private:
+    bool addThread();
     void runWorker();
 
     const std::size_t m_maximumThreadCount;

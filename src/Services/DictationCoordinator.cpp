@@ -4,6 +4,10 @@
 #include "Models/ReadableError.h"
 #include "Services/WordCount.h"
 
+#include <QScopeGuard>
+
+#include <utility>
+
 namespace kestrova {
 
 using DictationEvent::Error;
@@ -27,6 +31,7 @@ void DictationCoordinator::setInsertionContext(const std::optional<TargetApplica
 {
     const std::lock_guard lock(m_mutex);
     perform([this, target, slotIndex] {
+        m_overtaken.reset();
         m_insertionTarget = target;
         m_insertionSlotIndex = slotIndex;
     });
@@ -42,6 +47,23 @@ void DictationCoordinator::cancelProcessing()
 {
     const std::lock_guard lock(m_mutex);
     perform([this] { cancelNow(); });
+}
+
+std::optional<DictationState> DictationCoordinator::resume()
+{
+    const std::lock_guard lock(m_mutex);
+    const auto overtaken = std::exchange(m_overtaken, std::nullopt);
+    if (!overtaken)
+        return std::nullopt;
+    m_insertionTarget = overtaken->target;
+    m_insertionSlotIndex = overtaken->slotIndex;
+    if (!std::holds_alternative<Idle>(m_mode))
+        return std::nullopt;
+    m_mode = overtaken->mode;
+    if (std::holds_alternative<Idle>(m_mode))
+        return std::nullopt;
+    return std::holds_alternative<Recording>(m_mode) ? DictationState::recording()
+                                                     : DictationState::processing();
 }
 
 void DictationCoordinator::perform(std::function<void()> operation)
@@ -74,6 +96,13 @@ void DictationCoordinator::cancelNow()
 void DictationCoordinator::beginStart()
 {
     m_isStarting = true;
+    m_overtaken.reset();
+    if (!m_isStopping)
+        postStart();
+}
+
+void DictationCoordinator::postStart()
+{
     m_background.post([self = shared_from_this()] { self->startRecording(); });
 }
 
@@ -81,7 +110,6 @@ void DictationCoordinator::startRecording()
 {
     std::optional<QString> failure;
     try {
-        const std::lock_guard capture(m_captureMutex);
         m_audioCapture->startRecording();
     } catch (const std::exception &error) {
         failure = userFacingDescription(error);
@@ -114,43 +142,56 @@ void DictationCoordinator::stopAndProcess()
 {
     const std::stop_source stop;
     m_mode = Processing{stop};
+    m_isStopping = true;
     m_eventSink(StateChanged{DictationState::processing()});
     m_background.post(
-        [self = shared_from_this(), token = stop.get_token()] { self->processRecording(token); });
+        [self = shared_from_this(), run = stop.get_token()] { self->processRecording(run); });
 }
 
-void DictationCoordinator::processRecording(const std::stop_token &stop)
+void DictationCoordinator::processRecording(const std::stop_token &run)
 {
     try {
         const AudioRecording recording = stopRecording();
-        throwIfStopRequested(stop);
-        const QUrl modelURL = m_modelManager->prepareModelIfNeeded(false, stop);
-        throwIfStopRequested(stop);
-        const QString text = m_transcriber->transcribe(recording.fileURL, modelURL).text;
-        throwIfStopRequested(stop);
-        const Delivery delivery = m_textInserter->insert(text, insertionTarget(), stop);
+        throwIfStopRequested(run);
+        const QUrl modelURL = m_modelManager->prepareModelIfNeeded(false, run);
+        throwIfStopRequested(run);
+        const QString text = m_transcriber->transcribe(recording.fileURL, modelURL, run).text;
+        const auto target = targetUnlessCancelled(run);
+        const Delivery delivery = m_textInserter->insert(text, target, run);
         // Inserted is done, even if a cancel arrived meanwhile.
-        finishProcessing(text, recording, delivery);
+        finishProcessing(run, text, recording, delivery);
     } catch (const Cancelled &) {
-        abandonProcessing(StateChanged{DictationState::idle()});
+        abandonProcessing(run, StateChanged{DictationState::idle()});
     } catch (const std::exception &error) {
-        abandonProcessing(Error{userFacingDescription(error)});
+        abandonProcessing(run, Error{userFacingDescription(error)});
     }
 }
 
 AudioRecording DictationCoordinator::stopRecording()
 {
-    const std::lock_guard capture(m_captureMutex);
+    const auto finish = qScopeGuard([this] { finishStop(); });
     return m_audioCapture->stopRecording();
 }
 
-std::optional<TargetApplication> DictationCoordinator::insertionTarget() const
+void DictationCoordinator::finishStop()
 {
     const std::lock_guard lock(m_mutex);
+    m_isStopping = false;
+    if (m_isStarting)
+        postStart();
+}
+
+std::optional<TargetApplication>
+DictationCoordinator::targetUnlessCancelled(const std::stop_token &run) const
+{
+    // Together: a cancel between the two would leave a text without its target.
+    const std::lock_guard lock(m_mutex);
+    throwIfStopRequested(run);
     return m_insertionTarget;
 }
 
-void DictationCoordinator::finishProcessing(const QString &text, const AudioRecording &recording,
+void DictationCoordinator::finishProcessing(const std::stop_token &run, const QString &text,
+                                            const AudioRecording &recording,
                                             const Delivery &delivery)
 {
     const qint64 words = wordCount(text);
@@ -163,20 +204,38 @@ void DictationCoordinator::finishProcessing(const QString &text, const AudioReco
                                        .slotIndex = m_insertionSlotIndex,
                                    },
                                    delivery});
-    becomeIdle();
+    endRun(run);
     m_eventSink(StateChanged{DictationState::idle()});
 }
 
-void DictationCoordinator::abandonProcessing(const DictationCoordinatorEvent &event)
+void DictationCoordinator::abandonProcessing(const std::stop_token &run,
+                                             const DictationCoordinatorEvent &event)
 {
     const std::lock_guard lock(m_mutex);
-    becomeIdle();
+    endRun(run);
     m_eventSink(event);
+}
+
+bool DictationCoordinator::isRun(const Mode &mode, const std::stop_token &run)
+{
+    const auto *processing = std::get_if<Processing>(&mode);
+    return processing && processing->stop.get_token() == run;
+}
+
+void DictationCoordinator::endRun(const std::stop_token &run)
+{
+    if (m_overtaken && isRun(m_overtaken->mode, run))
+        m_overtaken.reset();
+    const bool isNextUnderWay =
+        m_isStarting || (!std::holds_alternative<Idle>(m_mode) && !isRun(m_mode, run));
+    if (isNextUnderWay)
+        m_overtaken = Overtaken{m_mode, m_insertionTarget, m_insertionSlotIndex};
+    // Unconditionally, also for a cancelled run that ends while the next one records.
+    becomeIdle();
 }
 
 void DictationCoordinator::becomeIdle()
 {
-    // Unconditionally, also for a cancelled run that ends while the next one records.
     m_mode = Idle{};
     m_insertionTarget.reset();
     m_insertionSlotIndex.reset();

@@ -34,6 +34,10 @@ public:
     void toggle();
     /// Abandons a dictation that is being processed. Nothing while idle or recording.
     void cancelProcessing();
+    /// Whenever a run of processing ends, the coordinator becomes idle, also a cancelled one during
+    /// the next dictation. This takes that dictation up again where it stands, with its context.
+    /// Returns what is under way again; none when nothing is. Sends no event.
+    std::optional<DictationState> resume();
 
 private:
     struct Idle
@@ -48,23 +52,35 @@ private:
     };
     using Mode = std::variant<Idle, Recording, Processing>;
 
+    /// A dictation during which the run of an earlier one ended.
+    struct Overtaken
+    {
+        Mode mode; ///< Idle while its start is under way
+        std::optional<TargetApplication> target;
+        std::optional<int> slotIndex;
+    };
+
     // With the lock held:
     void perform(std::function<void()> operation);
     void toggleNow();
     void cancelNow();
     void beginStart();
+    void postStart();
     void finishStart(const std::optional<QString> &failure);
     void stopAndProcess();
+    static bool isRun(const Mode &mode, const std::stop_token &run);
+    void endRun(const std::stop_token &run);
     void becomeIdle();
 
     // On a worker, without the lock:
     void startRecording();
     AudioRecording stopRecording();
-    void processRecording(const std::stop_token &stop);
-    std::optional<TargetApplication> insertionTarget() const;
-    void finishProcessing(const QString &text, const AudioRecording &recording,
-                          const Delivery &delivery);
-    void abandonProcessing(const DictationCoordinatorEvent &event);
+    void finishStop();
+    void processRecording(const std::stop_token &run);
+    std::optional<TargetApplication> targetUnlessCancelled(const std::stop_token &run) const;
+    void finishProcessing(const std::stop_token &run, const QString &text,
+                          const AudioRecording &recording, const Delivery &delivery);
+    void abandonProcessing(const std::stop_token &run, const DictationCoordinatorEvent &event);
 
     Executor &m_background;
     const std::shared_ptr<AudioCapturing> m_audioCapture;
@@ -73,9 +89,6 @@ private:
     const std::shared_ptr<ModelManaging> m_modelManager;
     const DictationEventSink m_eventSink;
 
-    // A cancelled run may still be about to stop the recorder when the next start comes.
-    std::mutex m_captureMutex;
-
     mutable std::mutex m_mutex;
     Mode m_mode = Idle{};
     std::optional<TargetApplication> m_insertionTarget;
@@ -83,6 +96,9 @@ private:
     // Operations that arrive while a start is under way wait for its outcome.
     bool m_isStarting = false;
     std::deque<std::function<void()>> m_waiting;
+    // A run has yet to stop the recorder, and may be cancelled already. The next start waits.
+    bool m_isStopping = false;
+    std::optional<Overtaken> m_overtaken;
 };
 
 } // namespace kestrova

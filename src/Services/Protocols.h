@@ -39,7 +39,8 @@ public:
     virtual ~Transcribing() = default;
 
     /// Blocks for as long as the transcription takes.
-    virtual TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL) = 0;
+    virtual TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL,
+                                           const std::stop_token &stop) = 0;
 };
 
 class TextInserting

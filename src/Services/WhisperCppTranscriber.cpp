@@ -96,7 +96,8 @@ std::optional<QString> WhisperCppTranscriber::resolveExecutablePath(const QStrin
     return std::nullopt;
 }
 
-TranscriptionResult WhisperCppTranscriber::transcribe(const QUrl &audioURL, const QUrl &modelURL)
+TranscriptionResult WhisperCppTranscriber::transcribe(const QUrl &audioURL, const QUrl &modelURL,
+                                                      const std::stop_token &)
 {
     const WhisperCppConfig config = m_configProvider();
     const auto executable = m_resolver(config.cliPath);

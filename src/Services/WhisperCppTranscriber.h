@@ -23,8 +23,9 @@ public:
 
     /// Throws KestrovaError (configuration, missingModel, processFailed, emptyTranscription),
     /// PlatformError when the tool cannot be started or its output not be read, Cancelled when the
-    /// program ends.
-    TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL) override;
+    /// program ends. The stop token is not asked: a tool that runs is waited for.
+    TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL,
+                                   const std::stop_token &stop) override;
 
     /// The first executable whisper-cli or whisper-cpp: the configured path (trimmed), the usual
     /// places, the directories of PATH. None when there is none.

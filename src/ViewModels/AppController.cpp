@@ -3,6 +3,7 @@
 #include "Models/ReadableError.h"
 #include "Services/GlobalHotkeyManager.h"
 #include "Services/PermissionService.h"
+#include "Services/RestartingCapture.h"
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 #include "ViewModels/HotkeyBindings.h"
@@ -27,12 +28,12 @@ AppController::AppController(const AppEnvironment &environment,
       m_appState(std::make_shared<AppState>(m_settingsStore->loadToEdit())),
       m_modelManager(makeModelManager(environment.platform, m_settingsStore, progressSink())),
       m_coordinator(std::make_shared<DictationCoordinator>(
-          environment.background, std::move(audioCapture),
+          environment.background, std::make_shared<RestartingCapture>(std::move(audioCapture)),
           makeTranscriber(environment.platform, m_settingsStore, m_programEnding.get_token(),
-                          environment.resolveTool),
+                          environment.resolveTool, environment.tools),
           std::move(textInserter), m_modelManager,
-          makeDictationEventSink(environment.main, m_appState, m_analyticsService,
-                                 environment.now))),
+          makeDictationEventSink(environment.main, m_appState, m_analyticsService, environment.now,
+                                 [this] { return m_coordinator->resume(); }))),
       m_targets(*environment.platform.workspace)
 {
     refreshEnvironmentSnapshot();
@@ -73,7 +74,10 @@ void AppController::toggleRecording(const std::function<void()> &startWithTarget
     case DictationState::Kind::processing:
         return;
     case DictationState::Kind::recording:
-        later([this] { m_coordinator->toggle(); });
+        later([this] {
+            m_coordinator->resume();
+            m_coordinator->toggle();
+        });
         return;
     case DictationState::Kind::idle:
     case DictationState::Kind::error:
@@ -118,7 +122,10 @@ void AppController::start(const std::optional<TargetApplication> &target,
 
 void AppController::cancelProcessing()
 {
-    later([this] { m_coordinator->cancelProcessing(); });
+    later([this] {
+        m_coordinator->resume();
+        m_coordinator->cancelProcessing();
+    });
 }
 
 void AppController::registerHotkeys()

@@ -21,6 +21,8 @@ struct AppEnvironment
     Platform &platform;
     Executor &main;
     Executor &background;
+    /// Has a thread for each transcription tool, however many hang.
+    Executor &tools;
     Calendar calendar = Calendar::current();
     UsageAnalyticsService::NowProvider now = &UsageAnalyticsService::wallClockNow;
     WhisperCppTranscriber::ExecutableResolver resolveTool =

@@ -35,14 +35,18 @@ struct DictationEventHandler
     AppState &state;
     UsageAnalyticsManaging &analytics;
     const std::function<Date()> &now;
+    const ResumeDictation &resume;
 
     void operator()(const DictationEvent::StateChanged &event)
     {
-        state.state.set(event.state);
+        // Resumed first: while the microphone is open, the state is at no time idle.
+        const DictationState shown = resume().value_or(event.state);
+        state.state.set(shown);
         if (event.state != DictationState::idle())
             return;
         state.modelDownload.set(std::nullopt);
-        state.clearErrorIfNeeded();
+        if (shown == DictationState::idle())
+            state.clearErrorIfNeeded();
     }
 
     void operator()(const DictationEvent::Error &event)
@@ -50,6 +54,8 @@ struct DictationEventHandler
         state.modelDownload.set(std::nullopt);
         state.lastError.announce(event.message);
         state.state.announce(DictationState::error(event.message));
+        if (const auto resumed = resume())
+            state.state.set(*resumed);
     }
 
     void operator()(const DictationEvent::TranscriptInserted &event)
@@ -72,13 +78,13 @@ void recomputeUsage(AppState &state, UsageAnalyticsManaging &analytics, Date now
 
 DictationEventSink makeDictationEventSink(Executor &main, std::weak_ptr<AppState> state,
                                           std::shared_ptr<UsageAnalyticsManaging> analytics,
-                                          std::function<Date()> now)
+                                          std::function<Date()> now, ResumeDictation resume)
 {
-    return [&main, state = std::move(state), analytics = std::move(analytics),
-            now = std::move(now)](const DictationCoordinatorEvent &event) {
-        main.post([state, analytics, now, event] {
+    return [&main, state = std::move(state), analytics = std::move(analytics), now = std::move(now),
+            resume = std::move(resume)](const DictationCoordinatorEvent &event) {
+        main.post([state, analytics, now, resume, event] {
             if (const auto living = state.lock())
-                std::visit(DictationEventHandler{*living, *analytics, now}, event);
+                std::visit(DictationEventHandler{*living, *analytics, now, resume}, event);
         });
     };
 }

@@ -1,5 +1,6 @@
 #include "ViewModels/DictationServices.h"
 
+#include "Services/AbandonableTranscriber.h"
 #include "Services/DefaultModelManager.h"
 
 namespace kestrova {
@@ -21,7 +22,8 @@ std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
 std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
                                               std::shared_ptr<const SettingsStore> settings,
                                               std::stop_token programEnding,
-                                              WhisperCppTranscriber::ExecutableResolver resolveTool)
+                                              WhisperCppTranscriber::ExecutableResolver resolveTool,
+                                              Executor &tools)
 {
     auto config = [settings = std::move(settings)] {
         const AppSettings stored = settings->load();
@@ -29,9 +31,10 @@ std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
                                 .language = stored.transcriptionLanguage,
                                 .decodingProfile = stored.decodingProfile};
     };
-    return std::make_shared<WhisperCppTranscriber>(config, *platform.processes,
-                                                   *platform.directories, std::move(programEnding),
-                                                   std::move(resolveTool));
+    const auto transcriber =
+        std::make_shared<WhisperCppTranscriber>(config, *platform.processes, *platform.directories,
+                                                std::move(programEnding), std::move(resolveTool));
+    return std::make_shared<AbandonableTranscriber>(transcriber, tools);
 }
 
 } // namespace kestrova

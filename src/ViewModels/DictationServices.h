@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Concurrency/Executor.h"
 #include "Platform/Platform.h"
 #include "Services/DownloadProgress.h"
 #include "Services/Protocols.h"
@@ -17,10 +18,12 @@ std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
                                                 std::shared_ptr<const SettingsStore> settings,
                                                 DownloadProgressSink progressSink = {});
 
-/// A running tool is ended when programEnding is requested to stop.
-std::shared_ptr<Transcribing>
-makeTranscriber(const Platform &platform, std::shared_ptr<const SettingsStore> settings,
-                std::stop_token programEnding,
-                WhisperCppTranscriber::ExecutableResolver resolveTool);
+/// A running tool is ended when programEnding is requested to stop. An abandoned dictation leaves
+/// it to its thread of the tools, which outlive the transcriber.
+std::shared_ptr<Transcribing> makeTranscriber(const Platform &platform,
+                                              std::shared_ptr<const SettingsStore> settings,
+                                              std::stop_token programEnding,
+                                              WhisperCppTranscriber::ExecutableResolver resolveTool,
+                                              Executor &tools);
 
 } // namespace kestrova

@@ -117,6 +117,30 @@ class Failures(DictationTestCase):
             session.stop_recording()
             self.assertEqual(session.wait_for_transcript(), "Hello world.")
 
+    def test_any_number_of_cancelled_tools_that_hang(self):
+        """None of them holds up the next dictation, and all end with the program."""
+        folder = Path(os.environ["TMPDIR"])
+        gate, hung = folder / "gate", folder / "hung"
+        gate.unlink(missing_ok=True)
+        hung.write_text("")
+        script = f"[ -e {gate} ] && exec echo Hello world.\necho $$ >>{hung}; exec sleep 1000\n"
+        dictation.prepare_profile(whisperCLIPath=tool(script))
+        with dictation.Dictation() as session:
+            for count in range(1, 21):
+                session.send("toggle")
+                session.wait_for_state("recording")
+                session.send("toggle")
+                self.wait_until(lambda: len(hung.read_text().splitlines()) == count)
+                session.send("cancel")
+                session.wait_for_state("idle")
+            gate.touch()
+            session.send("toggle")
+            session.wait_for_state("recording")
+            session.send("toggle")
+            self.assertEqual(session.wait_for_transcript(), "Hello world.")
+        for child in map(int, hung.read_text().split()):
+            self.check_nothing_is_left(child)
+
     def test_presses_while_processing_are_ignored_and_the_dictation_can_be_cancelled(self):
         gate = Path(os.environ["TMPDIR"]) / "gate"
         dictation.prepare_profile(whisperCLIPath=tool(f"until [ -e {gate} ]; do sleep 0.01; done; echo Hello world.\n"))

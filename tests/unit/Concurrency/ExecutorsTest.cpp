@@ -2,6 +2,7 @@
 #include "Concurrency/Clock.h"
 #include "Concurrency/MainExecutor.h"
 #include "Concurrency/QtMainExecutor.h"
+#include "support/ThreadShortage.h"
 
 #include <QCoreApplication>
 
@@ -50,6 +51,40 @@ TEST(BackgroundExecutor, DestructionRunsWhatWasPosted)
             executor.post([&] { ++done; });
     }
     EXPECT_EQ(done, 50);
+}
+
+TEST(BackgroundExecutor, WorkThatGetsNoThreadOfItsOwnWaitsForOneOfOurs)
+{
+    BackgroundExecutor executor;
+    std::promise<void> release;
+    std::vector<int> order;
+    executor.post([&] { release.get_future().wait(); });
+    {
+        const ThreadShortage shortage;
+        executor.post([&] { order.push_back(1); });
+        executor.post([&] { order.push_back(2); });
+    }
+    EXPECT_FALSE(executor.waitUntilIdle(1ms));
+    release.set_value();
+    ASSERT_TRUE(executor.waitUntilIdle(generous));
+    EXPECT_EQ(order, (std::vector<int>{1, 2}));
+}
+
+TEST(BackgroundExecutor, AfterAShortageOfThreadsBlockingWorkAgainDoesNotHoldUpLaterWork)
+{
+    BackgroundExecutor executor;
+    std::latch all(4);
+    const auto meet = [&] { all.arrive_and_wait(); };
+    executor.post(meet);
+    {
+        const ThreadShortage shortage;
+        executor.post(meet);
+        executor.post(meet);
+    }
+    // Gets a thread, and so do those that had to wait.
+    executor.post(meet);
+    EXPECT_TRUE(executor.waitUntilIdle(generous));
+    EXPECT_TRUE(all.try_wait());
 }
 
 TEST(BackgroundExecutor, WaitingForIdlenessIsBounded)

@@ -13,21 +13,24 @@ using namespace Qt::StringLiterals;
 /// Substitute services: each does what its member says, on the calling thread.
 struct SubstituteCapture final : AudioCapturing
 {
-    bool isRecording() const override { return false; }
+    bool isRecording() const override { return isOpen; }
     void startRecording() override
     {
         ++starts;
         if (whenStarted)
             whenStarted();
+        isOpen = true;
     }
     AudioRecording stopRecording() override
     {
         ++stops;
         if (whenStopped)
             whenStopped();
+        isOpen = false;
         return recording;
     }
 
+    bool isOpen = false;
     int starts = 0;
     int stops = 0;
     std::function<void()> whenStarted;
@@ -37,7 +40,8 @@ struct SubstituteCapture final : AudioCapturing
 
 struct SubstituteTranscriber final : Transcribing
 {
-    TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL) override
+    TranscriptionResult transcribe(const QUrl &audioURL, const QUrl &modelURL,
+                                   const std::stop_token &) override
     {
         audio = audioURL;
         model = modelURL;

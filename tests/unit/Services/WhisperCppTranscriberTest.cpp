@@ -43,7 +43,7 @@ protected:
                   QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
-    TranscriptionResult transcribe() { return transcriber.transcribe(audio, model); }
+    TranscriptionResult transcribe() { return transcriber.transcribe(audio, model, {}); }
 
     QString failureOf(const std::function<void()> &action)
     {
@@ -243,7 +243,7 @@ TEST_F(WhisperCppTranscriberTest, AMissingToolIsReportedBeforeAMissingModel)
     ASSERT_TRUE(QFile::remove(model.toLocalFile()));
     WhisperCppTranscriber toolless([this] { return config; }, processes, directories, {},
                                    [](const QString &) { return std::nullopt; });
-    EXPECT_EQ(failureOf([&] { toolless.transcribe(audio, model); }),
+    EXPECT_EQ(failureOf([&] { toolless.transcribe(audio, model, {}); }),
               u"whisper-cli not found. Install whisper.cpp (for example: `brew install "
               "whisper-cpp`) and set the CLI path in Settings."_s);
 }

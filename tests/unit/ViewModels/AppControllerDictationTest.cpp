@@ -166,6 +166,65 @@ TEST_F(AppControllerDictationTest, CancellingAbandonsTheProcessing)
     EXPECT_EQ(lastError(), u"none"_s);
 }
 
+TEST_F(AppControllerDictationTest, ACancelledRunThatEndsDuringTheNextDictationLeavesItAlone)
+{
+    assign(2, browser.bundleIdentifier, u"Browser"_s);
+    inserter->whenAsked = [this](const std::stop_token &) {
+        controller->cancelProcessing();
+        main.runAll();
+        controller->toggleRecordingWithHotbarSlot(2);
+        main.runAll();
+        background.runOne();
+        main.runAll();
+        EXPECT_EQ(changes().last(), u"state recording"_s);
+    };
+    toggle();
+    toggle();
+    inserter->whenAsked = nullptr;
+    ASSERT_EQ(inserter->insertions.size(), 1U);
+    EXPECT_EQ(state().state.get(), DictationState::recording());
+    EXPECT_FALSE(changes().contains(u"state idle"_s)) << "not while the microphone is open";
+
+    toggle();
+    EXPECT_EQ(capture->starts, 2);
+    EXPECT_EQ(capture->stops, 2);
+    ASSERT_EQ(inserter->insertions.size(), 2U);
+    EXPECT_EQ(inserter->insertions[1].target, browser.asTarget());
+}
+
+TEST_F(AppControllerDictationTest, AStopThatIsFasterThanTheNewsOfACancelledRunIsOneAllTheSame)
+{
+    inserter->whenAsked = [this](const std::stop_token &) {
+        controller->cancelProcessing();
+        main.runAll();
+        controller->toggleRecordingWithDefaultTarget();
+        main.runAll();
+        background.runOne();
+        main.runAll();
+    };
+    toggle();
+    controller->toggleRecordingWithDefaultTarget();
+    main.runAll();
+    // Runs the processing to its end, which the state does not know yet.
+    background.runOne();
+    inserter->whenAsked = nullptr;
+    ASSERT_EQ(state().state.get(), DictationState::recording());
+    controller->toggleRecordingWithDefaultTarget();
+    settle();
+    EXPECT_EQ(capture->starts, 2);
+    EXPECT_EQ(inserter->insertions.size(), 2U);
+    EXPECT_EQ(state().state.get(), DictationState::idle());
+}
+
+TEST_F(AppControllerDictationTest, ARecordingThatNobodyWaitsForIsEndedBeforeTheNextStart)
+{
+    capture->isOpen = true;
+    capture->whenStarted = [this] { EXPECT_EQ(capture->stops, 1); };
+    toggle();
+    EXPECT_EQ(state().state.get(), DictationState::recording());
+    EXPECT_EQ(capture->starts, 1);
+}
+
 TEST_F(AppControllerDictationTest, CancellingDoesNotEndARecording)
 {
     toggle();

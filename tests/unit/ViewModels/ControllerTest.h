@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Concurrency/BackgroundExecutor.h"
 #include "Platform/Fake/FakePlatform.h"
 #include "Services/CoordinatorServices.h"
 #include "Services/TestFiles.h"
@@ -43,6 +44,7 @@ protected:
             AppEnvironment{.platform = fake.platform,
                            .main = main,
                            .background = background,
+                           .tools = tools,
                            .calendar = calendar,
                            .now = [this] { return now; },
                            .resolveTool = [this](const QString &path) { return tool(path); }},
@@ -139,6 +141,7 @@ protected:
     FakePlatform fake;
     ManualExecutor main;
     ManualExecutor background;
+    BackgroundExecutor tools;
     const Calendar calendar{QTimeZone("Europe/Berlin"), Qt::Monday, QLocale::c()};
     Date now = date("2024-03-15T12:00:00+01:00");
     /// Hides every tool, also one that this machine has.

@@ -48,7 +48,10 @@ protected:
     const std::shared_ptr<UsageAnalyticsService> analytics =
         std::make_shared<UsageAnalyticsService>(defaults, key, 12, calendar,
                                                 [this] { return now; });
-    const DictationEventSink sink = makeDictationEventSink(main, state, analytics, clock);
+    /// What the coordinator takes up again after the next event.
+    std::optional<DictationState> overtaken;
+    const DictationEventSink sink = makeDictationEventSink(
+        main, state, analytics, clock, [this] { return std::exchange(overtaken, std::nullopt); });
     std::optional<StateTrail> trail{*state};
 };
 
@@ -77,6 +80,28 @@ TEST_F(DictationEventHandlerTest, AnErrorShowsItsMessageUntilTheNextIdle)
     send(StateChanged{DictationState::idle()});
     EXPECT_EQ(state->state.get(), DictationState::idle());
     EXPECT_FALSE(state->lastError.get());
+}
+
+TEST_F(DictationEventHandlerTest, WhatIsTakenUpAgainIsShownInPlaceOfIdle)
+{
+    state->lastError.set(u"earlier"_s);
+    send(StateChanged{DictationState::recording()});
+    state->modelDownload.set(DownloadProgress{1, 2});
+    trail->take();
+
+    overtaken = DictationState::recording();
+    send(StateChanged{DictationState::idle()});
+    EXPECT_EQ(trail->take(), QStringList{u"modelDownload"_s}) << "the state was at no time idle";
+    EXPECT_EQ(state->state.get(), DictationState::recording());
+    EXPECT_EQ(state->lastError.get(), u"earlier"_s);
+}
+
+TEST_F(DictationEventHandlerTest, WhatIsTakenUpAgainIsShownAfterAnError)
+{
+    overtaken = DictationState::recording();
+    send(Error{u"broken"_s});
+    EXPECT_EQ(state->state.get(), DictationState::recording());
+    EXPECT_EQ(state->lastError.get(), u"broken"_s);
 }
 
 TEST_F(DictationEventHandlerTest, RecordingAndProcessingKeepTheLastError)
