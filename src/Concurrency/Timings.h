@@ -11,8 +11,12 @@ struct Timings
     std::chrono::nanoseconds focusWait = std::chrono::seconds(2);
     /// The same after an activation by script.
     std::chrono::nanoseconds scriptFocusWait = std::chrono::seconds(1);
-    /// How often the front application is looked at meanwhile.
+    /// How often the front application, or the keyboard, is looked at meanwhile.
     std::chrono::nanoseconds focusPollInterval = std::chrono::milliseconds(40);
+    /// How long the user may keep modifier keys down before they are released for him.
+    std::chrono::nanoseconds modifierWait = std::chrono::seconds(1);
+    /// How long another program may then keep the keyboard for itself, as an open menu does.
+    std::chrono::nanoseconds takenKeyboardWait = std::chrono::seconds(2);
     /// Between writing the pasteboard and sending the keystroke.
     std::chrono::nanoseconds pauseBeforePaste = std::chrono::milliseconds(140);
 };

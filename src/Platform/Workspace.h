@@ -20,6 +20,8 @@ struct RunningApplication
     bool isTerminated = false;
     bool isActive = false;  ///< it is the frontmost application
     bool isRegular = false; ///< it shows ordinary windows to the user
+    /// That one of its windows which has the keyboard, as a number of the window system's; 0: none.
+    quint64 keyboardWindow = 0;
 
     /// None when the process identifier is below 1.
     std::optional<TargetApplication> asTarget() const;
@@ -50,8 +52,11 @@ public:
     virtual void activate(const RunningApplication &application) = 0;
     /// Whether an application with this identifier is installed.
     virtual bool isInstalled(const QString &bundleIdentifier) = 0;
-    /// Starts the application and asks for it to come to the front. Failures are not reported.
-    virtual void openApplication(const QString &bundleIdentifier) = 0;
+    /// Starts the application and asks for it to come to the front. The process that was started;
+    /// 0 when that is not known, or failed.
+    virtual qint32 openApplication(const QString &bundleIdentifier) = 0;
+    /// Whether the process lives and shows no window.
+    virtual bool isStarting(qint32 processIdentifier) = 0;
     /// Opens an address with the application that handles it; false when none took it.
     virtual bool openAddress(const QUrl &address) = 0;
     /// Leaves a window of our own, which is about to be shown, out of task bars and window

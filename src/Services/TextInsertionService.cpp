@@ -1,8 +1,7 @@
 #include "Services/TextInsertionService.h"
 
+#include "Concurrency/PollUntil.h"
 #include "Models/KestrovaError.h"
-
-#include <algorithm>
 
 namespace kestrova {
 
@@ -10,36 +9,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isPresent(const std::optional<QString> &text)
+QString displayName(const std::optional<TargetApplication> &target)
 {
-    return text && !text->isEmpty();
-}
-
-QString displayName(const TargetApplication &target)
-{
-    if (target.localizedName)
-        return *target.localizedName;
-    return target.bundleIdentifier.value_or(u"target application"_s);
-}
-
-QString comparable(const std::optional<QString> &name)
-{
-    return name.value_or(QString()).trimmed().toLower();
+    if (target && target->localizedName)
+        return *target->localizedName;
+    if (target && target->bundleIdentifier)
+        return *target->bundleIdentifier;
+    return u"target application"_s;
 }
 
 } // namespace
-
-bool isSameApplication(const TargetApplication &target, const RunningApplication &front)
-{
-    if (target.processIdentifier >= 1 && target.processIdentifier == front.processIdentifier)
-        return true;
-    if (isPresent(target.bundleIdentifier) && target.bundleIdentifier == front.bundleIdentifier)
-        return true;
-    const QString targetName = comparable(target.localizedName);
-    const QString frontName = comparable(front.localizedName);
-    return !targetName.isEmpty() && !frontName.isEmpty() &&
-           (targetName.contains(frontName) || frontName.contains(targetName));
-}
 
 TextInsertionService::TextInsertionService(Workspace &workspace, Pasteboard &pasteboard,
                                            KeyEventPosting &keyEvents, ScriptRunning &scripts,
@@ -57,99 +36,59 @@ Delivery TextInsertionService::insert(const QString &text,
     if (trimmed.isEmpty())
         return {};
 
-    if (target && !bringToFront(*target)) {
-        throw KestrovaError::processFailed(u"Could not focus "_s + displayName(*target) +
+    std::optional<TargetFocus> focus;
+    if (target)
+        focus.emplace(*target, m_workspace, m_scripts, m_main, m_clock, m_timings);
+    const bool isInFront = !focus || focus->bringToFront();
+    // In any case: the user can still paste it.
+    m_pasteboard.setString(trimmed);
+    if (!isInFront) {
+        throw KestrovaError::processFailed(u"Could not focus "_s + displayName(target) +
                                            u" before insertion."_s);
     }
-    m_pasteboard.setString(trimmed);
-    if (target && !bringToFront(*target)) {
-        throw KestrovaError::processFailed(u"Lost focus on "_s + displayName(*target) +
+    if (!paste(target, focus, stop)) {
+        throw KestrovaError::processFailed(u"Lost focus on "_s + displayName(target) +
                                            u" before paste."_s);
     }
-    if (!m_clock.sleep(m_timings.pauseBeforePaste, stop))
-        throw Cancelled();
-    if (!m_keyEvents.postCommandV())
-        pasteByScript(target);
     return {};
 }
 
-bool TextInsertionService::bringToFront(const TargetApplication &target)
+bool TextInsertionService::paste(const std::optional<TargetApplication> &target,
+                                 std::optional<TargetFocus> &focus, const std::stop_token &stop)
 {
-    for (int attempt = 0; attempt < activationAttempts; ++attempt) {
-        if (isTargetFrontmost(target))
-            return true;
-        m_main.call([&] { activate(target); });
-        if (waitForTargetFrontmost(target, m_timings.focusWait))
-            return true;
-        if (activateTargetByScript(target) &&
-            waitForTargetFrontmost(target, m_timings.scriptFocusWait))
+    for (int attempt = 1; attempt <= pasteAttempts; ++attempt) {
+        const bool areModifiersUp = waitForKeyboard(stop);
+        if (focus && !focus->bringToFront())
+            return false;
+        if (!m_clock.sleep(m_timings.pauseBeforePaste, stop))
+            throw Cancelled();
+        const auto outcome = m_keyEvents.postCommandV(
+            {.window = focus ? focus->keyboardWindow() : 0,
+             .releasesModifiers = !areModifiersUp || attempt == pasteAttempts});
+        if (outcome == KeyEventPosting::Outcome::unavailable)
+            pasteByScript(target);
+        if (outcome != KeyEventPosting::Outcome::notSent)
             return true;
     }
     return false;
 }
 
-bool TextInsertionService::isTargetFrontmost(const TargetApplication &target)
+bool TextInsertionService::waitForKeyboard(const std::stop_token &stop)
 {
-    const auto front = m_main.call([&] { return m_workspace.frontmostApplication(); });
-    return front && isSameApplication(target, *front);
-}
-
-void TextInsertionService::activate(const TargetApplication &target)
-{
-    if (const auto application = runningTargetApplication(target))
-        m_workspace.activate(*application);
-    else if (isPresent(target.bundleIdentifier) &&
-             m_workspace.isInstalled(*target.bundleIdentifier))
-        m_workspace.openApplication(*target.bundleIdentifier);
-}
-
-std::optional<RunningApplication>
-TextInsertionService::runningTargetApplication(const TargetApplication &target)
-{
-    if (target.processIdentifier >= 1) {
-        const auto application = m_workspace.runningApplication(target.processIdentifier);
-        if (application && !application->isTerminated)
-            return application;
-    }
-    if (!isPresent(target.bundleIdentifier))
-        return std::nullopt;
-
-    auto candidates = m_workspace.runningApplications(*target.bundleIdentifier);
-    candidates.removeIf([](const RunningApplication &candidate) { return candidate.isTerminated; });
-    if (candidates.isEmpty())
-        return std::nullopt;
-    auto chosen = std::ranges::find_if(candidates, &RunningApplication::isActive);
-    if (chosen == candidates.end())
-        chosen = std::ranges::find_if(candidates, &RunningApplication::isRegular);
-    return chosen == candidates.end() ? candidates.first() : *chosen;
-}
-
-bool TextInsertionService::waitForTargetFrontmost(const TargetApplication &target,
-                                                  std::chrono::nanoseconds limit)
-{
-    const Clock::TimePoint deadline = m_clock.now() + limit;
-    while (m_clock.now() < deadline) {
-        if (isTargetFrontmost(target))
-            return true;
-        // A cancelled dictation still settles the focus; the pause before the paste ends it.
-        m_clock.sleep(m_timings.focusPollInterval, {});
-    }
-    return isTargetFrontmost(target);
-}
-
-bool TextInsertionService::activateTargetByScript(const TargetApplication &target)
-{
-    if (isPresent(target.bundleIdentifier) &&
-        m_scripts.activateApplication(*target.bundleIdentifier))
-        return true;
-    const QString name = target.localizedName.value_or(QString()).trimmed();
-    return !name.isEmpty() && m_scripts.activateApplicationNamed(name);
+    const auto wait = [&](std::chrono::nanoseconds limit, const auto &holds) {
+        return pollUntil(m_clock, limit, m_timings.focusPollInterval, stop, holds);
+    };
+    const bool areModifiersUp =
+        wait(m_timings.modifierWait, [this] { return !m_keyEvents.areModifiersHeld(); });
+    // Also while they are down: they may belong to a window switcher.
+    wait(m_timings.takenKeyboardWait, [this] { return !m_keyEvents.isKeyboardTaken(); });
+    return areModifiersUp;
 }
 
 void TextInsertionService::pasteByScript(const std::optional<TargetApplication> &target)
 {
     std::optional<QString> identifier;
-    if (target && isPresent(target->bundleIdentifier))
+    if (target && target->bundleIdentifier && !target->bundleIdentifier->isEmpty())
         identifier = target->bundleIdentifier;
     if (!m_scripts.paste(identifier)) {
         throw KestrovaError::processFailed(u"Paste fallback failed via "_s +

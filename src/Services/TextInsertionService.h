@@ -8,6 +8,7 @@
 #include "Platform/ScriptRunning.h"
 #include "Platform/Workspace.h"
 #include "Services/Protocols.h"
+#include "Services/TargetFocus.h"
 
 namespace kestrova {
 
@@ -16,7 +17,9 @@ namespace kestrova {
 class TextInsertionService final : public TextInserting
 {
 public:
-    static constexpr int activationAttempts = 3; ///< per focus phase
+    /// How often the keystroke is tried, each time after all that has to come before it. It is not
+    /// sent while another window has the keyboard, or a program takes it for itself.
+    static constexpr int pasteAttempts = 3;
 
     /// Everything referred to outlives the service.
     TextInsertionService(Workspace &workspace, Pasteboard &pasteboard, KeyEventPosting &keyEvents,
@@ -24,19 +27,16 @@ public:
                          const Timings &timings = {});
 
     /// Blank text does nothing. Otherwise the trimmed text is on the pasteboard afterwards, where
-    /// it stays, also when the paste failed. Throws KestrovaError when the target cannot be brought
-    /// or kept in front or the fallback paste fails, PlatformError, and Cancelled when stop is
-    /// requested before the keystroke.
+    /// it stays, also when the insertion failed. Throws KestrovaError when the target cannot be
+    /// brought or kept in front or the fallback paste fails, PlatformError, and Cancelled when stop
+    /// is requested before the keystroke.
     Delivery insert(const QString &text, const std::optional<TargetApplication> &target,
                     const std::stop_token &stop) override;
 
 private:
-    bool bringToFront(const TargetApplication &target);
-    bool isTargetFrontmost(const TargetApplication &target);
-    void activate(const TargetApplication &target);
-    std::optional<RunningApplication> runningTargetApplication(const TargetApplication &target);
-    bool waitForTargetFrontmost(const TargetApplication &target, std::chrono::nanoseconds limit);
-    bool activateTargetByScript(const TargetApplication &target);
+    bool paste(const std::optional<TargetApplication> &target, std::optional<TargetFocus> &focus,
+               const std::stop_token &stop);
+    bool waitForKeyboard(const std::stop_token &stop);
     void pasteByScript(const std::optional<TargetApplication> &target);
 
     Workspace &m_workspace;
@@ -47,10 +47,5 @@ private:
     Clock &m_clock;
     const Timings m_timings;
 };
-
-/// Whether the front application is the target: the same process, or the same identifier, or one
-/// name (trimmed, lower case) contained in the other. The loose name rule is intended: programs
-/// decorate their names.
-bool isSameApplication(const TargetApplication &target, const RunningApplication &front);
 
 } // namespace kestrova

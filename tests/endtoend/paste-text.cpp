@@ -17,7 +17,8 @@ int main(int argc, char **argv)
     kestrova::PostedKeys postedKeys;
     kestrova::X11KeyEventPosting keyEvents(postedKeys);
     pasteboard.setString(QString::fromUtf8(argv[1]));
-    std::puts(keyEvents.postCommandV() ? "sent" : "refused");
+    const bool isSent = keyEvents.postCommandV({}) == kestrova::KeyEventPosting::Outcome::sent;
+    std::puts(isSent ? "sent" : "refused");
     std::fflush(stdout);
     while (std::getchar() != EOF) {
     }

@@ -28,6 +28,7 @@ void FakeDesktop::bringToFront(qint32 processIdentifier)
         const std::lock_guard lock(m_mutex);
         for (RunningApplication &application : m_running) {
             application.isActive = application.processIdentifier == processIdentifier;
+            application.keyboardWindow = application.isActive ? quint64(processIdentifier) : 0;
             if (application.isActive)
                 front = application;
         }
@@ -61,6 +62,24 @@ void FakeDesktop::setKeyEventsAvailable(bool available)
 {
     const std::lock_guard lock(m_mutex);
     m_keyEventsAvailable = available;
+}
+
+void FakeDesktop::setModifiersHeld(bool held)
+{
+    const std::lock_guard lock(m_mutex);
+    m_areModifiersHeld = held;
+}
+
+void FakeDesktop::setKeyboardTaken(bool taken)
+{
+    const std::lock_guard lock(m_mutex);
+    m_isKeyboardTaken = taken;
+}
+
+void FakeDesktop::setLaunchedProcess(qint32 processIdentifier)
+{
+    const std::lock_guard lock(m_mutex);
+    m_launchedProcess = processIdentifier;
 }
 
 void FakeDesktop::setRefusedAddresses(const QStringList &addresses)
@@ -132,9 +151,18 @@ bool FakeWorkspace::isInstalled(const QString &bundleIdentifier)
     return m_desktop->m_installed.contains(bundleIdentifier);
 }
 
-void FakeWorkspace::openApplication(const QString &bundleIdentifier)
+qint32 FakeWorkspace::openApplication(const QString &bundleIdentifier)
 {
     m_desktop->note(u"open "_s + bundleIdentifier);
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return m_desktop->m_launchedProcess;
+}
+
+bool FakeWorkspace::isStarting(qint32 processIdentifier)
+{
+    const bool isRunning = runningApplication(processIdentifier).has_value();
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return !isRunning && processIdentifier > 0 && processIdentifier == m_desktop->m_launchedProcess;
 }
 
 void FakeWorkspace::keepOffTaskBars(quint64 window)
@@ -174,15 +202,35 @@ FakeWorkspace::observeActivations(std::function<void(const RunningApplication &)
     return std::make_unique<Registration>(m_desktop, id);
 }
 
-bool FakeKeyEventPosting::postCommandV()
+bool FakeKeyEventPosting::areModifiersHeld()
+{
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return m_desktop->m_areModifiersHeld;
+}
+
+bool FakeKeyEventPosting::isKeyboardTaken()
+{
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return m_desktop->m_isKeyboardTaken;
+}
+
+KeyEventPosting::Outcome FakeKeyEventPosting::postCommandV(const Conditions &conditions)
 {
     {
         const std::lock_guard lock(m_desktop->m_mutex);
         if (!m_desktop->m_keyEventsAvailable)
-            return false;
+            return Outcome::unavailable;
+        const bool isInFront =
+            conditions.window == 0 ||
+            std::ranges::any_of(m_desktop->m_running, [&](const RunningApplication &application) {
+                return application.keyboardWindow == conditions.window;
+            });
+        const bool arePreventing = m_desktop->m_areModifiersHeld && !conditions.releasesModifiers;
+        if (!isInFront || arePreventing || m_desktop->m_isKeyboardTaken)
+            return Outcome::notSent;
     }
     m_desktop->note(u"paste"_s);
-    return true;
+    return Outcome::sent;
 }
 
 QString FakeScriptRunning::runnerName() const

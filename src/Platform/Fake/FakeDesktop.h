@@ -21,7 +21,8 @@ public:
 
     void setRunning(const QList<RunningApplication> &applications);
     void setInstalled(const QStringList &bundleIdentifiers);
-    /// 0: no application is in front. Observers are told.
+    /// 0: no application is in front. Observers are told. The application's window with the
+    /// keyboard has the number of its process.
     void bringToFront(qint32 processIdentifier);
     /// Called after each action has been noted.
     void setHook(Hook hook);
@@ -30,6 +31,12 @@ public:
     /// Not empty: the paste script cannot be started, with this text.
     void setScriptStartFailure(const QString &problem);
     void setKeyEventsAvailable(bool available);
+    void setModifiersHeld(bool held);
+    /// Whether a program takes all keys for itself.
+    void setKeyboardTaken(bool taken);
+    /// The process that openApplication() starts, 0 at first. It is starting until it runs or this
+    /// is called again.
+    void setLaunchedProcess(qint32 processIdentifier);
     /// Addresses that no application opens; every other one opens.
     void setRefusedAddresses(const QStringList &addresses);
 
@@ -60,6 +67,9 @@ private:
     bool m_scriptsSucceed = false;
     QString m_scriptStartFailure;
     bool m_keyEventsAvailable = true;
+    bool m_areModifiersHeld = false;
+    bool m_isKeyboardTaken = false;
+    qint32 m_launchedProcess = 0;
     QStringList m_refusedAddresses;
     int m_nextObserver = 0;
     std::vector<Observer> m_observers;
@@ -75,7 +85,8 @@ public:
     QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
     void activate(const RunningApplication &application) override;
     bool isInstalled(const QString &bundleIdentifier) override;
-    void openApplication(const QString &bundleIdentifier) override;
+    qint32 openApplication(const QString &bundleIdentifier) override;
+    bool isStarting(qint32 processIdentifier) override;
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64 window) override;
     /// None.
@@ -95,7 +106,9 @@ public:
     {
     }
 
-    bool postCommandV() override;
+    bool areModifiersHeld() override;
+    bool isKeyboardTaken() override;
+    Outcome postCommandV(const Conditions &conditions) override;
 
 private:
     std::shared_ptr<FakeDesktop> m_desktop;

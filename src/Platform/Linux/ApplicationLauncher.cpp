@@ -26,14 +26,22 @@ void enterOwnSession(gpointer)
     setsid();
 }
 
-bool launch(GDesktopAppInfo *application, GList *uris, const QByteArray &startupId)
+void noteProcess(GDesktopAppInfo *, GPid process, gpointer noted)
 {
+    *static_cast<pid_t *>(noted) = process;
+}
+
+// The process, 0 when the session bus starts it; none when that failed.
+std::optional<pid_t> launch(GDesktopAppInfo *application, GList *uris, const QByteArray &startupId)
+{
+    pid_t process = 0;
     const GioPointer<GAppLaunchContext> context(g_app_launch_context_new());
     g_app_launch_context_setenv(context.get(), startupIdVariable, startupId.constData());
     // The variant "as manager" is the one that takes spawn flags.
-    return g_desktop_app_info_launch_uris_as_manager(application, uris, context.get(), spawnFlags,
-                                                     enterOwnSession, nullptr, nullptr, nullptr,
-                                                     nullptr) != FALSE;
+    const bool isLaunched = g_desktop_app_info_launch_uris_as_manager(
+        application, uris, context.get(), spawnFlags, enterOwnSession, nullptr, noteProcess,
+        &process, nullptr);
+    return isLaunched ? std::optional(process) : std::nullopt;
 }
 
 GAppInfo *handlerOf(const QUrl &address, const QByteArray &uri)
@@ -54,11 +62,11 @@ QByteArray startupId(quint32 serverTime)
            '-' + QByteArray::number(++launchNumber) + "_TIME" + QByteArray::number(serverTime);
 }
 
-bool launchApplication(const QString &desktopEntryPath, const QByteArray &startupId)
+std::optional<pid_t> launchApplication(const QString &desktopEntryPath, const QByteArray &startupId)
 {
     const GioPointer<GDesktopAppInfo> application(
         g_desktop_app_info_new_from_filename(QFile::encodeName(desktopEntryPath).constData()));
-    return application && launch(application.get(), nullptr, startupId);
+    return application ? launch(application.get(), nullptr, startupId) : std::nullopt;
 }
 
 bool launchHandler(const QUrl &address, const QByteArray &startupId)
@@ -70,7 +78,7 @@ bool launchHandler(const QUrl &address, const QByteArray &startupId)
     if (!handler || !G_IS_DESKTOP_APP_INFO(handler.get()))
         return false;
     GList uris{uri.data(), nullptr, nullptr};
-    return launch(G_DESKTOP_APP_INFO(handler.get()), &uris, startupId);
+    return launch(G_DESKTOP_APP_INFO(handler.get()), &uris, startupId).has_value();
 }
 
 std::optional<pid_t> launchProgram(const QStringList &command, const QByteArray &startupId)

@@ -20,8 +20,10 @@ namespace kestrova {
 /// now and lets it come to the front. Each call gives another id.
 QByteArray startupId(quint32 serverTime);
 
-/// Starts the application of this desktop entry file; false when that failed.
-bool launchApplication(const QString &desktopEntryPath, const QByteArray &startupId);
+/// Starts the application of this desktop entry file. Its process, 0 when somebody else starts it
+/// for us; none when that failed. It is no child of ours.
+std::optional<pid_t> launchApplication(const QString &desktopEntryPath,
+                                       const QByteArray &startupId);
 
 /// Opens an address with the application that handles it; false when none does or it did not
 /// start.

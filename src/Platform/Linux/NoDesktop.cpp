@@ -28,8 +28,6 @@ bool EmptyWorkspace::isInstalled(const QString &)
     return false;
 }
 
-void EmptyWorkspace::openApplication(const QString &) {}
-
 bool EmptyWorkspace::openAddress(const QUrl &)
 {
     return false;
@@ -51,9 +49,9 @@ std::optional<QString> MissingPasteboard::string()
     return std::nullopt;
 }
 
-bool MissingKeyboard::postCommandV()
+KeyEventPosting::Outcome MissingKeyboard::postCommandV(const Conditions &)
 {
-    return false;
+    return Outcome::unavailable;
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor> MissingKeyMonitoring::addGlobalMonitor(KeyEvent::Types,

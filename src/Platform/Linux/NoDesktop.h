@@ -17,7 +17,8 @@ public:
     QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
     void activate(const RunningApplication &application) override;
     bool isInstalled(const QString &bundleIdentifier) override;
-    void openApplication(const QString &bundleIdentifier) override;
+    qint32 openApplication(const QString &) override { return 0; }
+    bool isStarting(qint32) override { return false; }
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64) override {}
     QList<QRect> panels() override { return {}; }
@@ -46,7 +47,10 @@ public:
 class MissingKeyboard final : public KeyEventPosting
 {
 public:
-    bool postCommandV() override;
+    bool areModifiersHeld() override { return false; }
+    bool isKeyboardTaken() override { return false; }
+    /// Always unavailable.
+    Outcome postCommandV(const Conditions &conditions) override;
 };
 
 class MissingKeyMonitoring final : public KeyEventMonitoring

@@ -35,7 +35,7 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
     }));
     platform.pasteboard->setString(u"text"_s);
     EXPECT_EQ(platform.pasteboard->string(), u"text"_s);
-    EXPECT_TRUE(platform.keyEvents->postCommandV());
+    EXPECT_EQ(platform.keyEvents->postCommandV({}), KeyEventPosting::Outcome::sent);
     EXPECT_TRUE(platform.scripts->paste(std::nullopt));
     EXPECT_NE(platform.keyMonitoring->addGlobalMonitor(KeyEvent::keyDown, [](const auto &) {}),
               nullptr);
@@ -75,7 +75,7 @@ TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
     EXPECT_NE(platform.workspace->observeActivations([](const auto &) {}), nullptr);
     EXPECT_EQ(platform.pasteboard->string(), std::nullopt);
     EXPECT_THROW(platform.pasteboard->setString(u"text"_s), PlatformError);
-    EXPECT_FALSE(platform.keyEvents->postCommandV());
+    EXPECT_EQ(platform.keyEvents->postCommandV({}), KeyEventPosting::Outcome::unavailable);
     EXPECT_EQ(platform.keyMonitoring->addGlobalMonitor(KeyEvent::keyDown, [](const auto &) {}),
               nullptr);
     EXPECT_EQ(platform.keyMonitoring->addLocalMonitor(KeyEvent::keyDown,

@@ -9,16 +9,13 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
-#include <future>
-
 namespace kestrova {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Key = KeyLogWindow::Key;
-using Clock = std::chrono::steady_clock;
+using Outcome = KeyEventPosting::Outcome;
 
 using namespace key;
 constexpr xcb_keycode_t keyS = 39;
@@ -56,21 +53,21 @@ protected:
 
 TEST_F(X11KeyEventPostingTest, TheChordIsInTheServerWhenItReturns)
 {
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     EXPECT_THAT(m_window.keys(), isShiftInsert());
 }
 
 TEST_F(X11KeyEventPostingTest, ItsPressesAreAnnounced)
 {
     const xcb_timestamp_t now = serverTime(m_connection);
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, {true, leftShift}, now));
     EXPECT_TRUE(m_postedKeys.take(PostedKeys::ofAllWindows, {true, insert}, now));
 }
 
 TEST_F(X11KeyEventPostingTest, ThePressesThatFollowAreNotItsOwn)
 {
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     const xcb_timestamp_t now = serverTime(m_connection);
     EXPECT_FALSE(m_postedKeys.take(PostedKeys::ofOwnWindows, {true, leftShift}, now + 1));
 }
@@ -84,7 +81,7 @@ TEST_F(X11KeyEventPostingTest, CapsLockAndNumLockStayOnAndDoNotDisturb)
     constexpr uint16_t locks = XCB_MOD_MASK_LOCK | numLockMask;
     ASSERT_EQ(m_window.modifiers(), locks);
     m_window.keys();
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     EXPECT_THAT(m_window.keys(), isShiftInsert(locks));
     EXPECT_EQ(m_window.modifiers(), locks);
 }
@@ -105,7 +102,7 @@ TEST_F(X11KeyEventPostingTest, AGrabOfAHeldKeyIsEndedOnceNothingCanSetItOffAgain
     for (const xcb_keycode_t key : held)
         m_keyboard.press(key);
     m_window.keys();
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({.releasesModifiers = true}), Outcome::sent);
     EXPECT_EQ(modifiers, 0);
     EXPECT_THAT(lastFour(m_window.keys()), isShiftInsert());
     m_postedKeys.setPreparation(nullptr);
@@ -113,30 +110,36 @@ TEST_F(X11KeyEventPostingTest, AGrabOfAHeldKeyIsEndedOnceNothingCanSetItOffAgain
         m_keyboard.release(key);
 }
 
-TEST_F(X11KeyEventPostingTest, ItWaitsUntilTheUserLetsGoOfTheModifiers)
+TEST_F(X11KeyEventPostingTest, HeldModifiersAreToldUntilTheUserLetsGo)
 {
+    EXPECT_FALSE(m_posting.areModifiersHeld());
     m_keyboard.press(leftControl);
     m_keyboard.press(leftAlt);
-    m_window.keys();
-    auto posting = std::async(std::launch::async, [&] { return m_posting.postCommandV(); });
+    EXPECT_TRUE(m_posting.areModifiersHeld());
     m_keyboard.release(leftAlt);
-    EXPECT_EQ(posting.wait_for(X11KeyEventPosting::modifierLimit / 4), std::future_status::timeout);
+    EXPECT_TRUE(m_posting.areModifiersHeld());
     m_keyboard.release(leftControl);
-    ASSERT_TRUE(posting.get());
-    const std::vector<Key> keys = m_window.keys();
-    EXPECT_EQ(keys.size(), 6u); // the user's two releases, and nothing of ours but the chord
-    EXPECT_THAT(lastFour(keys), isShiftInsert());
+    EXPECT_FALSE(m_posting.areModifiersHeld());
+    m_keyboard.press(keyS);
+    EXPECT_FALSE(m_posting.areModifiersHeld());
 }
 
-TEST_F(X11KeyEventPostingTest, ModifiersHeldForTooLongAreReleasedAndNeverPressedAgain)
+TEST_F(X11KeyEventPostingTest, HeldModifiersPreventTheChord)
+{
+    m_keyboard.press(leftAlt);
+    m_window.keys();
+    EXPECT_EQ(m_posting.postCommandV({}), Outcome::notSent);
+    EXPECT_THAT(m_window.keys(), IsEmpty());
+    EXPECT_EQ(m_window.modifiers(), XCB_MOD_MASK_1) << "nor are they released";
+}
+
+TEST_F(X11KeyEventPostingTest, HeldModifiersAreReleasedWhenAskedForAndNeverPressedAgain)
 {
     const auto modifiers = {leftControl, leftAlt, leftSuper, leftShift};
     for (const xcb_keycode_t key : modifiers)
         m_keyboard.press(key);
     m_window.keys();
-    const auto start = Clock::now();
-    ASSERT_TRUE(m_posting.postCommandV());
-    EXPECT_GE(Clock::now() - start, X11KeyEventPosting::modifierLimit);
+    ASSERT_EQ(m_posting.postCommandV({.releasesModifiers = true}), Outcome::sent);
     EXPECT_THAT(lastFour(m_window.keys()), isShiftInsert());
 
     for (const xcb_keycode_t key : modifiers)
@@ -146,7 +149,66 @@ TEST_F(X11KeyEventPostingTest, ModifiersHeldForTooLongAreReleasedAndNeverPressed
     m_keyboard.press(keyS);
     m_keyboard.release(keyS);
     EXPECT_THAT(m_window.keys(), ElementsAre(Key{true, keyS, 0}, Key{false, keyS, 0}));
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
+    EXPECT_THAT(m_window.keys(), isShiftInsert());
+}
+
+TEST_F(X11KeyEventPostingTest, TheWantedWindowGetsTheChord)
+{
+    ASSERT_EQ(m_posting.postCommandV({.window = m_window.id()}), Outcome::sent);
+    EXPECT_THAT(m_window.keys(), isShiftInsert());
+}
+
+TEST_F(X11KeyEventPostingTest, AWindowInsideOfTheWantedOneMayHaveTheKeyboard)
+{
+    const xcb_window_t inner = m_window.focusWindowInside();
+    ASSERT_NE(inner, m_window.id());
+    ASSERT_EQ(m_posting.postCommandV({.window = m_window.id()}), Outcome::sent);
+    EXPECT_THAT(m_window.keys(), isShiftInsert());
+}
+
+TEST_F(X11KeyEventPostingTest, NoOtherWindowGetsTheChordWhateverIsHeld)
+{
+    KeyLogWindow other("Other");
+    for (const bool isAltHeld : {false, true}) {
+        if (isAltHeld)
+            m_keyboard.press(leftAlt);
+        other.keys();
+        EXPECT_EQ(m_posting.postCommandV({m_window.id(), isAltHeld}), Outcome::notSent);
+        EXPECT_THAT(other.keys(), IsEmpty());
+        EXPECT_THAT(m_window.keys(), IsEmpty());
+    }
+}
+
+TEST_F(X11KeyEventPostingTest, TheWindowManagersWordAndTheKeyboardMustAgree)
+{
+    KeyLogWindow other("Other");
+    m_window.becomeActive();
+    EXPECT_EQ(m_posting.postCommandV({.window = m_window.id()}), Outcome::notSent);
+    EXPECT_EQ(m_posting.postCommandV({.window = other.id()}), Outcome::notSent);
+    EXPECT_THAT(other.keys(), IsEmpty());
+}
+
+TEST_F(X11KeyEventPostingTest, AProgramThatTakesTheKeyboardGetsNoChord)
+{
+    EXPECT_FALSE(m_posting.isKeyboardTaken());
+    KeyLogWindow menu("Menu");
+    m_window.takeKeyboard();
+    m_window.becomeActive();
+    ASSERT_TRUE(menu.grabKeyboard());
+    m_keyboard.press(leftAlt);
+    menu.keys();
+    EXPECT_TRUE(m_posting.isKeyboardTaken());
+    EXPECT_EQ(m_posting.postCommandV({m_window.id(), true}), Outcome::notSent);
+    EXPECT_EQ(m_posting.postCommandV({.releasesModifiers = true}), Outcome::notSent);
+    EXPECT_THAT(menu.keys(), IsEmpty());
+    EXPECT_EQ(m_window.modifiers(), XCB_MOD_MASK_1) << "a window switcher would end";
+
+    m_keyboard.release(leftAlt);
+    menu.ungrabKeyboard();
+    m_window.keys();
+    EXPECT_FALSE(m_posting.isKeyboardTaken());
+    EXPECT_EQ(m_posting.postCommandV({.window = m_window.id()}), Outcome::sent);
     EXPECT_THAT(m_window.keys(), isShiftInsert());
 }
 
@@ -154,14 +216,14 @@ TEST_F(X11KeyEventPostingTest, TheChordsOwnKeyMayBeDown)
 {
     m_keyboard.press(insert);
     m_window.keys();
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     EXPECT_THAT(lastFour(m_window.keys()), isShiftInsert());
 }
 
 TEST_F(X11KeyEventPostingTest, WithoutAnInsertKeyItTakesControlV)
 {
     runOrThrow("xmodmap -e 'keycode 118 = '");
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     EXPECT_THAT(m_window.keys(), isChord(leftControl, XCB_MOD_MASK_CONTROL, keyV));
 }
 
@@ -169,14 +231,14 @@ TEST_F(X11KeyEventPostingTest, ALetterIsTakenFromThePresentLayout)
 {
     runOrThrow("setxkbmap us -variant dvorak && xmodmap -e 'keycode 118 = '");
     constexpr xcb_keycode_t dvorakV = 60;
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     EXPECT_THAT(m_window.keys(), isChord(leftControl, XCB_MOD_MASK_CONTROL, dvorakV));
 }
 
 TEST_F(X11KeyEventPostingTest, WhenNoKeyCanFormAChordItSaysSoAndSendsNothing)
 {
     runOrThrow("setxkbmap ru && xmodmap -e 'keycode 118 = '");
-    EXPECT_FALSE(m_posting.postCommandV());
+    EXPECT_EQ(m_posting.postCommandV({}), Outcome::unavailable);
     EXPECT_THAT(m_window.keys(), IsEmpty());
 }
 
@@ -188,7 +250,7 @@ class X11KeyEventPostingLayoutTest : public X11KeyEventPostingTest,
 TEST_P(X11KeyEventPostingLayoutTest, TheChordIsTheSame)
 {
     runOrThrow(std::string("setxkbmap ") + GetParam());
-    ASSERT_TRUE(m_posting.postCommandV());
+    ASSERT_EQ(m_posting.postCommandV({}), Outcome::sent);
     EXPECT_THAT(m_window.keys(), isShiftInsert());
 }
 
@@ -200,14 +262,15 @@ TEST(X11KeyEventPosting, WithoutXtestItIsFalse)
     const PrivateXServer server({"-extension", "XTEST"});
     KeyLogWindow window("Mousepad", server.displayName());
     PostedKeys postedKeys;
-    EXPECT_FALSE(X11KeyEventPosting(postedKeys, server.displayName()).postCommandV());
+    EXPECT_EQ(X11KeyEventPosting(postedKeys, server.displayName()).postCommandV({}),
+              Outcome::unavailable);
     EXPECT_THAT(window.keys(), IsEmpty());
 }
 
 TEST(X11KeyEventPosting, WithoutAServerItIsFalse)
 {
     PostedKeys postedKeys;
-    EXPECT_FALSE(X11KeyEventPosting(postedKeys, ":4096").postCommandV());
+    EXPECT_EQ(X11KeyEventPosting(postedKeys, ":4096").postCommandV({}), Outcome::unavailable);
 }
 
 TEST(X11KeyEventPosting, AfterTheServersDeathItIsFalse)
@@ -215,9 +278,9 @@ TEST(X11KeyEventPosting, AfterTheServersDeathItIsFalse)
     PrivateXServer server;
     PostedKeys postedKeys;
     X11KeyEventPosting posting(postedKeys, server.displayName());
-    ASSERT_TRUE(posting.postCommandV());
+    ASSERT_EQ(posting.postCommandV({}), Outcome::sent);
     server.kill();
-    EXPECT_FALSE(posting.postCommandV());
+    EXPECT_EQ(posting.postCommandV({}), Outcome::unavailable);
 }
 
 } // namespace

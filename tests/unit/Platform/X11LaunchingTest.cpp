@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <sys/stat.h>
+
 #include <cctype>
 #include <csignal>
 #include <string>
@@ -82,10 +84,39 @@ INSTANTIATE_TEST_SUITE_P(Applications, X11LaunchingTest,
                              return name;
                          });
 
+TEST_F(X11LaunchingTest, AnApplicationIsStartingUntilItShowsAWindow)
+{
+    // It waits for somebody to write into this pipe.
+    const QByteArray gate = QFile::encodeName(folder) + "gate";
+    installEntry(u"org.example.slow"_s,
+                 "Exec=sh -c \"read go < " + gate + "; exec xterm -e cat\"\n");
+    ASSERT_EQ(mkfifo(gate.constData(), 0600), 0);
+    const qint32 process = workspace.openApplication(u"org.example.slow"_s);
+    ASSERT_GT(process, 0);
+    EXPECT_TRUE(workspace.isStarting(process));
+    {
+        QFile writer(QFile::decodeName(gate));
+        ASSERT_TRUE(writer.open(QIODevice::WriteOnly));
+        writer.write("go\n");
+    }
+    ASSERT_TRUE(comesToFront(u"debian-xterm"_s));
+    EXPECT_EQ(workspace.frontmostApplication()->processIdentifier, process);
+    EXPECT_FALSE(workspace.isStarting(process));
+}
+
+TEST_F(X11LaunchingTest, AnApplicationThatHasEndedIsNotStarting)
+{
+    installEntry(u"org.example.short"_s, "Exec=true\n");
+    const qint32 process = workspace.openApplication(u"org.example.short"_s);
+    ASSERT_GT(process, 0);
+    EXPECT_TRUE(waitUntil([&] { return !workspace.isStarting(process); }));
+    EXPECT_FALSE(workspace.isStarting(0));
+}
+
 TEST_F(X11LaunchingTest, AnApplicationThatIsNotInstalledOpensNothing)
 {
     EXPECT_FALSE(workspace.isInstalled(u"org.example.Missing"_s));
-    workspace.openApplication(u"org.example.Missing"_s);
+    EXPECT_EQ(workspace.openApplication(u"org.example.Missing"_s), 0);
     EXPECT_FALSE(workspace.frontmostApplication());
 }
 

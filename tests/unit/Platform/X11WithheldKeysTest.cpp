@@ -136,7 +136,9 @@ TEST_F(X11WithheldKeysTest, OurChordArrivesWhileAShortcutIsHeld)
     for (int round = 0; round < 3; ++round) {
         for (const xcb_keycode_t held : {key::leftSuper, key::leftShift, key::space})
             m_keyboard.press(held);
-        ASSERT_TRUE(posting.postCommandV()); // after its wait for the modifiers
+        ASSERT_TRUE(waitUntil([&] { return !posting.isKeyboardTaken(); }));
+        ASSERT_EQ(posting.postCommandV({.releasesModifiers = true}),
+                  KeyEventPosting::Outcome::sent);
         EXPECT_THAT(m_program.keys(), Contains(u"press 118 1"_s));
         for (const xcb_keycode_t held : {key::space, key::leftShift, key::leftSuper})
             m_keyboard.release(held);

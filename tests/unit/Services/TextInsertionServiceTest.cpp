@@ -129,12 +129,11 @@ TEST_F(TextInsertionServiceTest, AnApplicationThatIsNeitherRunningNorInstalledIs
 TEST_F(TextInsertionServiceTest, ATargetThatStaysBehindFailsAfterThreeAttempts)
 {
     desktop->setRunning({running(30, u"org.example.Mail"_s)});
-    pasteboard.put(u"before"_s);
     EXPECT_EQ(failureOf(mail), u"Could not focus Mail before insertion."_s);
     const QStringList attempt = {u"activate 30"_s, u"script activate org.example.Mail"_s,
                                  u"script activate name Mail"_s};
     EXPECT_EQ(desktop->actions(), attempt + attempt + attempt);
-    EXPECT_EQ(pasteboard.string(), u"before"_s);
+    EXPECT_EQ(pasteboard.string(), u"text"_s) << "at hand for the user";
     // 2 s in steps of 40 ms, three times; failed scripts are not waited for.
     EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(150, 40ms));
 }
@@ -194,6 +193,161 @@ TEST_F(TextInsertionServiceTest, AFrontLostForGoodLeavesTheTextOnThePasteboard)
     EXPECT_EQ(failureOf(mail), u"Lost focus on Mail before paste."_s);
     EXPECT_EQ(pasteboard.string(), u"text"_s);
     EXPECT_FALSE(desktop->actions().contains(u"paste"_s));
+}
+
+TEST_F(TextInsertionServiceTest, HeldModifiersAreWaitedForBeforeTheLastLookAtTheFront)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s), running(31, u"other"_s)});
+    desktop->bringToFront(30);
+    obey();
+    desktop->setModifiersHeld(true);
+    clock.whenSlept = [this] {
+        if (clock.sleeps.size() != 5)
+            return;
+        desktop->bringToFront(31); // the end of Alt+Tab
+        desktop->setModifiersHeld(false);
+    };
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"paste"_s}));
+    EXPECT_EQ(workspace.frontmostApplication()->processIdentifier, 30);
+    EXPECT_EQ(clock.sleeps,
+              (std::vector<std::chrono::nanoseconds>{40ms, 40ms, 40ms, 40ms, 40ms, 140ms}));
+}
+
+TEST_F(TextInsertionServiceTest, ModifiersThatStayDownAreReleasedAfterASecond)
+{
+    desktop->setModifiersHeld(true);
+    insert(u"hello"_s);
+    EXPECT_EQ(desktop->actions(), QStringList{u"paste"_s});
+    EXPECT_EQ(clock.now().time_since_epoch(), 1s + 140ms);
+}
+
+TEST_F(TextInsertionServiceTest, AModifierThatGoesDownDuringThePauseIsWaitedForToo)
+{
+    clock.whenSlept = [this] {
+        if (clock.sleeps.size() == 1 || clock.sleeps.size() == 3)
+            desktop->setModifiersHeld(clock.sleeps.back() == 140ms);
+    };
+    insert(u"hello"_s);
+    EXPECT_EQ(desktop->actions(), QStringList{u"paste"_s});
+    EXPECT_EQ(clock.sleeps, (std::vector<std::chrono::nanoseconds>{140ms, 40ms, 40ms, 140ms}));
+}
+
+TEST_F(TextInsertionServiceTest, AFrontLostDuringThePauseIsWonBack)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s), running(31, u"other"_s)});
+    desktop->bringToFront(30);
+    obey();
+    clock.whenSlept = [this] {
+        if (clock.sleeps.size() == 1)
+            desktop->bringToFront(31);
+    };
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"paste"_s}));
+    EXPECT_EQ(workspace.frontmostApplication()->processIdentifier, 30);
+}
+
+TEST_F(TextInsertionServiceTest, AFrontThatIsLostDuringEveryPauseIsGivenUp)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s), running(31, u"other"_s)});
+    desktop->bringToFront(30);
+    obey();
+    clock.whenSlept = [this] { desktop->bringToFront(31); };
+    EXPECT_EQ(failureOf(mail), u"Lost focus on Mail before paste."_s);
+    EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"activate 30"_s}));
+    EXPECT_EQ(pasteboard.string(), u"text"_s);
+}
+
+TEST_F(TextInsertionServiceTest, AProgramThatTakesTheKeyboardIsWaitedFor)
+{
+    desktop->setKeyboardTaken(true);
+    clock.whenSlept = [this] { desktop->setKeyboardTaken(clock.now().time_since_epoch() < 5s); };
+    insert(u"hello"_s);
+    EXPECT_EQ(desktop->actions(), QStringList{u"paste"_s});
+}
+
+TEST_F(TextInsertionServiceTest, AProgramThatKeepsTheKeyboardGetsNothing)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s)});
+    desktop->bringToFront(30);
+    desktop->setKeyboardTaken(true);
+    EXPECT_EQ(failureOf(mail), u"Lost focus on Mail before paste."_s);
+    EXPECT_EQ(failureOf({}), u"Lost focus on target application before paste."_s);
+    EXPECT_EQ(desktop->actions(), QStringList());
+    EXPECT_EQ(pasteboard.string(), u"text"_s);
+}
+
+TEST_F(TextInsertionServiceTest, ACancelEndsTheWaitForTheKeyboard)
+{
+    std::stop_source stop;
+    desktop->setModifiersHeld(true);
+    clock.whenSlept = [&] { stop.request_stop(); };
+    EXPECT_THROW(insert(u"hello"_s, {}, stop.get_token()), Cancelled);
+    EXPECT_EQ(clock.sleeps.size(), 1U);
+    EXPECT_EQ(desktop->actions(), QStringList());
+}
+
+TEST_F(TextInsertionServiceTest, ASlowStarterIsStartedOnceAndWaitedFor)
+{
+    desktop->setInstalled({u"org.example.Mail"_s});
+    desktop->setLaunchedProcess(77);
+    desktop->setScriptsSucceed(true);
+    clock.whenSlept = [this] {
+        if (clock.now().time_since_epoch() != 8s)
+            return;
+        desktop->setRunning({running(77, u"org.example.Mail"_s)});
+        desktop->bringToFront(77);
+    };
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList({u"open org.example.Mail"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, ASlowStarterWhoseWindowOpensBehindIsActivated)
+{
+    desktop->setInstalled({u"org.example.Mail"_s});
+    desktop->setLaunchedProcess(77);
+    obey();
+    clock.whenSlept = [this] {
+        if (clock.now().time_since_epoch() == 8s)
+            desktop->setRunning({running(77, u"org.example.Mail"_s)});
+    };
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(),
+              QStringList({u"open org.example.Mail"_s, u"activate 77"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, AnApplicationThatNeverShowsAWindowIsStartedOnce)
+{
+    desktop->setInstalled({u"org.example.Mail"_s});
+    desktop->setLaunchedProcess(77);
+    EXPECT_EQ(failureOf(mail), u"Could not focus Mail before insertion."_s);
+    EXPECT_EQ(desktop->actions(), QStringList({u"open org.example.Mail"_s}));
+    EXPECT_EQ(clock.now().time_since_epoch(), 9s);
+    EXPECT_EQ(pasteboard.string(), u"text"_s);
+}
+
+TEST_F(TextInsertionServiceTest, AnApplicationThatEndsAtOnceIsLeftToTheScriptAndNotStartedAgain)
+{
+    desktop->setInstalled({u"org.example.Mail"_s});
+    EXPECT_EQ(failureOf(mail), u"Could not focus Mail before insertion."_s);
+    const QStringList scripts = {u"script activate org.example.Mail"_s,
+                                 u"script activate name Mail"_s};
+    EXPECT_EQ(desktop->actions(),
+              QStringList{u"open org.example.Mail"_s} + scripts + scripts + scripts);
+}
+
+TEST_F(TextInsertionServiceTest, AnApplicationThatEndedBeforeThePasteIsStartedOnceOverall)
+{
+    desktop->setInstalled({u"org.example.Mail"_s});
+    desktop->setHook([this](const QString &action) {
+        if (!action.startsWith(u"open "_s))
+            return;
+        desktop->setRunning({running(77, u"org.example.Mail"_s)});
+        desktop->bringToFront(77);
+    });
+    pasteboard.whenWritten([this] { desktop->setRunning({}); });
+    EXPECT_EQ(failureOf(mail), u"Lost focus on Mail before paste."_s);
+    EXPECT_EQ(desktop->actions().filter(u"open"_s).size(), 1);
 }
 
 TEST_F(TextInsertionServiceTest, ACancelDuringThePauseSendsNoKeystroke)

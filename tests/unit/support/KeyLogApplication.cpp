@@ -24,16 +24,6 @@ void printKeys(KeyLogWindow &window)
     std::cout << std::endl;
 }
 
-bool grab(KeyLogWindow &window)
-{
-    const XcbPointer<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
-        window.xcb(),
-        xcb_grab_keyboard(window.xcb(), /*owner_events=*/0, window.id(), XCB_CURRENT_TIME,
-                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-        nullptr));
-    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-}
-
 bool isDone(KeyLogWindow &window, xcb_void_cookie_t request)
 {
     return XcbPointer<xcb_generic_error_t>(xcb_request_check(window.xcb(), request)) == nullptr;
@@ -42,7 +32,7 @@ bool isDone(KeyLogWindow &window, xcb_void_cookie_t request)
 bool obey(KeyLogWindow &window, const std::string &command)
 {
     if (command == "grab")
-        return grab(window);
+        return window.grabKeyboard();
     if (command == "ungrab")
         return isDone(window, xcb_ungrab_keyboard_checked(window.xcb(), XCB_CURRENT_TIME));
     if (command == "leave")

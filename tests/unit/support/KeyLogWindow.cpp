@@ -13,19 +13,20 @@ KeyLogWindow::KeyLogWindow(const QByteArray &windowClass, const QByteArray &disp
 {
     if (xcb_connection_has_error(m_connection))
         throw std::runtime_error("no X server");
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
     // Override-redirect: no window manager comes between.
     const uint32_t values[] = {1, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
                                       XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_EXPOSURE};
-    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, root, 0, 0, 50, 50, 0,
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, m_root, 0, 0, 50, 50, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
     const QByteArray classProperty = "instance" + QByteArray(1, '\0') + windowClass;
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS,
                         XCB_ATOM_STRING, 8, uint32_t(classProperty.size()),
                         classProperty.constData());
+    show();
     takeKeyboard();
-    becomeActive(root);
+    becomeActive();
 }
 
 KeyLogWindow::~KeyLogWindow()
@@ -33,30 +34,66 @@ KeyLogWindow::~KeyLogWindow()
     xcb_disconnect(m_connection);
 }
 
-void KeyLogWindow::takeKeyboard()
+void KeyLogWindow::show()
 {
     xcb_map_window(m_connection, m_window);
-    const auto nextType = [&] {
+    waitFor(XCB_EXPOSE);
+}
+
+void KeyLogWindow::takeKeyboard()
+{
+    xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_POINTER_ROOT, m_window, XCB_CURRENT_TIME);
+    waitFor(XCB_FOCUS_IN);
+}
+
+void KeyLogWindow::waitFor(int eventType)
+{
+    int type = 0;
+    while (type != eventType) {
         xcb_flush(m_connection);
         const XcbPointer<xcb_generic_event_t> event(xcb_wait_for_event(m_connection));
         if (!event)
             throw std::runtime_error("the X server died");
-        return event->response_type & 0x7f;
-    };
-    for (int type = nextType(); type != XCB_FOCUS_IN; type = nextType()) {
-        if (type == XCB_EXPOSE)
-            xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_POINTER_ROOT, m_window,
-                                XCB_CURRENT_TIME);
+        type = event->response_type & 0x7f;
     }
 }
 
-void KeyLogWindow::becomeActive(xcb_window_t root)
+void KeyLogWindow::becomeActive()
 {
     constexpr std::string_view name = "_NET_ACTIVE_WINDOW";
     const XcbPointer<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
         m_connection, xcb_intern_atom(m_connection, 0, name.size(), name.data()), nullptr));
-    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, root, atom->atom, XCB_ATOM_WINDOW, 32,
-                        1, &m_window);
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_root, atom->atom, XCB_ATOM_WINDOW,
+                        32, 1, &m_window);
+    modifiers(); // a round trip
+}
+
+xcb_window_t KeyLogWindow::focusWindowInside()
+{
+    const xcb_window_t inner = xcb_generate_id(m_connection);
+    const uint32_t events = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, inner, m_window, 0, 0, 10, 10, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                      &events);
+    xcb_map_window(m_connection, inner);
+    xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_POINTER_ROOT, inner, XCB_CURRENT_TIME);
+    modifiers(); // a round trip
+    return inner;
+}
+
+bool KeyLogWindow::grabKeyboard()
+{
+    const XcbPointer<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
+        m_connection,
+        xcb_grab_keyboard(m_connection, /*owner_events=*/0, m_window, XCB_CURRENT_TIME,
+                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void KeyLogWindow::ungrabKeyboard()
+{
+    xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
     modifiers(); // a round trip
 }
 

@@ -34,11 +34,22 @@ public:
     /// The modifiers and locks that are on now.
     uint16_t modifiers();
 
-private:
+    /// Returns once the window has the keyboard again.
     void takeKeyboard();
-    void becomeActive(xcb_window_t root);
+    /// Names it as the active window, as a window manager does.
+    void becomeActive();
+    /// Gives the keyboard to a new window inside of this one, which logs its keys too; its id.
+    xcb_window_t focusWindowInside();
+    /// Takes every key for the window, as an open menu does; whether that worked.
+    bool grabKeyboard();
+    void ungrabKeyboard();
+
+private:
+    void show();
+    void waitFor(int eventType);
 
     xcb_connection_t *m_connection;
+    xcb_window_t m_root = XCB_WINDOW_NONE;
     xcb_window_t m_window;
 };
 

@@ -18,20 +18,23 @@ void PostedKeys::setPreparation(std::function<void()> preparation)
     m_preparation = std::move(preparation);
 }
 
+void PostedKeys::prepare()
+{
+    std::function<void()> preparation;
+    {
+        const std::lock_guard lock(m_mutex);
+        preparation = m_preparation;
+    }
+    if (preparation)
+        preparation();
+}
+
 void PostedKeys::announce(const std::vector<Event> &events)
 {
-    if (const auto prepare = preparation())
-        prepare();
     const std::lock_guard lock(m_mutex);
     for (std::vector<Event> &expected : m_expected)
         expected.assign(events.rbegin(), events.rend());
     m_end.reset();
-}
-
-std::function<void()> PostedKeys::preparation()
-{
-    const std::lock_guard lock(m_mutex);
-    return m_preparation;
 }
 
 void PostedKeys::finish(quint32 time)

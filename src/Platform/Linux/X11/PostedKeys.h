@@ -25,8 +25,10 @@ public:
         bool operator==(const Event &) const = default;
     };
 
-    /// What announce() does first, on its thread; nothing when it is null.
+    /// What prepare() does, on its thread; nothing when it is null.
     void setPreparation(std::function<void()> preparation);
+    /// Called before it is examined whether keys can be sent. May wait for other connections.
+    void prepare();
     /// Called before the events are sent, in the order of sending. Whatever an earlier call
     /// announced is forgotten.
     void announce(const std::vector<Event> &events);
@@ -36,8 +38,6 @@ public:
     bool take(Observer observer, const Event &event, quint32 time);
 
 private:
-    std::function<void()> preparation();
-
     std::mutex m_mutex;
     std::function<void()> m_preparation;
     std::array<std::vector<Event>, 2> m_expected; // for each observer; the next one last

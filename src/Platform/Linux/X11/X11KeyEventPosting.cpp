@@ -7,8 +7,6 @@
 
 #include <xcb/xtest.h>
 
-#include <thread>
-
 namespace kestrova {
 
 namespace {
@@ -28,6 +26,26 @@ std::vector<xcb_keycode_t> keysOf(const PasteChord &chord, const X11Keyboard &ke
     return keys;
 }
 
+/// While it exists, the X server serves this connection alone.
+class ServerGrab
+{
+public:
+    explicit ServerGrab(X11Connection &connection) : m_connection(connection)
+    {
+        xcb_grab_server(m_connection.xcb());
+    }
+    ~ServerGrab()
+    {
+        xcb_ungrab_server(m_connection.xcb());
+        xcb_flush(m_connection.xcb());
+    }
+    ServerGrab(const ServerGrab &) = delete;
+    ServerGrab &operator=(const ServerGrab &) = delete;
+
+private:
+    X11Connection &m_connection;
+};
+
 } // namespace
 
 X11KeyEventPosting::X11KeyEventPosting(PostedKeys &postedKeys, const QByteArray &displayName)
@@ -35,29 +53,78 @@ X11KeyEventPosting::X11KeyEventPosting(PostedKeys &postedKeys, const QByteArray 
 {
 }
 
-bool X11KeyEventPosting::postCommandV()
+bool X11KeyEventPosting::areModifiersHeld()
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_connection.isOpen() ||
-        !xcb_get_extension_data(m_connection.xcb(), &xcb_test_id)->present)
-        return false;
-    const X11Keyboard keyboard(m_connection);
-    const std::vector<xcb_keycode_t> keys = chordKeys(keyboard);
-    if (keys.empty())
-        return false;
+    return m_connection.isOpen() && !X11Keyboard(m_connection).heldModifiers().empty();
+}
 
-    waitForModifiers(keyboard);
-    for (const xcb_keycode_t key : keyboard.heldModifiers())
+bool X11KeyEventPosting::isKeyboardTaken()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_connection.isOpen() && isGrabbed();
+}
+
+KeyEventPosting::Outcome X11KeyEventPosting::postCommandV(const Conditions &conditions)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_connection.isOpen() || !m_connection.hasExtension(&xcb_test_id))
+        return Outcome::unavailable;
+    const X11Keyboard keyboard(m_connection);
+    const std::vector<xcb_keycode_t> keys = chordKeys(
+        keyboard, conditions.window == 0 ? activeWindow() : xcb_window_t(conditions.window));
+    if (keys.empty())
+        return Outcome::unavailable;
+    if (conditions.releasesModifiers && !releaseModifiers(conditions.window, keyboard))
+        return Outcome::notSent;
+    if (!sendTo(conditions.window, keyboard, keys))
+        return Outcome::notSent;
+    return waitForServer() ? Outcome::sent : Outcome::unavailable;
+}
+
+bool X11KeyEventPosting::releaseModifiers(quint64 window, const X11Keyboard &keyboard)
+{
+    const std::vector<xcb_keycode_t> modifiers = keyboard.heldModifiers();
+    if (modifiers.empty())
+        return true;
+    m_postedKeys.prepare();
+    const ServerGrab grab(m_connection);
+    if (!wouldGetKeys(window))
+        return false;
+    for (const xcb_keycode_t key : modifiers)
         fake(XCB_KEY_RELEASE, key);
+    return true;
+}
+
+bool X11KeyEventPosting::sendTo(quint64 window, const X11Keyboard &keyboard,
+                                const std::vector<xcb_keycode_t> &keys)
+{
+    // The modifiers are up: a held shortcut is no longer one.
+    synchronize();
+    m_postedKeys.prepare();
+    // From here on, waiting for another connection would be waiting for ever.
+    const ServerGrab grab(m_connection);
+    if (!wouldGetKeys(window) || !keyboard.heldModifiers().empty())
+        return false;
     for (const xcb_keycode_t key : keyboard.held(keys))
         fake(XCB_KEY_RELEASE, key);
     send(keys);
-    return waitForServer();
+    return true;
 }
 
-std::vector<xcb_keycode_t> X11KeyEventPosting::chordKeys(const X11Keyboard &keyboard)
+bool X11KeyEventPosting::wouldGetKeys(quint64 window)
 {
-    const xcb_window_t window = m_connection.value(m_connection.root(), "_NET_ACTIVE_WINDOW");
+    return (window == 0 || hasKeyboard(xcb_window_t(window))) && !isGrabbed();
+}
+
+xcb_window_t X11KeyEventPosting::activeWindow()
+{
+    return m_connection.value(m_connection.root(), "_NET_ACTIVE_WINDOW");
+}
+
+std::vector<xcb_keycode_t> X11KeyEventPosting::chordKeys(const X11Keyboard &keyboard,
+                                                         xcb_window_t window)
+{
     const QString windowClass = m_connection.text(window, "WM_CLASS").section(QChar(0), 1, 1);
     for (const PasteChord &chord : pasteChords(windowClass)) {
         if (std::vector<xcb_keycode_t> keys = keysOf(chord, keyboard); !keys.empty())
@@ -66,11 +133,38 @@ std::vector<xcb_keycode_t> X11KeyEventPosting::chordKeys(const X11Keyboard &keyb
     return {};
 }
 
-void X11KeyEventPosting::waitForModifiers(const X11Keyboard &keyboard)
+// The window manager tells of a change before or after it happens. Many programs let a window
+// inside of the one that the window manager knows have the keyboard.
+bool X11KeyEventPosting::hasKeyboard(xcb_window_t window)
 {
-    const auto end = std::chrono::steady_clock::now() + modifierLimit;
-    while (!keyboard.heldModifiers().empty() && std::chrono::steady_clock::now() < end)
-        std::this_thread::sleep_for(modifierPollInterval);
+    if (activeWindow() != window)
+        return false;
+    const XcbPointer<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
+        m_connection.xcb(), xcb_get_input_focus(m_connection.xcb()), nullptr));
+    xcb_window_t inner = focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
+    while (inner != window && inner > XCB_INPUT_FOCUS_POINTER_ROOT)
+        inner = parentOf(inner);
+    return inner == window;
+}
+
+xcb_window_t X11KeyEventPosting::parentOf(xcb_window_t window)
+{
+    const XcbPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+        m_connection.xcb(), xcb_query_tree(m_connection.xcb(), window), nullptr));
+    return tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+bool X11KeyEventPosting::isGrabbed()
+{
+    xcb_connection_t *const xcb = m_connection.xcb();
+    const auto cookie =
+        xcb_grab_keyboard(xcb, /*owner_events=*/1, m_connection.root(), XCB_CURRENT_TIME,
+                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    // At once: what the user types meanwhile is not for us.
+    xcb_ungrab_keyboard(xcb, XCB_CURRENT_TIME);
+    const XcbPointer<xcb_grab_keyboard_reply_t> reply(
+        xcb_grab_keyboard_reply(xcb, cookie, nullptr));
+    return reply && reply->status != XCB_GRAB_STATUS_SUCCESS;
 }
 
 void X11KeyEventPosting::send(const std::vector<xcb_keycode_t> &keys)
@@ -80,7 +174,6 @@ void X11KeyEventPosting::send(const std::vector<xcb_keycode_t> &keys)
         events.push_back({true, key});
     for (auto key = keys.rbegin(); key != keys.rend(); ++key)
         events.push_back({false, *key});
-    synchronize(); // so that a held shortcut has lost its modifiers before its grab is ended
     m_postedKeys.announce(events);
     for (const auto &[isPress, key] : events)
         fake(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key);

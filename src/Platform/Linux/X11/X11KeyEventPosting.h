@@ -4,7 +4,6 @@
 
 #include "Platform/Linux/X11/X11Connection.h"
 
-#include <chrono>
 #include <mutex>
 #include <vector>
 
@@ -13,30 +12,36 @@ namespace kestrova {
 class PostedKeys;
 class X11Keyboard;
 
-/// Sends the paste chord of the focused application through the XTEST extension, to whatever
-/// window has the keyboard. Modifiers that the user holds would turn the chord into another one:
-/// it waits until they are up and in the end releases them itself. It never presses them again,
-/// because the XTEST keyboard would keep them down for ever. Caps Lock and Num Lock do not matter.
-/// Any thread.
+/// Sends the paste chord of the active window through the XTEST extension. Its conditions are
+/// examined and the chord is sent while the X server serves nobody else, so that no window manager
+/// gives the keyboard to another window in between. Modifiers that it releases it never presses
+/// again, because the XTEST keyboard would keep them down for ever. Caps Lock and Num Lock do not
+/// matter. Any thread.
 class X11KeyEventPosting final : public KeyEventPosting
 {
 public:
-    /// How long to wait for the user to let go of the modifier keys.
-    static constexpr std::chrono::milliseconds modifierLimit{1000};
-    /// How often to look meanwhile.
-    static constexpr std::chrono::milliseconds modifierPollInterval{10};
-
-    /// Without an X server, postCommandV() is false. An empty name means $DISPLAY. The chord
+    /// Without an X server, postCommandV() is unavailable. An empty name means $DISPLAY. The chord
     /// is announced in postedKeys, which outlives this.
     explicit X11KeyEventPosting(PostedKeys &postedKeys, const QByteArray &displayName = {});
 
-    /// False without the XTEST extension, and when no key of the present layout can form one of
-    /// the application's chords. When it returns true, the chord is in the X server.
-    bool postCommandV() override;
+    bool areModifiersHeld() override;
+    /// A program that takes the keyboard for itself is told from the outside only by trying the
+    /// same, which the window with the keyboard sees as a shortcut of the window manager.
+    bool isKeyboardTaken() override;
+    /// Unavailable without the XTEST extension, and when no key of the present layout can form one
+    /// of the application's chords. When it was sent, the chord is in the X server.
+    Outcome postCommandV(const Conditions &conditions) override;
 
 private:
-    std::vector<xcb_keycode_t> chordKeys(const X11Keyboard &keyboard);
-    void waitForModifiers(const X11Keyboard &keyboard);
+    std::vector<xcb_keycode_t> chordKeys(const X11Keyboard &keyboard, xcb_window_t window);
+    bool releaseModifiers(quint64 window, const X11Keyboard &keyboard);
+    bool sendTo(quint64 window, const X11Keyboard &keyboard,
+                const std::vector<xcb_keycode_t> &keys);
+    bool wouldGetKeys(quint64 window);
+    xcb_window_t activeWindow();
+    bool hasKeyboard(xcb_window_t window);
+    xcb_window_t parentOf(xcb_window_t window);
+    bool isGrabbed();
     void send(const std::vector<xcb_keycode_t> &keys);
     void fake(uint8_t type, xcb_keycode_t key);
     bool waitForServer();

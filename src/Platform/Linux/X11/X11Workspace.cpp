@@ -38,6 +38,12 @@ RunningApplication applicationOf(const X11Window &window)
     return application;
 }
 
+void makeActive(RunningApplication &application, const X11Window &active)
+{
+    application.isActive = true;
+    application.keyboardWindow = active.window;
+}
+
 bool isSameApplication(const RunningApplication &a, const RunningApplication &b)
 {
     // Without a process, the name is what is left to tell applications apart.
@@ -67,7 +73,8 @@ QList<RunningApplication> X11Workspace::applications()
     QList<RunningApplication> applications;
     for (const X11Window &window : m_windows.all()) {
         RunningApplication application = applicationOf(window);
-        application.isActive = active && isSameApplication(application, applicationOf(*active));
+        if (active && isSameApplication(application, applicationOf(*active)))
+            makeActive(application, *active);
         const auto known = std::ranges::find_if(
             applications, [&](const auto &other) { return isSameApplication(application, other); });
         if (known != applications.end()) {
@@ -85,7 +92,7 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication()
     if (!window)
         return std::nullopt;
     RunningApplication application = applicationOf(*window);
-    application.isActive = true;
+    makeActive(application, *window);
     if (!application.isRegular) {
         application.isRegular = std::ranges::any_of(m_windows.all(), [&](const X11Window &other) {
             return other.isRegular && isSameApplication(application, applicationOf(other));
@@ -138,21 +145,29 @@ bool X11Workspace::isInstalled(const QString &bundleIdentifier)
     return m_entries.application(bundleIdentifier).has_value();
 }
 
-void X11Workspace::openApplication(const QString &bundleIdentifier)
+qint32 X11Workspace::openApplication(const QString &bundleIdentifier)
 {
-    launchInstalled(bundleIdentifier);
+    return launchInstalled(bundleIdentifier).value_or(0);
 }
 
-bool X11Workspace::launchInstalled(const QString &bundleIdentifier)
+bool X11Workspace::isStarting(qint32 processIdentifier)
+{
+    return processStatus(processIdentifier) &&
+           std::ranges::none_of(m_windows.all(), [&](const X11Window &window) {
+               return window.processIdentifier == processIdentifier;
+           });
+}
+
+std::optional<qint32> X11Workspace::launchInstalled(const QString &bundleIdentifier)
 {
     const auto entry = m_entries.application(bundleIdentifier);
-    return entry && launchApplication(entry->path, newStartupId());
+    return entry ? launchApplication(entry->path, newStartupId()) : std::nullopt;
 }
 
 bool X11Workspace::openAddress(const QUrl &address)
 {
     if (const auto identifier = applicationAt(address))
-        return launchInstalled(*identifier);
+        return launchInstalled(*identifier).has_value();
     return launchHandler(address, newStartupId());
 }
 

@@ -30,7 +30,8 @@ public:
     /// minimised one; ordinary windows go before palettes and the like.
     void activate(const RunningApplication &application) override;
     bool isInstalled(const QString &bundleIdentifier) override;
-    void openApplication(const QString &bundleIdentifier) override;
+    qint32 openApplication(const QString &bundleIdentifier) override;
+    bool isStarting(qint32 processIdentifier) override;
     /// An application's address opens that application, also one that no menu shows.
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64 window) override;
@@ -44,7 +45,7 @@ private:
 
     QList<RunningApplication> applications();
     void reportActivation();
-    bool launchInstalled(const QString &bundleIdentifier);
+    std::optional<qint32> launchInstalled(const QString &bundleIdentifier);
     QByteArray newStartupId();
 
     X11Connection &m_connection;
