@@ -1,5 +1,6 @@
 #include "Services/DefaultModelManager.h"
 
+#include "Concurrency/Cancelled.h"
 #include "Models/KestrovaError.h"
 #include "Platform/FileSystem.h"
 #include "Services/Sha256.h"
@@ -8,7 +9,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 
 namespace kestrova {
 
@@ -22,14 +22,6 @@ QUrl parseDownloadURL(const QString &string)
     if (!url.isValid()) // An empty one is not valid either.
         throw KestrovaError::configuration(u"Model download URL is not configured."_s);
     return url;
-}
-
-void createDirectory(const QString &path)
-{
-    std::error_code error; // QDir::mkpath does not tell why it failed.
-    std::filesystem::create_directories(QFile::encodeName(path).toStdString(), error);
-    if (error)
-        throw fileError(path, error.value());
 }
 
 /// Whether there is nothing at the path now; errno tells why not.
@@ -63,7 +55,7 @@ QUrl DefaultModelManager::prepareModelIfNeeded(bool forceDownload, const std::st
     const QUrl downloadURL = parseDownloadURL(config.downloadURLString);
     const QString expectedDigest = config.expectedSHA256.trimmed();
     const QString path = modelPath();
-    createDirectory(QFileInfo(path).path());
+    makePrivateDirectories(QFileInfo(path).path());
 
     const auto isUsable = [&] {
         return QFileInfo::exists(path) &&
@@ -72,8 +64,10 @@ QUrl DefaultModelManager::prepareModelIfNeeded(bool forceDownload, const std::st
     if (forceDownload || !isUsable()) {
         const QString stagingPath = stagingPathFor(path);
         removeOldStagingFile(stagingPath);
-        const auto download = m_fileDownload.fetch(downloadURL, path, m_progressSink, stop);
-        install(*download, stagingPath, expectedDigest, stop);
+        auto download = m_fileDownload.fetch(downloadURL, path, m_progressSink, stop);
+        const QString actualDigest =
+            expectedDigest.isEmpty() ? QString() : digestOf(download, downloadURL, stop);
+        install(*download, stagingPath, expectedDigest, actualDigest);
     }
     return QUrl::fromLocalFile(path);
 }
@@ -97,18 +91,27 @@ void DefaultModelManager::removeOldStagingFile(const QString &stagingPath)
         removeFile(stagingPath);
 }
 
+// What has arrived is not thrown away because nobody waited for its digest.
+QString DefaultModelManager::digestOf(std::unique_ptr<PartialFile> &download, const QUrl &url,
+                                      const std::stop_token &stop)
+{
+    try {
+        return sha256OfFile(download->path(), stop);
+    } catch (const Cancelled &) {
+        m_fileDownload.keep(url, std::move(download));
+        throw;
+    }
+}
+
 void DefaultModelManager::install(PartialFile &download, const QString &stagingPath,
-                                  const QString &expectedDigest, const std::stop_token &stop)
+                                  const QString &expectedDigest, const QString &actualDigest)
 {
     const std::lock_guard lock(m_stagingMutex);
     if (!removeFile(stagingPath))
         throw fileError(stagingPath, errno);
     download.moveTo(stagingPath);
-    if (!expectedDigest.isEmpty()) {
-        const QString actualDigest = sha256OfFile(stagingPath, stop);
-        if (actualDigest != expectedDigest.toLower())
-            throw KestrovaError::checksumMismatch(expectedDigest, actualDigest);
-    }
+    if (actualDigest != expectedDigest.toLower())
+        throw KestrovaError::checksumMismatch(expectedDigest, actualDigest);
     replaceFile(stagingPath, download.destination());
     syncDirectory(QFileInfo(download.destination()).path());
 }

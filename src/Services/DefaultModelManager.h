@@ -33,7 +33,8 @@ public:
     /// Blocks while it downloads and hashes. An existing file is hashed only when a digest is
     /// configured. A download with the wrong digest stays beside the model, under its name with the
     /// extension "download", until the next one. Throws KestrovaError (no usable URL, wrong
-    /// digest), PlatformError, and Cancelled; the model file is then as it was.
+    /// digest), PlatformError, and Cancelled; the model file is then as it was. The next call goes
+    /// on where a cancelled one was, also if only the digest was left to do.
     QUrl prepareModelIfNeeded(bool forceDownload, const std::stop_token &stop) override;
     /// Ready means that the file exists; a damaged one is found by prepareModelIfNeeded().
     ModelStatus modelStatus() override;
@@ -41,8 +42,10 @@ public:
 private:
     QString modelPath() const;
     void removeOldStagingFile(const QString &stagingPath);
+    QString digestOf(std::unique_ptr<PartialFile> &download, const QUrl &url,
+                     const std::stop_token &stop);
     void install(PartialFile &download, const QString &stagingPath, const QString &expectedDigest,
-                 const std::stop_token &stop);
+                 const QString &actualDigest);
 
     StandardDirectories &m_directories;
     const ConfigProvider m_configProvider;

@@ -34,6 +34,8 @@ std::unique_ptr<PartialFile> FileDownload::fetch(const QUrl &url, const QString 
 {
     requireSupportedScheme(url);
     std::unique_ptr<PartialDownload> download = begin(url, destination);
+    if (download->isComplete)
+        return std::move(download->file);
     try {
         transfer(*download, progressSink, stop);
     } catch (...) {
@@ -41,6 +43,12 @@ std::unique_ptr<PartialFile> FileDownload::fetch(const QUrl &url, const QString 
         throw;
     }
     return std::move(download->file);
+}
+
+void FileDownload::keep(const QUrl &url, std::unique_ptr<PartialFile> file)
+{
+    remember(std::make_unique<PartialDownload>(
+        PartialDownload{.url = url, .file = std::move(file), .isComplete = true}));
 }
 
 std::unique_ptr<PartialDownload> FileDownload::begin(const QUrl &url, const QString &destination)
@@ -52,7 +60,7 @@ std::unique_ptr<PartialDownload> FileDownload::begin(const QUrl &url, const QStr
             return std::move(m_unfinished);
     }
     return std::make_unique<PartialDownload>(
-        PartialDownload{url, std::make_unique<PartialFile>(destination), {}, {}});
+        PartialDownload{.url = url, .file = std::make_unique<PartialFile>(destination)});
 }
 
 void FileDownload::remember(std::unique_ptr<PartialDownload> download)

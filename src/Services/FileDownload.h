@@ -25,6 +25,9 @@ public:
     std::unique_ptr<PartialFile> fetch(const QUrl &url, const QString &destination,
                                        const DownloadProgressSink &progressSink,
                                        const std::stop_token &stop);
+    /// Takes back what fetch() gave, unused: the next fetch() of the same address gives it again,
+    /// at once.
+    void keep(const QUrl &url, std::unique_ptr<PartialFile> file);
 
 private:
     std::unique_ptr<PartialDownload> begin(const QUrl &url, const QString &destination);

@@ -2,6 +2,7 @@
 
 #include "Platform/FileSystem.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -19,6 +20,19 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1String nameSuffix(".part");
+constexpr QFile::Permissions privateFile = QFile::ReadOwner | QFile::WriteOwner;
+/// No download has stood still for so long.
+constexpr qint64 oldestUnlockedSeconds = 24 * 60 * 60;
+
+// Whoever downloads into it holds the lock; the system lets go of a dead process's locks. Some file
+// systems, of other machines mostly, have none.
+bool isAbandoned(const QFile &file)
+{
+    if (flock(file.handle(), LOCK_EX | LOCK_NB) == 0)
+        return true;
+    return errno != EWOULDBLOCK && QFileInfo(file).lastModified().secsTo(
+                                       QDateTime::currentDateTime()) > oldestUnlockedSeconds;
+}
 
 } // namespace
 
@@ -48,10 +62,8 @@ void PartialFile::removeAbandoned() const
         if (!name.startsWith(namePrefix()) || !name.endsWith(nameSuffix))
             continue;
         QFile file(folder.filePath(name));
-        // Whoever downloads into it holds the lock; the system lets go of a dead process's locks.
-        // Ours is held until the name is gone, so that its creator can see what happened.
-        if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) &&
-            flock(file.handle(), LOCK_EX | LOCK_NB) == 0)
+        // Our lock is held until the name is gone, so that its creator can see what happened.
+        if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) && isAbandoned(file))
             QFile::remove(file.fileName());
     }
 }
@@ -64,16 +76,14 @@ bool PartialFile::createAndLock()
         namePrefix() +
         u"%1"_s.arg(QRandomGenerator::system()->generate(), 8, 16, QLatin1Char('0')) + nameSuffix;
     m_file.setFileName(QFileInfo(m_destination).dir().filePath(name));
-    if (!m_file.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered)) {
+    if (!m_file.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered,
+                     privateFile)) {
         if (QFileInfo::exists(m_file.fileName()))
             return false;
         fail();
     }
-    if (flock(m_file.handle(), LOCK_EX) != 0) {
-        const int error = errno;
-        m_file.remove();
-        throw fileError(m_destination, error);
-    }
+    m_file.setPermissions(privateFile); // The umask has no say.
+    flock(m_file.handle(), LOCK_EX);
     if (isOnDisk())
         return true;
     m_file.close();

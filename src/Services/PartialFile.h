@@ -5,8 +5,9 @@
 namespace kestrova {
 
 /// A temporary file in the folder of the file that it is to become, so that moving it there is a
-/// rename. It is named ".NAME-XXXXXXXX.part" and locked (flock) for as long as this object lives,
-/// which tells it from the file of a program that was killed. Deleted unless moved. One thread at a
+/// rename, and the user's alone (mode 0600). It is named ".NAME-XXXXXXXX.part" and locked (flock)
+/// for as long as this object lives, which tells it from the file of a program that was killed;
+/// where the file system has no locks, that file's age does. Deleted unless moved. One thread at a
 /// time.
 class PartialFile
 {
@@ -16,6 +17,8 @@ public:
     ~PartialFile();
 
     const QString &destination() const { return m_destination; }
+    /// Where it is until it is moved.
+    QString path() const { return m_file.fileName(); }
     qint64 size() const { return m_size; }
     /// False once something else has removed it; its contents are then of no use.
     bool isOnDisk() const;

@@ -7,11 +7,14 @@
 #include "Services/ModelFolder.h"
 #include "Services/TestFiles.h"
 #include "support/QtPrinting.h"
+#include "support/Umask.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
 
 #include <gmock/gmock.h>
+
+#include <optional>
 
 namespace kestrova {
 namespace {
@@ -165,7 +168,8 @@ TEST_F(DefaultModelManagerWithServer, ADirectoryThatCannotBeCreatedIsAnError)
 {
     ASSERT_TRUE(
         writeFile(folder.directories.applicationSupportDirectory() + u"/Kestrova"_s, "in the way"));
-    EXPECT_EQ(failure(), QFileInfo(folder.modelPath()).path() + u": Not a directory"_s);
+    EXPECT_EQ(failure(),
+              folder.directories.applicationSupportDirectory() + u"/Kestrova: Not a directory"_s);
 }
 
 TEST_F(DefaultModelManagerWithServer, AModelThatCannotBeReadForItsDigestIsAnError)
@@ -189,6 +193,58 @@ TEST_F(DefaultModelManagerWithServer, AnOldStagingFileIsReplaced)
     prepare(true);
     EXPECT_EQ(readFile(folder.modelPath()), body);
     EXPECT_EQ(folder.names(), QStringList(u"ggml-base.bin"_s));
+}
+
+TEST_F(DefaultModelManagerWithServer, AnOldStagingFileGivesItsSpaceBackBeforeTheDownload)
+{
+    ASSERT_TRUE(folder.putModel("old"));
+    ASSERT_TRUE(writeFile(folder.stagingPath(), "left behind"));
+    std::optional<bool> isThere;
+    const LoopbackHttpServer server([&](const HttpRequest &request, Connection &connection) {
+        isThere = QFileInfo::exists(folder.stagingPath());
+        connection.send(ServedFile{body}.answer(request));
+    });
+    config.downloadURLString = server.urlString(u"/"_s);
+    prepare(true);
+    EXPECT_EQ(isThere, false);
+}
+
+TEST_F(DefaultModelManagerWithServer, ADownloadWhoseDigestWasInterruptedIsNotFetchedAgain)
+{
+    config.expectedSHA256 = digestOf(body);
+    std::stop_source source;
+    const auto stopAtTheEnd = [&](const DownloadProgress &progress) {
+        if (progress.receivedBytes == body.size())
+            source.request_stop();
+    };
+    // Progress is told at the beginning and at the end only.
+    DefaultModelManager stopped(
+        folder.directories, [this] { return config; }, u"ggml-base.bin"_s, stopAtTheEnd,
+        DownloadTimings{.progressInterval = std::chrono::hours(1)});
+    EXPECT_THROW(stopped.prepareModelIfNeeded(true, source.get_token()), Cancelled);
+    EXPECT_FALSE(QFileInfo::exists(folder.modelPath()));
+    EXPECT_EQ(stopped.prepareModelIfNeeded(false, {}), QUrl::fromLocalFile(folder.modelPath()));
+    EXPECT_EQ(requestCount(), 1U);
+    EXPECT_EQ(readFile(folder.modelPath()), body);
+    EXPECT_EQ(folder.names(), QStringList(u"ggml-base.bin"_s));
+}
+
+TEST_F(DefaultModelManagerWithServer, ANamedPipeInTheModelsPlaceIsNotWaitedFor)
+{
+    ASSERT_TRUE(QDir().mkpath(folder.path()));
+    ASSERT_EQ(mkfifo(QFile::encodeName(folder.modelPath()).constData(), 0600), 0);
+    config.expectedSHA256 = digestOf(body);
+    EXPECT_EQ(failure(), folder.modelPath() + u": It is not a regular file."_s);
+    prepare(true);
+    EXPECT_EQ(readFile(folder.modelPath()), body);
+}
+
+TEST_F(DefaultModelManagerWithServer, WhateverTheUmaskIsNobodyElseGetsAtTheModel)
+{
+    const Umask umask(0);
+    prepare();
+    EXPECT_EQ(modeOf(folder.modelPath()), 0600U);
+    EXPECT_EQ(modeOf(folder.path()), 0700U);
 }
 
 TEST_F(DefaultModelManagerWithServer, AStagingPathThatCannotBeFreedIsAnErrorAfterTheDownload)

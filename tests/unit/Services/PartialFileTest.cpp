@@ -3,12 +3,19 @@
 #include "Models/ReadableError.h"
 #include "Services/FileSizeLimit.h"
 #include "Services/TestFiles.h"
+#include "support/FailingSystemCall.h"
 #include "support/QtPrinting.h"
+#include "support/Umask.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
+
+#include <sys/syscall.h>
+
+#include <cerrno>
+#include <thread>
 
 namespace kestrova {
 namespace {
@@ -39,13 +46,30 @@ TEST_F(PartialFileInFolder, StandsBesideItsDestinationUntilItIsMovedThere)
     EXPECT_EQ(readFile(destination), "abcdef");
 }
 
-TEST_F(PartialFileInFolder, HasTheModeOfAnOrdinaryFile)
+TEST_F(PartialFileInFolder, IsTheUsersAloneWhateverTheUmaskIs)
 {
-    const QString ordinary = folder.filePath(u"ordinary"_s);
-    ASSERT_TRUE(writeFile(ordinary, "x"));
-    PartialFile file(destination);
-    file.moveTo(destination);
-    EXPECT_EQ(QFileInfo(destination).permissions(), QFileInfo(ordinary).permissions());
+    for (const mode_t mask : {0, 0777}) {
+        const Umask umask(mask);
+        PartialFile file(destination);
+        EXPECT_EQ(modeOf(file.path()), 0600U);
+        file.moveTo(destination);
+        EXPECT_EQ(modeOf(destination), 0600U);
+    }
+}
+
+TEST_F(PartialFileInFolder, AFileSystemWithoutLocksWillDo)
+{
+    ASSERT_TRUE(writeFile(folder.filePath(u".m.bin-01234567.part"_s), "may be somebody's"));
+    ASSERT_TRUE(writeFile(folder.filePath(u".m.bin-89abcdef.part"_s), "left by a killed program"));
+    ASSERT_TRUE(makeOld(folder.filePath(u".m.bin-89abcdef.part"_s), 2));
+    std::thread([this] {
+        ASSERT_TRUE(failSystemCall(SYS_flock, ENOLCK));
+        PartialFile file(destination);
+        file.append("abc", 3);
+        file.moveTo(destination);
+    }).join();
+    EXPECT_EQ(readFile(destination), "abc");
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre(u".m.bin-01234567.part"_s, u"m.bin"_s));
 }
 
 TEST_F(PartialFileInFolder, ReplacesTheFileThatStandsThere)

@@ -19,12 +19,13 @@ inline bool writeFile(const QString &path, const QByteArray &bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-/// Dates the file's last change back by a day.
-inline bool makeOld(const QString &path)
+/// Dates the file's last change back.
+inline bool makeOld(const QString &path, int days = 1)
 {
     QFile file(path);
     return file.open(QIODevice::ReadWrite) &&
-           file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime);
+           file.setFileTime(QDateTime::currentDateTime().addDays(-days),
+                            QFile::FileModificationTime);
 }
 
 /// Everything in a folder, hidden files too, sorted.
