@@ -157,10 +157,10 @@ QByteArray AppSettings::toJson() const
 
     const QJsonObject object{
         {shortcutKey, shortcut.toJson()},
-        {whisperCLIPathKey, whisperCLIPath},
-        {modelDownloadURLKey, modelDownloadURL},
-        {modelSHA256Key, modelSHA256},
-        {transcriptionLanguageKey, transcriptionLanguage},
+        {whisperCLIPathKey, jsonText(whisperCLIPath)},
+        {modelDownloadURLKey, jsonText(modelDownloadURL)},
+        {modelSHA256Key, jsonText(modelSHA256)},
+        {transcriptionLanguageKey, jsonText(transcriptionLanguage)},
         {decodingProfileKey, rawValue(decodingProfile)},
         {themeKey, rawValue(theme)},
         {hotbarAssignmentsKey, slotObjects},

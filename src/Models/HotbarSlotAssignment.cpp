@@ -40,9 +40,9 @@ QJsonObject HotbarSlotAssignment::toJson() const
 {
     QJsonObject object{{"slotIndex"_L1, slotIndex}};
     if (bundleIdentifier)
-        object.insert("bundleIdentifier"_L1, *bundleIdentifier);
+        object.insert("bundleIdentifier"_L1, jsonText(*bundleIdentifier));
     if (appName)
-        object.insert("appName"_L1, *appName);
+        object.insert("appName"_L1, jsonText(*appName));
     if (shortcut)
         object.insert("shortcut"_L1, shortcut->toJson());
     return object;

@@ -1,5 +1,7 @@
 #include "Models/JsonObjectReader.h"
 
+#include "Models/JsonCursor.h"
+
 #include <QJsonDocument>
 
 #include <limits>
@@ -42,6 +44,12 @@ qint64 wholeNumberOf(const QJsonValue &value, QLatin1String key)
 
 QJsonObject parseJsonObject(const QByteArray &bytes)
 {
+    // QJsonDocument also takes what is no JSON: unknown escapes, control characters, "49.", half a
+    // character.
+    JsonCursor strict(bytes);
+    strict.skipValue();
+    strict.expectEnd();
+
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError)
@@ -49,6 +57,11 @@ QJsonObject parseJsonObject(const QByteArray &bytes)
     if (!document.isObject())
         throw JsonDecodingError(u"The document is not an object."_s);
     return document.object();
+}
+
+QString jsonText(const QString &text)
+{
+    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
 }
 
 QJsonValue JsonObjectReader::required(QLatin1String key) const

@@ -16,8 +16,12 @@ public:
     using ReadableError::ReadableError;
 };
 
-/// Parses a document whose root is an object; throws JsonDecodingError otherwise.
+/// Parses a document whose root is an object; throws JsonDecodingError otherwise, and for all that
+/// is no JSON (RFC 8259).
 QJsonObject parseJsonObject(const QByteArray &bytes);
+
+/// A string's text as JSON can hold it: half a character (a surrogate on its own) is replaced.
+QString jsonText(const QString &text);
 
 /// Strict access to the values of one JSON object. The plain accessors throw JsonDecodingError for
 /// a missing key or a wrong type; the optional ones treat a missing key and null alike as none.

@@ -11,7 +11,7 @@ struct TranscriptInsertionPayload
     qint64 wordCount = 0;
     double audioDurationSeconds = 0;
     std::optional<TargetApplication> target; ///< none when no destination was known
-    std::optional<int> slotIndex;            ///< hotbar slot 1 to 9; none for the main shortcut
+    std::optional<qint64> slotIndex;         ///< hotbar slot 1 to 9; none for the main shortcut
 
     bool operator==(const TranscriptInsertionPayload &) const = default;
 };

@@ -5,7 +5,6 @@
 #include <array>
 #include <cctype>
 #include <charconv>
-#include <limits>
 #include <string>
 #include <unordered_map>
 
@@ -65,7 +64,6 @@ public:
 private:
     UsageEvent readEvent();
     QUuid readUuid();
-    int readSlotIndex();
 
     template <typename Read>
     auto readUnlessNull(Read read) -> std::optional<decltype(read())>
@@ -93,7 +91,7 @@ UsageEvent EventReader::readEvent()
             event.timestamp = {m_json.readNumber()};
             hasTimestamp = true;
         } else if (key == slotIndexKey) {
-            event.slotIndex = readUnlessNull([this] { return readSlotIndex(); });
+            event.slotIndex = readUnlessNull([this] { return m_json.readWholeNumber(); });
         } else if (key == targetBundleIdentifierKey) {
             event.targetBundleIdentifier = readUnlessNull(readName);
         } else if (key == targetAppNameKey) {
@@ -125,14 +123,6 @@ QUuid EventReader::readUuid()
     if (!isCanonical)
         m_json.fail("has a damaged UUID");
     return QUuid::fromString(QLatin1String(text.data(), qsizetype(text.size())));
-}
-
-int EventReader::readSlotIndex()
-{
-    const qint64 number = m_json.readWholeNumber();
-    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
-        m_json.fail("has a slot number out of range");
-    return int(number);
 }
 
 void appendKey(std::string_view key, std::string &json)

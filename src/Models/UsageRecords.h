@@ -15,7 +15,7 @@ struct UsageEvent
 {
     QUuid id;
     Date timestamp; ///< when the dictation was recorded in the log
-    std::optional<int> slotIndex;
+    std::optional<qint64> slotIndex;
     std::optional<QString> targetBundleIdentifier;
     std::optional<QString> targetAppName;
     qint64 wordCount = 0;
@@ -63,7 +63,7 @@ struct TopApplicationUsage
 
 struct SlotUsageStat
 {
-    int slotIndex = 0; ///< 1 to 9
+    qint64 slotIndex = 0; ///< 1 to 9
     qint64 recordings = 0;
 
     bool operator==(const SlotUsageStat &) const = default;

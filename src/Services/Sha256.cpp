@@ -1,12 +1,13 @@
 #include "Services/Sha256.h"
 
 #include "Concurrency/Cancelled.h"
-#include "Models/ReadableError.h"
+#include "Platform/FileSystem.h"
 
 #include <openssl/evp.h>
 
 #include <QFile>
 
+#include <cerrno>
 #include <memory>
 #include <vector>
 
@@ -29,12 +30,9 @@ void require(int opensslResult)
 
 QString sha256OfFile(const QString &path, const std::stop_token &stop)
 {
-    QFile file(path);
-    const auto fail = [&file] {
-        throw PlatformError(file.fileName() + u": "_s + file.errorString());
-    };
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        fail();
+    const auto file = openRegularFile(path);
+    if (!file)
+        throw fileError(path, ENOENT);
 
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(),
                                                                           &EVP_MD_CTX_free);
@@ -42,9 +40,9 @@ QString sha256OfFile(const QString &path, const std::stop_token &stop)
     std::vector<char> piece(pieceSize);
     for (;;) {
         throwIfStopRequested(stop);
-        const qint64 length = file.read(piece.data(), static_cast<qint64>(piece.size()));
+        const qint64 length = file->read(piece.data(), static_cast<qint64>(piece.size()));
         if (length < 0)
-            fail();
+            throw PlatformError(path + u": "_s + file->errorString());
         if (length == 0)
             break;
         require(EVP_DigestUpdate(context.get(), piece.data(), static_cast<std::size_t>(length)));

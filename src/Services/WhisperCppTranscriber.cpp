@@ -2,12 +2,12 @@
 
 #include "Concurrency/Cancelled.h"
 #include "Models/KestrovaError.h"
+#include "Platform/FileSystem.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QStringDecoder>
 #include <QUuid>
 
 namespace kestrova {
@@ -25,12 +25,18 @@ QString normalizedLanguage(const QString &language)
     return trimmed.isEmpty() ? u"auto"_s : trimmed.toLower();
 }
 
-/// None when the bytes are not UTF-8.
+/// None when the bytes are not UTF-8, be it only that they end within a character.
 std::optional<QString> decodedUtf8(const QByteArray &bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder.decode(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(text);
+    return bytes.isValidUtf8() ? std::optional(QString::fromUtf8(bytes)) : std::nullopt;
+}
+
+/// The tool would wait without end for what a named pipe never gives.
+void refuseIrregular(const QUrl &url)
+{
+    const QFileInfo file(url.toLocalFile());
+    if (file.exists() && !file.isFile())
+        throw notARegularFile(file.filePath());
 }
 
 QStringList profileArguments(WhisperDecodingProfile profile, int decoderCount)
@@ -44,19 +50,13 @@ QStringList profileArguments(WhisperDecodingProfile profile, int decoderCount)
 /// The transcript that the tool wrote, which is then removed; what it printed when it wrote none.
 QString takeTranscript(const QString &outputPath, const ProcessOutcome &outcome)
 {
-    QFile file(outputPath);
-    if (!file.exists())
+    const auto file = openRegularFile(outputPath, Links::refuse);
+    if (!file)
         return decodedUtf8(outcome.standardOutput).value_or(QString());
-
-    if (!file.open(QIODevice::ReadOnly))
-        throw PlatformError(outputPath + u": "_s + file.errorString());
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFile::NoError)
-        throw PlatformError(outputPath + u": "_s + file.errorString());
-    const auto text = decodedUtf8(bytes);
+    const auto text = decodedUtf8(readToEnd(*file, outputPath));
     if (!text)
         throw PlatformError(outputPath + u": The transcript is not valid UTF-8 text."_s);
-    file.remove();
+    QFile::remove(outputPath);
     return *text;
 }
 
@@ -108,6 +108,8 @@ TranscriptionResult WhisperCppTranscriber::transcribe(const QUrl &audioURL, cons
     }
     if (!QFileInfo::exists(modelURL.toLocalFile()))
         throw KestrovaError::missingModel(modelURL);
+    refuseIrregular(modelURL);
+    refuseIrregular(audioURL);
 
     const QString outputBase = m_directories.temporaryDirectory() + u"/kestrova-transcript-"_s +
                                QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();

@@ -1,5 +1,7 @@
 #include "ViewModels/DiagnosticsReporter.h"
 
+#include "Models/JsonObjectReader.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -41,27 +43,38 @@ QJsonObject describe(const AppSettings &settings)
             {"hotbarAssignedSlots"_L1, describeAssignedSlots(settings.hotbarAssignments)}};
 }
 
+// QJsonObject keeps its keys sorted.
+QJsonObject describe(const DiagnosticsReporter &reporter)
+{
+    QJsonObject report{{"bundleIdentifier"_L1, reporter.bundle.identifier.value_or(u""_s)},
+                       {"executablePath"_L1, reporter.bundle.executablePath},
+                       {"appVersion"_L1, reporter.bundle.version.value_or(u"dev"_s)},
+                       {"buildVersion"_L1, reporter.bundle.buildVersion.value_or(u"dev"_s)},
+                       {"state"_L1, reporter.state.displayText()},
+                       {"modelPath"_L1, reporter.modelStatus.modelPath},
+                       {"modelReady"_L1, reporter.modelStatus.isReady},
+                       {"modelExpectedSHA256"_L1, reporter.modelStatus.expectedSHA256},
+                       {"permissions"_L1, describe(reporter.permissions)},
+                       {"settings"_L1, describe(reporter.settings)}};
+    if (reporter.settings.modelSHA256.isEmpty()) {
+        report.insert("warnings"_L1,
+                      QJsonArray{u"Model SHA256 is empty; model downloads are unverified."_s});
+    }
+    return report;
+}
+
 } // namespace
 
 QString DiagnosticsReporter::renderJSON() const
 {
-    QJsonObject report{{"bundleIdentifier"_L1, bundle.identifier.value_or(u""_s)},
-                       {"executablePath"_L1, bundle.executablePath},
-                       {"appVersion"_L1, bundle.version.value_or(u"dev"_s)},
-                       {"buildVersion"_L1, bundle.buildVersion.value_or(u"dev"_s)},
-                       {"state"_L1, state.displayText()},
-                       {"modelPath"_L1, modelStatus.modelPath},
-                       {"modelReady"_L1, modelStatus.isReady},
-                       {"modelExpectedSHA256"_L1, modelStatus.expectedSHA256},
-                       {"permissions"_L1, describe(permissions)},
-                       {"settings"_L1, describe(settings)}};
-    if (settings.modelSHA256.isEmpty()) {
-        report.insert("warnings"_L1,
-                      QJsonArray{u"Model SHA256 is empty; model downloads are unverified."_s});
+    try {
+        QByteArray json = QJsonDocument(describe(*this)).toJson(QJsonDocument::Indented).trimmed();
+        parseJsonObject(json); // Half a character has an escape here, but is no JSON.
+        // A solidus stands in strings only.
+        return QString::fromUtf8(json.replace('/', "\\/"));
+    } catch (const std::exception &) {
+        return uR"({"error":"Failed to generate diagnostics"})"_s;
     }
-    // QJsonObject keeps its keys sorted. A solidus stands in strings only.
-    QByteArray json = QJsonDocument(report).toJson(QJsonDocument::Indented).trimmed();
-    return QString::fromUtf8(json.replace('/', "\\/"));
 }
 
 } // namespace kestrova

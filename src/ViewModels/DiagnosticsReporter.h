@@ -19,7 +19,8 @@ struct DiagnosticsReporter
     BundleInfo bundle;
 
     /// A JSON object (RFC 8259): a member per line, indented, keys sorted at every level, solidus
-    /// escaped, without a line break at the end.
+    /// escaped, without a line break at the end. When the report holds what JSON cannot, an object
+    /// with the one member "error".
     QString renderJSON() const;
 };
 

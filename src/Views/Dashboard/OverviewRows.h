@@ -8,7 +8,7 @@ namespace kestrova {
 /// A hotbar slot in the overview.
 struct OverviewSlotUsageRow
 {
-    int slotIndex = 0;
+    qint64 slotIndex = 0;
     QString
         label; ///< the application's name without white space around it, else "Slot " and number
     qint64 recordings = 0;

@@ -184,6 +184,20 @@ TEST(AppSettings, EveryKindOfDamageIsRefused)
         documentWith({}).replace("\"whisperCLIPath\"", "\"whisperCliPath\""),
         documentWith({}).replace("{\"keyCode\":49,\"modifiers\":768}", "\"space\""),
         documentWith({}).replace("\"/w\"", "\"\xff\xfe\""),
+        documentWith({}).replace("\"/w\"", R"("\q")"),
+        documentWith({}).replace("\"/w\"", R"("\u12g4")"),
+        documentWith({}).replace("\"/w\"", R"("half \ud83d")"),
+        documentWith({}).replace("\"/w\"", R"("half \ude00")"),
+        documentWith({}).replace("\"/w\"", "\"a\nb\""),
+        documentWith({}).replace("\"/w\"", "\"a\tb\""),
+        documentWith({}).replace("\"/w\"", QByteArray("\"a\0b\"", 5)),
+        documentWith({}).replace(":49", ":49."),
+        documentWith({}).replace(":49", ":.49e2"),
+        documentWith({}).replace(":49", ":049"),
+        documentWith({}).replace(":49", ":+49"),
+        documentWith("\"unknown\":\"\\q\""),
+        documentWith("\"unknown\":[1.]"),
+        documentWith("\"unknown\":[1,]"),
         documentWith("\"theme\":\"system\""),
         documentWith("\"theme\":\"Light\""),
         documentWith("\"theme\":1"),
@@ -222,6 +236,18 @@ TEST(AppSettings, WhatIsEncodedDecodesToTheSameRecord)
     settings.setHotbarAssignment(5, u"org.example.Editor"_s, std::nullopt);
     settings.setHotbarShortcut(7, HotkeyShortcut{4294967295, 4294967295});
     EXPECT_EQ(AppSettings::fromJson(settings.toJson()), settings);
+}
+
+TEST(AppSettings, HalfACharacterDoesNotMakeTheDocumentUnreadable)
+{
+    AppSettings settings = AppSettings::defaults();
+    const QString half = u"a"_s + QChar(0xD83D) + u"b"_s;
+    settings.whisperCLIPath = settings.modelDownloadURL = half;
+    settings.modelSHA256 = settings.transcriptionLanguage = half;
+    settings.setHotbarAssignment(5, half, half);
+    const AppSettings stored = AppSettings::fromJson(settings.toJson());
+    EXPECT_EQ(stored.whisperCLIPath, u"a?b"_s);
+    EXPECT_EQ(stored.assignment(5).appName, stored.whisperCLIPath);
 }
 
 TEST(AppSettings, AbsentSlotFieldsAreLeftOutOfTheDocument)

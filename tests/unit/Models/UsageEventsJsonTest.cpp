@@ -191,7 +191,7 @@ TEST(UsageEventsJson, EveryKindOfDamageRefusesTheWholeDocument)
         QByteArray(good).replace("\"wordCount\":3", "\"wordCount\":\"3\""),
         QByteArray(good).replace("\"wordCount\":3", "\"wordCount\":null"),
         withMember("\"slotIndex\":1.5"),
-        withMember("\"slotIndex\":2147483648"),
+        withMember("\"slotIndex\":9223372036854775808"),
         withMember("\"slotIndex\":\"1\""),
         withMember("\"targetAppName\":1"),
         withMember("\"targetAppName\":{}"),
@@ -231,7 +231,7 @@ TEST(UsageEventsJson, WhatIsEncodedLoadsAsTheSameEventAndIsReadByOthers)
         event.id = QUuid::createUuid();
         event.timestamp = {randomDouble()};
         if (i % 2 == 0)
-            event.slotIndex = int(random());
+            event.slotIndex = qint64(random());
         if (i % 3 == 0) {
             const char32_t text[] = {char32_t(random() % 0x80), char32_t(random() % 0xD800), U'😀',
                                      U'"', U'\\'};

@@ -124,7 +124,7 @@ StoredDocument usageDocument()
                 replaced(sound, "\"wordCount\":42", "\"wordCount\":9223372036854775808"),
                 replaced(sound, "\"wordCount\":42", "\"wordCount\":4.2"),
                 replaced(sound, "\"wordCount\":42,", ""),
-                replaced(sound, "\"slotIndex\":9", "\"slotIndex\":2147483648"),
+                replaced(sound, "\"slotIndex\":9", "\"slotIndex\":9223372036854775808"),
                 replaced(sound, "757382401", "1e999"),
                 replaced(sound, "757382401", "\"2025-01-01T00:00:01Z\""),
                 replaced(sound, "E621E1F8-", "E621E1F8"),

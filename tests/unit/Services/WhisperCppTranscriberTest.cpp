@@ -3,13 +3,20 @@
 #include "Models/KestrovaError.h"
 #include "Platform/Fake/FakeProcessRunning.h"
 #include "Platform/Fake/FakeStandardDirectories.h"
+#include "Platform/Linux/ChildProcesses.h"
 #include "support/QtPrinting.h"
+#include "support/WaitUntil.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <thread>
 
 namespace kestrova {
 namespace {
@@ -184,10 +191,12 @@ TEST_F(WhisperCppTranscriberTest, OnlyBlanksAreNoSpeech)
     EXPECT_EQ(failureOf([this] { transcribe(); }), u"No speech detected."_s);
     answerWithFile("");
     EXPECT_EQ(failureOf([this] { transcribe(); }), u"No speech detected."_s);
-    processes.setBehaviour([](const FakeProcessCall &) {
-        return ProcessOutcome{.standardOutput = "\xff\xfe not UTF-8"};
-    });
-    EXPECT_EQ(failureOf([this] { transcribe(); }), u"No speech detected."_s);
+    for (const char *undecodable : {"\xff\xfe not UTF-8", "cut within a charact\xc3", "\xe2\x82"}) {
+        processes.setBehaviour([undecodable](const FakeProcessCall &) {
+            return ProcessOutcome{.standardOutput = undecodable};
+        });
+        EXPECT_EQ(failureOf([this] { transcribe(); }), u"No speech detected."_s);
+    }
 }
 
 TEST_F(WhisperCppTranscriberTest, AFailingToolIsReportedWithItsStatusAndItsWords)
@@ -202,6 +211,11 @@ TEST_F(WhisperCppTranscriberTest, AFailingToolIsReportedWithItsStatusAndItsWords
         return ProcessOutcome{.terminationStatus = 11, .standardError = "\xc3("};
     });
     EXPECT_EQ(failureOf([this] { transcribe(); }), u"whisper-cli failed with status 11. "_s);
+
+    processes.setBehaviour([](const FakeProcessCall &) {
+        return ProcessOutcome{.terminationStatus = 1, .standardError = "cut within a charact\xc3"};
+    });
+    EXPECT_EQ(failureOf([this] { transcribe(); }), u"whisper-cli failed with status 1. "_s);
 }
 
 TEST_F(WhisperCppTranscriberTest, AFailingToolsOutputFileIsLeftInPlace)
@@ -216,11 +230,66 @@ TEST_F(WhisperCppTranscriberTest, AFailingToolsOutputFileIsLeftInPlace)
 
 TEST_F(WhisperCppTranscriberTest, ATranscriptThatIsNotTextIsRefusedAndKept)
 {
-    answerWithFile("\xff\xfe\xfd");
-    EXPECT_TRUE(failureOf([this] {
-                    transcribe();
-                }).endsWith(u".txt: The transcript is not valid UTF-8 text."_s));
-    EXPECT_TRUE(QFile::exists(outputPath(processes.calls().last())));
+    for (const char *bytes : {"\xff\xfe\xfd", "cut within a charact\xc3"}) {
+        answerWithFile(bytes);
+        EXPECT_TRUE(failureOf([this] {
+                        transcribe();
+                    }).endsWith(u".txt: The transcript is not valid UTF-8 text."_s));
+        EXPECT_TRUE(QFile::exists(outputPath(processes.calls().last())));
+    }
+}
+
+TEST_F(WhisperCppTranscriberTest, WhatIsNoFileInTheTranscriptsPlaceIsAnError)
+{
+    const QString elsewhere = path(u"elsewhere.txt"_s);
+    writeFile(elsewhere, "text of another file");
+    const QList<std::function<bool(const QString &)>> intruders{
+        [](const QString &path) { return mkfifo(QFile::encodeName(path).constData(), 0600) == 0; },
+        [](const QString &path) { return QDir().mkdir(path); },
+        [&](const QString &path) { return QFile::link(elsewhere, path); },
+    };
+    for (const auto &put : intruders) {
+        processes.setBehaviour([&put](const FakeProcessCall &call) {
+            EXPECT_TRUE(put(outputPath(call)));
+            return ProcessOutcome{};
+        });
+        EXPECT_TRUE(
+            failureOf([this] { transcribe(); }).endsWith(u".txt: It is not a regular file."_s));
+    }
+    EXPECT_TRUE(QFile::exists(elsewhere));
+}
+
+TEST_F(WhisperCppTranscriberTest, WhatIsNoFileInThePlaceOfTheModelOrTheRecordingIsAnError)
+{
+    const QString pipe = path(u"pipe"_s);
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QString expected = pipe + u": It is not a regular file."_s;
+    const QUrl url = QUrl::fromLocalFile(pipe);
+    EXPECT_EQ(failureOf([&] { transcriber.transcribe(audio, url, {}); }), expected);
+    EXPECT_EQ(failureOf([&] { transcriber.transcribe(url, model, {}); }), expected);
+    EXPECT_TRUE(processes.calls().isEmpty());
+
+    const QString link = path(u"link.bin"_s);
+    ASSERT_TRUE(QFile::link(model.toLocalFile(), link));
+    answerWithFile("text");
+    EXPECT_EQ(transcriber.transcribe(audio, QUrl::fromLocalFile(link), {}).text, u"text"_s)
+        << "a model may be kept elsewhere";
+}
+
+TEST_F(WhisperCppTranscriberTest, TheTimeThatTheToolTookIsToldInMilliseconds)
+{
+    using namespace std::chrono;
+    const auto now = [] { return steady_clock::now(); };
+    processes.setBehaviour([&](const FakeProcessCall &call) {
+        for (const auto start = now(); now() - start < 30ms;) {
+        }
+        writeFile(outputPath(call), "text");
+        return ProcessOutcome{};
+    });
+    const auto start = now();
+    const qint64 elapsed = transcribe().elapsedMilliseconds;
+    EXPECT_GE(elapsed, 30);
+    EXPECT_LE(elapsed, duration_cast<milliseconds>(now() - start).count());
 }
 
 TEST_F(WhisperCppTranscriberTest, AnUnstartableToolPassesThePlatformsErrorThrough)
@@ -314,6 +383,24 @@ TEST_F(DecoderLimitTest, AReplacedExecutableIsAskedAnew)
               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     transcribe();
     EXPECT_EQ(askedDecoders().last(), u"10/10"_s);
+}
+
+TEST_F(DecoderLimitTest, TheSecondRunIsAlsoEndedWithTheProgram)
+{
+    const QByteArray script = "#!/bin/sh\n"
+                              "[ \"${12}\" = 8 ] && echo $$ >\"$0.second\" && exec sleep 1000\n"
+                              "echo 'too many decoders requested (10), max = 8' >&2\n"
+                              "exit 10\n";
+    writeFile(config.cliPath, script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    ChildProcesses children;
+    WhisperCppTranscriber real([this] { return config; }, children, directories,
+                               programEnding.get_token());
+    const std::jthread ending([this] {
+        waitUntil([this] { return QFile::exists(config.cliPath + u".second"_s); });
+        programEnding.request_stop();
+    });
+    EXPECT_THROW(real.transcribe(audio, model, {}), Cancelled);
+    EXPECT_TRUE(QFile::exists(config.cliPath + u".second"_s));
 }
 
 TEST_F(DecoderLimitTest, TheBalancedProfileIsNeverRunTwice)

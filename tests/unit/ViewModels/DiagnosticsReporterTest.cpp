@@ -133,6 +133,13 @@ TEST(DiagnosticsReporter, SlotsWithoutAnApplicationAreLeftOutAndTheOrderIsKept)
     EXPECT_EQ(assigned[1]["slot"_L1], 3);
 }
 
+TEST(DiagnosticsReporter, WhatHasNoJsonIsReportedAsAFailure)
+{
+    DiagnosticsReporter report = fullReport();
+    report.settings.whisperCLIPath = QChar(0xD83D);
+    EXPECT_EQ(report.renderJSON(), uR"({"error":"Failed to generate diagnostics"})"_s);
+}
+
 using AppControllerDiagnosticsTest = ControllerTest;
 
 TEST_F(AppControllerDiagnosticsTest, TheReportIsOfThisMoment)
