@@ -6,11 +6,16 @@ namespace kestrova {
 
 using namespace Qt::StringLiterals;
 
+bool HotbarSlotAssignment::isAssigned() const
+{
+    return bundleIdentifier && !bundleIdentifier->isEmpty();
+}
+
 QString HotbarSlotAssignment::displayName() const
 {
     if (appName && !appName->isEmpty())
         return *appName;
-    if (bundleIdentifier && !bundleIdentifier->isEmpty())
+    if (isAssigned())
         return *bundleIdentifier;
     return u"Unassigned"_s;
 }

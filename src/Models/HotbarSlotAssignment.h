@@ -12,10 +12,11 @@ struct HotbarSlotAssignment
     static constexpr bool isSlotNumber(qint64 number) { return number >= 1 && number <= slotCount; }
 
     qint64 slotIndex = 0;
-    std::optional<QString> bundleIdentifier; ///< none: the slot is unassigned
+    std::optional<QString> bundleIdentifier; ///< none, or empty: the slot is unassigned
     std::optional<QString> appName;
     std::optional<HotkeyShortcut> shortcut; ///< none: the slot's default shortcut applies
 
+    bool isAssigned() const;
     /// The application's name, else its identifier, else "Unassigned".
     QString displayName() const;
     /// The slot's own shortcut, else its default; none only for a number outside 1 to 9.

@@ -26,6 +26,8 @@ struct KeyEvent
     quint32 modifiers = 0; ///< the HotkeyShortcut::Modifier bits that were held; no others
     bool isRepeat = false; ///< the key was down already and repeats
     Type type = keyDown;
+    /// Another program has reserved the key and got it, whatever window has the keyboard.
+    bool isReserved = false;
 
     bool operator==(const KeyEvent &) const = default;
 };

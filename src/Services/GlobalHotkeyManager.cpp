@@ -12,11 +12,13 @@ bool matches(const HotkeyShortcut &shortcut, const KeyEvent &event)
     return shortcut.keyCode == event.keyCode && (differing & HotkeyShortcut::allModifiers) == 0;
 }
 
-QList<HotkeyShortcut> shortcutsOf(const QList<HotkeyBinding> &bindings)
+QList<HotkeyShortcut> exclusiveShortcutsOf(const QList<HotkeyBinding> &bindings)
 {
     QList<HotkeyShortcut> shortcuts;
-    for (const HotkeyBinding &binding : bindings)
-        shortcuts.append(binding.shortcut);
+    for (const HotkeyBinding &binding : bindings) {
+        if (binding.isExclusive)
+            shortcuts.append(binding.shortcut);
+    }
     return shortcuts;
 }
 
@@ -30,7 +32,7 @@ void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
         KeyEvent::keyDown, [this](const KeyEvent &event) { handle(event); });
     m_localMonitor = m_monitoring.addLocalMonitor(
         KeyEvent::keyDown, [this](const KeyEvent &event) { return handle(event); });
-    m_withheldShortcuts = m_monitoring.withhold(shortcutsOf(bindings));
+    m_withheldShortcuts = m_monitoring.withhold(exclusiveShortcutsOf(bindings));
 }
 
 void GlobalHotkeyManager::unregister()
@@ -47,7 +49,7 @@ bool GlobalHotkeyManager::handle(const KeyEvent &event) const
         std::find_if(m_bindings.begin(), m_bindings.end(), [&](const HotkeyBinding &candidate) {
             return matches(candidate.shortcut, event);
         });
-    if (binding == m_bindings.end())
+    if (binding == m_bindings.end() || (event.isReserved && !binding->isExclusive))
         return false;
     const auto handler = binding->handler; // it may replace the bindings, or end this object
     handler();

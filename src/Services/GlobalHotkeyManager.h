@@ -9,9 +9,9 @@
 namespace kestrova {
 
 /// Calls the handler of the first binding whose shortcut goes down, in any program's window, and
-/// again for every repeat while it is held. The window in front does not get the keystroke, where
-/// that can be had: otherwise every dictation would begin with what the shortcut types. Main
-/// thread.
+/// again for every repeat while it is held. The window in front does not get the keystroke of an
+/// exclusive binding, where that can be had: otherwise every dictation would begin with what the
+/// shortcut types. Main thread.
 class GlobalHotkeyManager final : public HotkeyManaging
 {
 public:

@@ -25,8 +25,9 @@ QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<v
     QList<HotkeyBinding> bindings{{u"toggle"_s, settings.shortcut, std::move(toggleMain)}};
     for (int slot = 1; slot <= HotbarSlotAssignment::slotCount; ++slot) {
         if (const auto shortcut = settings.hotbarShortcut(slot)) {
-            bindings.append(
-                {u"hotbar-%1"_s.arg(slot), *shortcut, [toggleSlot, slot] { toggleSlot(slot); }});
+            bindings.append({u"hotbar-%1"_s.arg(slot), *shortcut,
+                             [toggleSlot, slot] { toggleSlot(slot); },
+                             settings.assignment(slot).isAssigned()});
         }
     }
     return bindings;

@@ -4,7 +4,8 @@
 
 namespace kestrova {
 
-/// The binding "toggle" of the main shortcut, then "hotbar-1" to "hotbar-9", assigned or not.
+/// The binding "toggle" of the main shortcut, then "hotbar-1" to "hotbar-9", assigned or not. Those
+/// of unassigned slots take their shortcuts from no other program.
 QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<void()> toggleMain,
                                     const std::function<void(int slotIndex)> &toggleSlot);
 

@@ -38,9 +38,9 @@ std::optional<TargetApplication> InsertionTargets::forHotbarSlot(const AppSettin
                                                                  int slotIndex) const
 {
     const HotbarSlotAssignment slot = settings.assignment(slotIndex);
-    const QString identifier = slot.bundleIdentifier.value_or(QString());
-    if (identifier.isEmpty())
+    if (!slot.isAssigned())
         return std::nullopt;
+    const QString &identifier = *slot.bundleIdentifier;
     TargetApplication target{0, identifier, slot.appName};
 
     const QList<RunningApplication> instances = m_workspace.runningApplications(identifier);

@@ -2,6 +2,7 @@
 
 #include "Views/Dashboard/OverviewRows.h"
 #include "Views/Dashboard/UsageText.h"
+#include "Views/ShortcutHint.h"
 
 #include <QTextBoundaryFinder>
 
@@ -42,7 +43,7 @@ HotbarSlotRow rowOf(int slotIndex, const AppController &controller, const AppSet
     row.title = u"Slot %1"_s.arg(slotIndex);
     row.appName = slot.displayName();
     row.shortcut = controller.hotbarShortcutDisplay(slotIndex);
-    row.isAssigned = !slot.bundleIdentifier.value_or(QString()).isEmpty();
+    row.isAssigned = slot.isAssigned();
     if (row.isAssigned)
         row.initial = initialOf(row.appName);
     return row;
@@ -51,7 +52,10 @@ HotbarSlotRow rowOf(int slotIndex, const AppController &controller, const AppSet
 } // namespace
 
 DashboardModel::DashboardModel(AppController &controller, KeyEventMonitoring &monitoring)
-    : m_controller(controller), m_state(controller.appState()), m_recorder(controller, monitoring)
+    : m_controller(controller), m_state(controller.appState()), m_keyboard(monitoring),
+      m_recorder(controller, monitoring),
+      m_keyboardMonitor(monitoring.addGlobalMonitor(
+          KeyEvent::keyboardChanged, [this](const KeyEvent &) { Q_EMIT hotbarSlotsChanged(); }))
 {
     m_controller.refreshUsageAnalytics();
     followBuckets();
@@ -140,8 +144,13 @@ int DashboardModel::slotCount() const
 QVariantList DashboardModel::hotbarSlots() const
 {
     QVariantList rows;
-    for (int slotIndex = 1; slotIndex <= slotCount(); ++slotIndex)
-        rows.append(QVariant::fromValue(rowOf(slotIndex, m_controller, m_state.settings.get())));
+    const AppSettings &settings = m_state.settings.get();
+    for (int slotIndex = 1; slotIndex <= slotCount(); ++slotIndex) {
+        HotbarSlotRow row = rowOf(slotIndex, m_controller, settings);
+        if (const auto shortcut = settings.hotbarShortcut(slotIndex))
+            row.shortcutHint = kestrova::shortcutHint(m_keyboard, *shortcut);
+        rows.append(QVariant::fromValue(row));
+    }
     return rows;
 }
 

@@ -108,7 +108,9 @@ private:
 
     AppController &m_controller;
     AppState &m_state;
+    KeyEventMonitoring &m_keyboard;
     ShortcutRecorder m_recorder;
+    const std::unique_ptr<KeyEventMonitoring::Monitor> m_keyboardMonitor;
     UsageChartStyle m_chartStyle = Bar;
     UsageSummary m_totals;
     TrendChart m_trendChart;

@@ -43,6 +43,7 @@ struct HotbarSlotRow
     Q_PROPERTY(QString appName MEMBER appName)
     Q_PROPERTY(QString initial MEMBER initial)
     Q_PROPERTY(QString shortcut MEMBER shortcut)
+    Q_PROPERTY(QString shortcutHint MEMBER shortcutHint)
     Q_PROPERTY(bool isAssigned MEMBER isAssigned)
 
 public:
@@ -51,6 +52,7 @@ public:
     QString appName;
     QString initial; ///< of the application; empty when there is none
     QString shortcut;
+    QString shortcutHint; ///< why it cannot be typed; empty when it can
     bool isAssigned = false;
 };
 

@@ -49,6 +49,14 @@ SurfaceCard {
                     style: Theme.callout
                     color: Theme.secondary
                 }
+                StyledText {
+                    Layout.fillWidth: true
+                    text: card.slot.shortcutHint
+                    style: Theme.caption
+                    visible: text.length > 0
+                    wrapMode: Text.Wrap
+                    Accessible.role: Accessible.AlertMessage
+                }
             }
             Rectangle {
                 id: chip

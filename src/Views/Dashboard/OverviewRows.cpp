@@ -22,7 +22,7 @@ QList<OverviewSlotUsageRow> overviewSlotUsageRows(const QList<SlotUsageStat> &sl
     QList<OverviewSlotUsageRow> rows;
     for (const SlotUsageStat &usage : slotUsage) {
         const HotbarSlotAssignment slot = settings.assignment(usage.slotIndex);
-        if (!slot.bundleIdentifier.value_or(QString()).isEmpty())
+        if (slot.isAssigned())
             rows.append({usage.slotIndex, labelOf(slot), usage.recordings});
     }
     return rows;

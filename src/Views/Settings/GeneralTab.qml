@@ -23,6 +23,14 @@ ColumnLayout {
             label: "Current"
             value: tab.model.shortcut
         }
+        StyledText {
+            Layout.fillWidth: true
+            text: tab.model.shortcutHint
+            style: Theme.caption
+            visible: text.length > 0
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.AlertMessage
+        }
         Flow {
             Layout.fillWidth: true
             spacing: 8

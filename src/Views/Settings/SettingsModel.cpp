@@ -3,6 +3,7 @@
 #include "ViewModels/MicrophonePermissionMessages.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
+#include "Views/ShortcutHint.h"
 #include "Views/ShownPart.h"
 
 #include <QTextStream>
@@ -39,7 +40,9 @@ QString address(SettingsModel::ModelPreset preset)
 
 SettingsModel::SettingsModel(AppController &controller, Platform &platform)
     : m_controller(controller), m_state(controller.appState()), m_platform(platform),
-      m_recorder(controller, *platform.keyMonitoring)
+      m_recorder(controller, *platform.keyMonitoring),
+      m_keyboardMonitor(platform.keyMonitoring->addGlobalMonitor(
+          KeyEvent::keyboardChanged, [this](const KeyEvent &) { Q_EMIT changed(); }))
 {
     for (const auto signal :
          {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,
@@ -77,6 +80,11 @@ void SettingsModel::copyError()
 QString SettingsModel::shortcut() const
 {
     return m_state.settings.get().shortcut.displayText();
+}
+
+QString SettingsModel::shortcutHint() const
+{
+    return kestrova::shortcutHint(*m_platform.keyMonitoring, m_state.settings.get().shortcut);
 }
 
 void SettingsModel::recordShortcut()

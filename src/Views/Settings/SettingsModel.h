@@ -24,6 +24,8 @@ class SettingsModel final : public QObject
 
     // General
     Q_PROPERTY(QString shortcut READ shortcut NOTIFY changed)
+    /// Why the shortcut cannot be typed on this keyboard; empty when it can.
+    Q_PROPERTY(QString shortcutHint READ shortcutHint NOTIFY changed)
     Q_PROPERTY(kestrova::ShortcutRecorder *recorder READ recorder CONSTANT)
     Q_PROPERTY(Theme theme READ theme WRITE setTheme NOTIFY changed)
 
@@ -76,6 +78,7 @@ public:
     QString lastError() const;
 
     QString shortcut() const;
+    QString shortcutHint() const;
     ShortcutRecorder *recorder() { return &m_recorder; }
     Theme theme() const;
     void setTheme(Theme theme);
@@ -138,6 +141,7 @@ private:
     const AppState &m_state;
     Platform &m_platform;
     ShortcutRecorder m_recorder;
+    const std::unique_ptr<KeyEventMonitoring::Monitor> m_keyboardMonitor;
 };
 
 } // namespace kestrova

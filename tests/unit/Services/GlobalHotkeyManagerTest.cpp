@@ -67,6 +67,26 @@ TEST_F(GlobalHotkeyManagerTest, OtherWindowsDoNotGetTheShortcutsWhileTheyAreRegi
     EXPECT_EQ(monitoring.withheld(), QList<HotkeyShortcut>());
 }
 
+TEST_F(GlobalHotkeyManagerTest, ABindingThatIsNotExclusiveAnswersWhereNobodyHasReservedItsShortcut)
+{
+    const HotkeyShortcut slot{18, command | option};
+    HotkeyBinding unassigned = binding(u"hotbar-1"_s, slot);
+    unassigned.isExclusive = false;
+    manager.registerBindings({unassigned});
+    EXPECT_EQ(monitoring.withheld(), QList<HotkeyShortcut>());
+    monitoring.pressGlobally({.keyCode = 18, .modifiers = command | option, .isReserved = true});
+    EXPECT_EQ(called, QStringList());
+    monitoring.pressGlobally({18, command | option});
+    EXPECT_EQ(called, QStringList{u"hotbar-1"_s});
+}
+
+TEST_F(GlobalHotkeyManagerTest, AnExclusiveBindingAnswersAlsoWhereAnotherProgramHasItsShortcut)
+{
+    manager.registerBindings({binding(u"toggle"_s, {space, command | shift})});
+    monitoring.pressGlobally({.keyCode = space, .modifiers = command | shift, .isReserved = true});
+    EXPECT_EQ(called, QStringList{u"toggle"_s});
+}
+
 TEST_F(GlobalHotkeyManagerTest, AnEmptyListInstallsBothMonitorsAndMatchesNothing)
 {
     manager.registerBindings({});

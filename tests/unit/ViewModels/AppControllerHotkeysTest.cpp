@@ -23,6 +23,29 @@ public:
     bool canType(const HotkeyShortcut &) override { return true; }
 };
 
+/// Tells when shortcuts are armed.
+class ObservedKeyMonitoring final : public KeyEventMonitoring
+{
+public:
+    explicit ObservedKeyMonitoring(std::function<void()> onArming) : m_onArming(std::move(onArming))
+    {
+    }
+    std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types, GlobalHandler) override
+    {
+        m_onArming();
+        return nullptr;
+    }
+    std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types, LocalHandler) override
+    {
+        return nullptr;
+    }
+    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &) override { return nullptr; }
+    bool canType(const HotkeyShortcut &) override { return true; }
+
+private:
+    const std::function<void()> m_onArming;
+};
+
 class AppControllerHotkeysTest : public ControllerTest
 {
 protected:
@@ -82,6 +105,19 @@ TEST_F(AppControllerHotkeysTest, EveryCommitArmsTheShortcutsOfTheNewSettings)
     EXPECT_TRUE(startsRecording(commandF));
     EXPECT_EQ(fake.keyboard.globalMonitorCount(), 1);
     EXPECT_EQ(fake.keyboard.localMonitorCount(), 1);
+}
+
+TEST_F(AppControllerHotkeysTest, AChangeIsStoredBeforeItIsArmed)
+{
+    end();
+    HotkeyShortcut storedWhenArmed;
+    fake.platform.keyMonitoring = std::make_unique<ObservedKeyMonitoring>(
+        [&] { storedWhenArmed = settingsStore->load().shortcut; });
+    launch();
+    EXPECT_EQ(storedWhenArmed, HotkeyShortcut::defaultMain());
+    controller->setGlobalShortcut(commandF);
+    EXPECT_EQ(storedWhenArmed, commandF);
+    end();
 }
 
 TEST_F(AppControllerHotkeysTest, UnregisteredShortcutsDoNothingUntilTheyAreRegisteredAgain)

@@ -42,6 +42,29 @@ TEST_F(HotkeyBindingsTest, TheMainShortcutComesFirstAndThenEverySlotAssignedOrNo
     }
 }
 
+TEST_F(HotkeyBindingsTest, UnassignedSlotsTakeTheirShortcutsFromNobody)
+{
+    settings.setHotbarAssignment(3, u"org.editor"_s, std::nullopt);
+    QStringList exclusive;
+    for (const HotkeyBinding &binding : bindings()) {
+        if (binding.isExclusive)
+            exclusive.append(binding.id);
+    }
+    EXPECT_EQ(exclusive, QStringList({u"toggle"_s, u"hotbar-3"_s}));
+}
+
+TEST_F(HotkeyBindingsTest, OfSeveralEntriesOfASlotTheFirstCounts)
+{
+    settings.hotbarAssignments = {
+        {.slotIndex = 2, .bundleIdentifier = {}, .appName = {}, .shortcut = commandF},
+        {.slotIndex = 2,
+         .bundleIdentifier = u"org.editor"_s,
+         .appName = {},
+         .shortcut = HotkeyShortcut{5, HotkeyShortcut::command}}};
+    EXPECT_EQ(bindings()[2].shortcut, commandF);
+    EXPECT_FALSE(bindings()[2].isExclusive);
+}
+
 TEST_F(HotkeyBindingsTest, EachCallsItsOwnCommand)
 {
     for (const HotkeyBinding &binding : bindings())

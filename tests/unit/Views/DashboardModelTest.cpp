@@ -64,6 +64,20 @@ protected:
     std::unique_ptr<DashboardModel> model;
 };
 
+TEST_F(DashboardModelTest, ASlotWhoseShortcutTheKeyboardCannotTypeSaysSo)
+{
+    open();
+    EXPECT_EQ(slot(1).shortcutHint, QString());
+    QSignalSpy changed(model.get(), &DashboardModel::hotbarSlotsChanged);
+    fake.keyboard.setMissingModifiers(HotkeyShortcut::command);
+    EXPECT_EQ(changed.size(), 1);
+    controller->setHotbarShortcut(2, {3, HotkeyShortcut::control});
+    EXPECT_EQ(slot(1).shortcutHint,
+              u"⌘⌥1 cannot be typed on this keyboard: it has no Super (⌘) key. Record another "
+              "shortcut, or change the keyboard's options."_s);
+    EXPECT_EQ(slot(2).shortcutHint, QString());
+}
+
 TEST_F(DashboardModelTest, OpeningReadsTheUsageAnew)
 {
     record({eventAt(date("2024-03-15T11:30:00+01:00"), 5)});

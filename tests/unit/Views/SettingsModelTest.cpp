@@ -55,6 +55,21 @@ TEST_F(SettingsModelTest, OfAnEndlessErrorTheBeginningIsShownAndAllOfItCopied)
     EXPECT_EQ(fake.pasteboard.string(), endless);
 }
 
+TEST_F(SettingsModelTest, AShortcutThatTheKeyboardCannotTypeIsExplainedAsLongAsItIsSo)
+{
+    EXPECT_EQ(model.shortcutHint(), QString());
+    changes = 0;
+    fake.keyboard.setMissingModifiers(HotkeyShortcut::command);
+    EXPECT_GT(changes, 0);
+    EXPECT_EQ(model.shortcutHint(),
+              u"⌘⇧Space cannot be typed on this keyboard: it has no Super (⌘) key. Record another "
+              "shortcut, or change the keyboard's options."_s);
+    controller->setGlobalShortcut({49, HotkeyShortcut::option | HotkeyShortcut::control});
+    EXPECT_EQ(model.shortcutHint(), QString());
+    fake.keyboard.setMissingModifiers(HotkeyShortcut::option | HotkeyShortcut::control);
+    EXPECT_TRUE(model.shortcutHint().contains(u": it has no Alt (⌥) and no Ctrl (⌃) key."_s));
+}
+
 TEST_F(SettingsModelTest, TheRecorderSetsTheMainShortcut)
 {
     model.recordShortcut();

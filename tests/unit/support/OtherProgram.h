@@ -19,6 +19,8 @@ public:
     /// Takes every key for its window, as an open menu does, whatever window has the focus.
     void grabKeyboard() { order("grab"); }
     void ungrabKeyboard() { order("ungrab"); }
+    /// Takes the key, with any modifiers, whatever window has the focus.
+    void reserve(int keyCode) { order("reserve " + QByteArray::number(keyCode)); }
     /// Takes the focus off every window.
     void leaveKeyboard() { order("leave"); }
 

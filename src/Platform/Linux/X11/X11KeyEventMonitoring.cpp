@@ -65,16 +65,22 @@ void X11KeyEventMonitoring::grabWithheld()
     const auto shortcuts = m_withheld.lock();
     if (!shortcuts)
         return;
-    const X11KeyTranslation translation(m_connection);
     std::set<X11KeyCombination> combinations;
     for (const HotkeyShortcut &shortcut : *shortcuts)
-        combinations.merge(translation.combinations(shortcut));
+        combinations.merge(translation().combinations(shortcut));
     m_grabs->set(std::move(combinations));
+}
+
+const X11KeyTranslation &X11KeyEventMonitoring::translation()
+{
+    if (!m_translation)
+        m_translation.emplace(m_connection);
+    return *m_translation;
 }
 
 bool X11KeyEventMonitoring::canType(const HotkeyShortcut &shortcut)
 {
-    return !X11KeyTranslation(m_connection).combinations(shortcut).empty();
+    return !translation().combinations(shortcut).empty();
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
@@ -88,8 +94,10 @@ void X11KeyEventMonitoring::report(const KeyEvent &event)
     // Not as soon as the last monitor ends: replacing the bindings ends one and adds the next.
     if (m_global.count() == 0)
         m_recording.reset();
-    if (event.type == KeyEvent::keyboardChanged)
+    if (event.type == KeyEvent::keyboardChanged) {
+        m_translation.reset();
         grabWithheld();
+    }
     m_global.call(event);
 }
 

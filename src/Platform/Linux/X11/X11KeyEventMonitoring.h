@@ -35,6 +35,7 @@ private:
     bool record();
     void report(const KeyEvent &event);
     void grabWithheld();
+    const X11KeyTranslation &translation();
 
     X11Connection &m_connection;
     PostedKeys &m_postedKeys;
@@ -44,7 +45,8 @@ private:
     X11KeyFilter m_filter;
     QObject m_mainThread; // what the recording's thread posts to
     std::unique_ptr<X11KeyRecording> m_recording;
-    std::shared_ptr<X11KeyGrabs> m_grabs; // once something was to be withheld
+    std::optional<X11KeyTranslation> m_translation; // read when it is needed
+    std::shared_ptr<X11KeyGrabs> m_grabs;           // once something was to be withheld
     std::weak_ptr<const QList<HotkeyShortcut>> m_withheld;
 };
 

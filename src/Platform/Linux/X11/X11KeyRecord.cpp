@@ -18,18 +18,21 @@ constexpr uint8_t startOfData = 4;
 constexpr int eventSize = 32;
 static_assert(sizeof(xcb_key_press_event_t) == eventSize);
 
-std::optional<RecordedKey> keyOf(const uint8_t *bytes, bool isDelivered)
+// A device is no client and has no resources.
+std::optional<RecordedKey> keyOf(const uint8_t *bytes, uint32_t client)
 {
     xcb_key_press_event_t event;
     std::memcpy(&event, bytes, sizeof event);
     if (event.response_type != XCB_KEY_PRESS && event.response_type != XCB_KEY_RELEASE)
         return std::nullopt;
+    const bool isDelivered = client != 0;
     RecordedKey key{event.response_type == XCB_KEY_PRESS,
                     isDelivered,
                     event.detail,
                     event.state,
                     event.time,
-                    XCB_WINDOW_NONE};
+                    XCB_WINDOW_NONE,
+                    client};
     if (isDelivered)
         key.window = event.event;
     return key;
@@ -90,12 +93,10 @@ void X11KeyRecord::read(std::vector<RecordedKey> &keys)
             static_cast<xcb_record_enable_context_reply_t *>(next));
         if (reply->category != fromServer)
             continue;
-        // A device is no client.
-        const bool isDelivered = reply->xid_base != 0;
         const uint8_t *const bytes = xcb_record_enable_context_data(reply.get());
         const int length = xcb_record_enable_context_data_length(reply.get());
         for (int begin = 0; begin + eventSize <= length; begin += eventSize) {
-            if (const auto key = keyOf(bytes + begin, isDelivered))
+            if (const auto key = keyOf(bytes + begin, reply->xid_base))
                 keys.push_back(*key);
         }
     }

@@ -17,6 +17,7 @@ struct RecordedKey
     uint16_t state; ///< modifiers and locks before the event
     xcb_timestamp_t time;
     xcb_window_t window; ///< that was told, when it was delivered
+    uint32_t client;     ///< the resource base of the client that was told, when it was delivered
 
     bool isDeliveryOf(const RecordedKey &other) const
     {

@@ -138,7 +138,7 @@ void X11KeyRecording::handle(std::size_t index)
     attribute(index, *event);
 }
 
-void X11KeyRecording::attribute(std::size_t index, const KeyEvent &event)
+void X11KeyRecording::attribute(std::size_t index, KeyEvent event)
 {
     const RecordedKey &key = m_keys[index];
     // Which window has the focus would not tell: grabs send keys elsewhere, and it is known only
@@ -150,11 +150,20 @@ void X11KeyRecording::attribute(std::size_t index, const KeyEvent &event)
             continue;
         isReceived = true;
         isOurs = isOurs || isOwn(m_keys[i].window);
+        event.isReserved = event.isReserved || isReserved(m_keys[i]);
     }
     if (event.type == KeyEvent::keyDown)
         m_heldKey = isReceived ? std::nullopt : std::optional(key.key);
     if (!isOurs)
         m_report(event);
+}
+
+// Window managers and the like grab their keys on the root window; no window with the focus is told
+// of keys there.
+bool X11KeyRecording::isReserved(const RecordedKey &delivery)
+{
+    return delivery.window == m_control.root() &&
+           clientProcess(m_control, delivery.client) != m_ownProcess;
 }
 
 bool X11KeyRecording::isOwn(xcb_window_t window)

@@ -43,8 +43,9 @@ private:
     bool takeEvents();
     void followKeyboard();
     void handle(std::size_t index);
-    void attribute(std::size_t index, const KeyEvent &event);
+    void attribute(std::size_t index, KeyEvent event);
     bool isOwn(xcb_window_t window);
+    bool isReserved(const RecordedKey &delivery);
     void askForHeldKey();
 
     PostedKeys &m_postedKeys;
