@@ -17,6 +17,14 @@ namespace {
 
 constexpr mode_t lockFileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
 
+// The umask may take from the mode what the user's next start needs.
+void keepForTheUser(int lockFile)
+{
+    struct stat status = {};
+    if (fstat(lockFile, &status) == 0)
+        fchmod(lockFile, (status.st_mode & ALLPERMS) | S_IRUSR | S_IWUSR);
+}
+
 } // namespace
 
 SingleInstanceLock::~SingleInstanceLock()
@@ -47,8 +55,10 @@ bool SingleInstanceLock::acquire()
     m_fileDescriptor = openLockFile();
     if (m_fileDescriptor < 0)
         return false;
-    if (flock(m_fileDescriptor, LOCK_EX | LOCK_NB) == 0)
+    if (flock(m_fileDescriptor, LOCK_EX | LOCK_NB) == 0) {
+        keepForTheUser(m_fileDescriptor);
         return true;
+    }
     close(m_fileDescriptor);
     m_fileDescriptor = -1;
     return false;

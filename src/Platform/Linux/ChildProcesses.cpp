@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -25,6 +26,7 @@ constexpr std::chrono::milliseconds terminationGrace = 500ms;
 void detachFromParentButNotFromItsLife(pid_t parent)
 {
     setpgid(0, 0);
+    umask(S_IRWXG | S_IRWXO); // A transcript is the user's alone.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent)
         _exit(EXIT_FAILURE); // The parent died before it could be watched.

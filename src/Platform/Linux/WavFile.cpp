@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -23,6 +24,7 @@ int createPrivately(const QString &path)
                                 O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC | O_RDWR, 0600);
     if (descriptor < 0)
         throw PlatformError(path + u": "_s + qt_error_string(errno));
+    fchmod(descriptor, 0600); // The umask may take from the mode what the user needs.
     return descriptor;
 }
 

@@ -161,6 +161,11 @@ TEST_F(SingleInstanceLockTest, TheFileIsReadableByAllUnlessTheUsersMaskForbidsIt
     ASSERT_TRUE(SingleInstanceLock(directories).acquire());
     ASSERT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & ALLPERMS, 0600U);
+    ASSERT_TRUE(QFile::remove(path));
+    umask(0777);
+    ASSERT_TRUE(SingleInstanceLock(directories).acquire());
+    ASSERT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & ALLPERMS, 0600U) << "the next start must get at it";
     umask(before);
 }
 

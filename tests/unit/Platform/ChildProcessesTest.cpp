@@ -1,6 +1,7 @@
 #include "Platform/Linux/ChildProcesses.h"
 #include "Models/ReadableError.h"
 #include "support/QtPrinting.h"
+#include "support/Umask.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -32,6 +33,14 @@ protected:
     QTemporaryDir folder;
     ChildProcesses processes;
 };
+
+TEST_F(ChildProcessesTest, WhatAChildWritesIsTheUsersAlone)
+{
+    const Umask umask(0);
+    const QString path = folder.filePath(u"transcript"_s);
+    shell(u"echo text >'%1'"_s.arg(path));
+    EXPECT_EQ(modeOf(path), 0600U);
+}
 
 bool waitUntil(const std::function<bool()> &condition)
 {

@@ -2,13 +2,12 @@
 
 #include "Models/ReadableError.h"
 #include "Services/FileSizeLimit.h"
+#include "support/Umask.h"
 #include "support/WavSamples.h"
 
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
-
-#include <sys/stat.h>
 
 namespace kestrova {
 namespace {
@@ -63,14 +62,14 @@ TEST_F(WavFileTest, SilenceTakesItsTime)
     EXPECT_THAT(completeWavSamples(path), Optional(expected));
 }
 
-TEST_F(WavFileTest, IsForTheUserAlone)
+TEST_F(WavFileTest, IsForTheUserAloneWhateverTheUmaskIs)
 {
-    const mode_t mask = umask(0);
-    const WavFile file(path, {});
-    umask(mask);
-    struct stat status = {};
-    ASSERT_EQ(stat(path.toUtf8().constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0600U);
+    for (const mode_t mask : {0, 0777}) {
+        const Umask umask(mask);
+        const WavFile file(path, {});
+        EXPECT_EQ(modeOf(path), 0600U);
+        ASSERT_TRUE(QFile::remove(path));
+    }
 }
 
 TEST_F(WavFileTest, AFileThatIsThereAlreadyIsLeftAlone)
