@@ -28,6 +28,7 @@ StatusPrinter::StatusPrinter(const AppState &state) : m_state(state)
 {
     connect(&state, &AppState::stateChanged, this, &StatusPrinter::printState);
     connect(&state, &AppState::lastTranscriptChanged, this, &StatusPrinter::printTranscript);
+    connect(&state, &AppState::lastDeliveryChanged, this, &StatusPrinter::printLateDelivery);
     connect(&state, &AppState::modelDownloadChanged, this, &StatusPrinter::printDownload);
     connect(&state, &AppState::isPreparingModelChanged, this, &StatusPrinter::printModel);
     print("ready"_L1, {});
@@ -54,7 +55,17 @@ void StatusPrinter::printState()
 
 void StatusPrinter::printTranscript()
 {
-    print("transcript"_L1, {{"text"_L1, m_state.lastTranscript.get()}});
+    const Delivery &delivery = m_state.lastDelivery.get();
+    m_printedDelivery = delivery.number;
+    print("transcript"_L1,
+          {{"text"_L1, m_state.lastTranscript.get()}, {"delivery"_L1, rawValue(delivery.outcome)}});
+}
+
+void StatusPrinter::printLateDelivery()
+{
+    const Delivery &delivery = m_state.lastDelivery.get();
+    if (delivery.number == m_printedDelivery)
+        print("delivery"_L1, {{"delivery"_L1, rawValue(delivery.outcome)}});
 }
 
 void StatusPrinter::printDownload()

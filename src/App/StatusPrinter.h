@@ -12,7 +12,8 @@ namespace kestrova {
 ///     {"event":"ready"}                                     the shortcuts work
 ///     {"event":"state","state":"idle|recording|processing"}
 ///     {"event":"state","state":"error","message":…}
-///     {"event":"transcript","text":…}                       pasted
+///     {"event":"transcript","text":…,"delivery":"requested|unknown|leftOnClipboard|replaced"}
+///     {"event":"delivery","delivery":"requested"}           the last transcript, after all
 ///     {"event":"download","received":…,"total":…}           bytes of the model; the total if known
 ///     {"event":"model","ready":…}                           the download ended, one way or another
 ///     {"event":"shown","window":…}                          an opened window has been drawn
@@ -31,10 +32,12 @@ public:
 private:
     void printState();
     void printTranscript();
+    void printLateDelivery();
     void printDownload();
     void printModel();
 
     const AppState &m_state;
+    quint64 m_printedDelivery = 0;
 };
 
 } // namespace kestrova

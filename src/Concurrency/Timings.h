@@ -19,6 +19,11 @@ struct Timings
     std::chrono::nanoseconds takenKeyboardWait = std::chrono::seconds(2);
     /// Between writing the pasteboard and sending the keystroke.
     std::chrono::nanoseconds pauseBeforePaste = std::chrono::milliseconds(140);
+    /// How long the application may then take to ask for the text before the insertion ends without
+    /// knowing. Usual are 1 to 12 ms.
+    std::chrono::nanoseconds requestWait = std::chrono::milliseconds(500);
+    /// How often that is looked at meanwhile.
+    std::chrono::nanoseconds requestPollInterval = std::chrono::milliseconds(5);
 };
 
 } // namespace kestrova

@@ -32,4 +32,13 @@ struct Delivery
     bool operator==(const Delivery &) const = default;
 };
 
+/// A text of which it is not known that it arrived.
+struct UnconfirmedTranscript
+{
+    quint64 number = 0; ///< of its delivery
+    QString text;
+
+    bool operator==(const UnconfirmedTranscript &) const = default;
+};
+
 } // namespace kestrova

@@ -47,6 +47,10 @@ public:
     virtual std::optional<RunningApplication> runningApplication(qint32 processIdentifier) = 0;
     /// Every running instance with exactly this identifier, oldest first.
     virtual QList<RunningApplication> runningApplications(const QString &bundleIdentifier) = 0;
+    /// Whether the process is one of the application's, which may have several, or of a program
+    /// that it started. False when it is not known whose it is.
+    virtual bool isOfApplication(qint32 processIdentifier,
+                                 const RunningApplication &application) = 0;
 
     /// Asks for the application to come to the front; it may take a while or not happen at all.
     virtual void activate(const RunningApplication &application) = 0;

@@ -51,6 +51,9 @@ public:
     /// Inserts the text into the target, or into whatever is in front when there is none.
     virtual Delivery insert(const QString &text, const std::optional<TargetApplication> &target,
                             const std::stop_token &stop) = 0;
+    /// Calls the handler on the main thread with the number of a delivery whose text was asked for
+    /// after all, once insert() had returned. Set once, before the first insertion.
+    virtual void observeLateRequests(std::function<void(quint64 number)> handler) = 0;
 };
 
 class HotkeyManaging

@@ -34,27 +34,49 @@ Delivery TextInsertionService::insert(const QString &text,
 {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty())
-        return {};
+        return {.outcome = DeliveryOutcome::requested};
 
     std::optional<TargetFocus> focus;
     if (target)
         focus.emplace(*target, m_workspace, m_scripts, m_main, m_clock, m_timings);
     const bool isInFront = !focus || focus->bringToFront();
     // In any case: the user can still paste it.
-    m_pasteboard.setString(trimmed);
+    const auto watch =
+        std::make_shared<DeliveryWatch>(m_workspace, m_main, m_pasteboard.setString(trimmed));
     if (!isInFront) {
         throw KestrovaError::processFailed(u"Could not focus "_s + displayName(target) +
                                            u" before insertion."_s);
     }
-    if (!paste(target, focus, stop)) {
+    if (!paste(target, focus, *watch, stop)) {
         throw KestrovaError::processFailed(u"Lost focus on "_s + displayName(target) +
                                            u" before paste."_s);
     }
-    return {};
+    return finish(watch, stop);
+}
+
+void TextInsertionService::observeLateRequests(std::function<void(quint64 number)> handler)
+{
+    m_lateRequestHandler = std::move(handler);
+}
+
+Delivery TextInsertionService::finish(const std::shared_ptr<DeliveryWatch> &watch,
+                                      const std::stop_token &stop)
+{
+    const DeliveryOutcome outcome = watch->wait(m_clock, m_timings, stop);
+    const std::lock_guard lock(m_mutex);
+    const quint64 number = ++m_deliveries;
+    if (outcome != DeliveryOutcome::requested) {
+        watch->follow([handler = m_lateRequestHandler, number] { handler(number); });
+        m_followed.push_back(watch);
+        if (m_followed.size() > mostFollowed)
+            m_followed.pop_front();
+    }
+    return {outcome, number};
 }
 
 bool TextInsertionService::paste(const std::optional<TargetApplication> &target,
-                                 std::optional<TargetFocus> &focus, const std::stop_token &stop)
+                                 std::optional<TargetFocus> &focus, DeliveryWatch &watch,
+                                 const std::stop_token &stop)
 {
     for (int attempt = 1; attempt <= pasteAttempts; ++attempt) {
         const bool areModifiersUp = waitForKeyboard(stop);
@@ -62,6 +84,7 @@ bool TextInsertionService::paste(const std::optional<TargetApplication> &target,
             return false;
         if (!m_clock.sleep(m_timings.pauseBeforePaste, stop))
             throw Cancelled();
+        watch.begin();
         const auto outcome = m_keyEvents.postCommandV(
             {.window = focus ? focus->keyboardWindow() : 0,
              .releasesModifiers = !areModifiersUp || attempt == pasteAttempts});

@@ -14,6 +14,21 @@ namespace kestrova {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The inserter, whose late news are carried over to the state.
+std::shared_ptr<TextInserting> followed(std::shared_ptr<TextInserting> inserter,
+                                        const std::weak_ptr<AppState> &state)
+{
+    inserter->observeLateRequests([state](quint64 number) {
+        if (const auto living = state.lock())
+            confirmDelivery(*living, number);
+    });
+    return inserter;
+}
+
+} // namespace
+
 AppController::AppController(const AppEnvironment &environment,
                              std::shared_ptr<SettingsStore> settingsStore,
                              std::shared_ptr<AudioCapturing> audioCapture,
@@ -31,7 +46,7 @@ AppController::AppController(const AppEnvironment &environment,
           environment.background, std::make_shared<RestartingCapture>(std::move(audioCapture)),
           makeTranscriber(environment.platform, m_settingsStore, m_programEnding.get_token(),
                           environment.resolveTool, environment.tools),
-          std::move(textInserter), m_modelManager,
+          followed(std::move(textInserter), m_appState), m_modelManager,
           makeDictationEventSink(environment.main, m_appState, m_analyticsService, environment.now,
                                  [this] { return m_coordinator->resume(); }))),
       m_targets(*environment.platform.workspace)

@@ -71,8 +71,11 @@ public:
     void setUsageTrendPeriod(UsageTrendPeriod period);
     /// DiagnosticsReporter::renderJSON() of this moment.
     QString diagnosticsJSON();
-    /// Puts a text that is shown, such as an error, on the clipboard.
-    void copy(const QString &text);
+    /// Puts a text that is shown, such as an error, on the clipboard. False when that failed, which
+    /// is then the last error.
+    bool copy(const QString &text);
+    /// The same for one of the unconfirmed transcripts, which then is no longer one of them.
+    void copyUnconfirmed(const UnconfirmedTranscript &transcript);
 
     // Setup
 

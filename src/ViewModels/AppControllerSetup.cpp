@@ -2,6 +2,7 @@
 
 #include "Concurrency/Cancelled.h"
 #include "Models/ReadableError.h"
+#include "ViewModels/DictationEventHandler.h"
 #include "ViewModels/HotkeyBindings.h"
 #include "ViewModels/MicrophonePermissionMessages.h"
 
@@ -72,13 +73,21 @@ void AppController::installWhisperCppViaHomebrew()
     }
 }
 
-void AppController::copy(const QString &text)
+bool AppController::copy(const QString &text)
 {
     try {
         m_environment.platform.pasteboard->setString(text);
+        return true;
     } catch (const PlatformError &error) {
         m_appState->lastError.set(error.errorDescription());
+        return false;
     }
+}
+
+void AppController::copyUnconfirmed(const UnconfirmedTranscript &transcript)
+{
+    if (copy(transcript.text))
+        forgetUnconfirmed(*m_appState, transcript.number);
 }
 
 void AppController::requestMicrophoneAccess()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/AppSettings.h"
+#include "Models/Delivery.h"
 #include "Models/DictationState.h"
 #include "Models/PermissionSnapshot.h"
 #include "Models/UsageRecords.h"
@@ -57,6 +58,12 @@ public:
     /// Since the program started; never stored.
     Published<qint64> sessionWordCount{*this, &AppState::sessionWordCountChanged};
     Published<QString> lastTranscript{*this, &AppState::lastTranscriptChanged, QLatin1String("")};
+    /// What is known of the last transcript's way into its application.
+    Published<Delivery> lastDelivery{
+        *this, &AppState::lastDeliveryChanged, {.outcome = DeliveryOutcome::requested}};
+    /// Transcripts before the last one of which it is not known that they arrived, newest first.
+    Published<QList<UnconfirmedTranscript>> unconfirmedTranscripts{
+        *this, &AppState::unconfirmedTranscriptsChanged};
     Published<std::optional<QString>> lastError{*this, &AppState::lastErrorChanged};
     Published<bool> isModelReady{*this, &AppState::isModelReadyChanged};
     Published<bool> isPreparingModel{*this, &AppState::isPreparingModelChanged};
@@ -87,6 +94,8 @@ Q_SIGNALS:
     void stateChanged();
     void sessionWordCountChanged();
     void lastTranscriptChanged();
+    void lastDeliveryChanged();
+    void unconfirmedTranscriptsChanged();
     void lastErrorChanged();
     void isModelReadyChanged();
     void isPreparingModelChanged();

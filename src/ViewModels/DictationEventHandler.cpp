@@ -2,6 +2,7 @@
 
 #include <QUuid>
 
+#include <algorithm>
 #include <limits>
 
 namespace kestrova {
@@ -27,6 +28,18 @@ qint64 sumOrDie(qint64 total, qint64 words)
     if (words > std::numeric_limits<qint64>::max() - total)
         qFatal("The word count of this session is too large.");
     return total + words;
+}
+
+/// Before a new transcript takes the last one's place.
+void keepUnconfirmed(AppState &state)
+{
+    const Delivery last = state.lastDelivery.get();
+    if (last.outcome == DeliveryOutcome::requested)
+        return;
+    QList<UnconfirmedTranscript> transcripts = state.unconfirmedTranscripts.get();
+    transcripts.prepend({last.number, state.lastTranscript.get()});
+    state.unconfirmedTranscripts.set(
+        transcripts.first(std::min(transcripts.size(), mostUnconfirmedTranscripts)));
 }
 
 /// Applies one event; a visitor of DictationCoordinatorEvent.
@@ -61,6 +74,8 @@ struct DictationEventHandler
     void operator()(const DictationEvent::TranscriptInserted &event)
     {
         const TranscriptInsertionPayload &payload = event.payload;
+        keepUnconfirmed(state);
+        state.lastDelivery.set(event.delivery);
         state.lastTranscript.announce(payload.text);
         state.sessionWordCount.set(sumOrDie(state.sessionWordCount.get(), payload.wordCount));
         analytics.record(usageEvent(payload, now()));
@@ -74,6 +89,21 @@ void recomputeUsage(AppState &state, UsageAnalyticsManaging &analytics, Date now
 {
     state.usageSnapshot.set(analytics.dashboardSnapshot(now));
     state.usageTrendBuckets.set(analytics.trendBuckets(state.usageTrendPeriod.get(), now));
+}
+
+void confirmDelivery(AppState &state, quint64 number)
+{
+    if (state.lastDelivery.get().number == number)
+        state.lastDelivery.set({DeliveryOutcome::requested, number});
+    else
+        forgetUnconfirmed(state, number);
+}
+
+void forgetUnconfirmed(AppState &state, quint64 number)
+{
+    QList<UnconfirmedTranscript> transcripts = state.unconfirmedTranscripts.get();
+    transcripts.removeIf([number](const auto &transcript) { return transcript.number == number; });
+    state.unconfirmedTranscripts.set(transcripts);
 }
 
 DictationEventSink makeDictationEventSink(Executor &main, std::weak_ptr<AppState> state,

@@ -14,6 +14,14 @@ namespace kestrova {
 /// Recomputes everything that the dashboard shows.
 void recomputeUsage(AppState &state, UsageAnalyticsManaging &analytics, Date now);
 
+/// How many unconfirmed transcripts before the last one are kept at hand.
+constexpr qsizetype mostUnconfirmedTranscripts = 3;
+
+/// The text of this delivery was asked for after all.
+void confirmDelivery(AppState &state, quint64 number);
+/// Keeps it no longer among the unconfirmed transcripts.
+void forgetUnconfirmed(AppState &state, quint64 number);
+
 /// DictationCoordinator::resume().
 using ResumeDictation = std::function<std::optional<DictationState>()>;
 

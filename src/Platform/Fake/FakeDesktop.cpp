@@ -20,6 +20,12 @@ void FakeDesktop::setInstalled(const QStringList &bundleIdentifiers)
     m_installed = bundleIdentifiers;
 }
 
+void FakeDesktop::addHelper(qint32 processIdentifier, qint32 application)
+{
+    const std::lock_guard lock(m_mutex);
+    m_helpers.insert(processIdentifier, application);
+}
+
 void FakeDesktop::bringToFront(qint32 processIdentifier)
 {
     std::optional<RunningApplication> front;
@@ -138,6 +144,14 @@ QList<RunningApplication> FakeWorkspace::runningApplications(const QString &bund
             matching.append(application);
     }
     return matching;
+}
+
+bool FakeWorkspace::isOfApplication(qint32 processIdentifier, const RunningApplication &application)
+{
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return processIdentifier >= 1 &&
+           m_desktop->m_helpers.value(processIdentifier, processIdentifier) ==
+               application.processIdentifier;
 }
 
 void FakeWorkspace::activate(const RunningApplication &application)

@@ -4,6 +4,7 @@
 #include "Platform/ScriptRunning.h"
 #include "Platform/Workspace.h"
 
+#include <QHash>
 #include <QStringList>
 
 #include <mutex>
@@ -21,6 +22,8 @@ public:
 
     void setRunning(const QList<RunningApplication> &applications);
     void setInstalled(const QStringList &bundleIdentifiers);
+    /// A process of a running application's beside the one that it is known by.
+    void addHelper(qint32 processIdentifier, qint32 application);
     /// 0: no application is in front. Observers are told. The application's window with the
     /// keyboard has the number of its process.
     void bringToFront(qint32 processIdentifier);
@@ -62,6 +65,7 @@ private:
     mutable std::mutex m_mutex;
     QList<RunningApplication> m_running;
     QStringList m_installed;
+    QHash<qint32, qint32> m_helpers; // and the processes of their applications
     QStringList m_actions;
     Hook m_hook;
     bool m_scriptsSucceed = false;
@@ -83,6 +87,7 @@ public:
     std::optional<RunningApplication> frontmostApplication() override;
     std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
     QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
+    bool isOfApplication(qint32 processIdentifier, const RunningApplication &application) override;
     void activate(const RunningApplication &application) override;
     bool isInstalled(const QString &bundleIdentifier) override;
     qint32 openApplication(const QString &bundleIdentifier) override;

@@ -4,18 +4,21 @@
 
 namespace kestrova {
 
-void FakePasteboard::setString(const QString &text)
+std::shared_ptr<PasteboardOffer> FakePasteboard::setString(const QString &text)
 {
     std::function<void()> written;
+    const auto offer = std::make_shared<PasteboardOffer>();
     {
         const std::lock_guard lock(m_mutex);
         if (!m_problem.isEmpty())
             throw PlatformError(m_problem);
         m_text = text;
+        m_offer = offer;
         written = m_written;
     }
     if (written)
         written();
+    return offer;
 }
 
 std::optional<QString> FakePasteboard::string()
@@ -28,6 +31,13 @@ void FakePasteboard::put(const std::optional<QString> &text)
 {
     const std::lock_guard lock(m_mutex);
     m_text = text;
+    m_offer->setReplaced();
+}
+
+void FakePasteboard::read(qint32 processIdentifier)
+{
+    const std::lock_guard lock(m_mutex);
+    m_offer->addReader(processIdentifier);
 }
 
 void FakePasteboard::failWriting(const QString &problem)

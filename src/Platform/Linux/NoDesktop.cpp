@@ -39,7 +39,7 @@ EmptyWorkspace::observeActivations(std::function<void(const RunningApplication &
     return std::make_unique<Observation>();
 }
 
-void MissingPasteboard::setString(const QString &)
+std::shared_ptr<PasteboardOffer> MissingPasteboard::setString(const QString &)
 {
     throw PlatformError(u"There is no clipboard, because the program runs without a desktop."_s);
 }

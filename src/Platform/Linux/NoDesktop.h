@@ -15,6 +15,7 @@ public:
     std::optional<RunningApplication> frontmostApplication() override;
     std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
     QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
+    bool isOfApplication(qint32, const RunningApplication &) override { return false; }
     void activate(const RunningApplication &application) override;
     bool isInstalled(const QString &bundleIdentifier) override;
     qint32 openApplication(const QString &) override { return 0; }
@@ -40,7 +41,7 @@ class MissingPasteboard final : public Pasteboard
 {
 public:
     /// Always throws PlatformError.
-    void setString(const QString &text) override;
+    std::shared_ptr<PasteboardOffer> setString(const QString &text) override;
     std::optional<QString> string() override;
 };
 

@@ -10,6 +10,7 @@ namespace {
 
 // Places among the fields that follow the command name; proc(5) counts them from 3.
 constexpr qsizetype stateField = 0;
+constexpr qsizetype parentField = 1;
 constexpr qsizetype startTimeField = 19;
 
 QString procPath(qint32 processIdentifier, QLatin1StringView file)
@@ -38,6 +39,7 @@ std::optional<ProcessStatus> processStatus(qint32 processIdentifier)
     if (state == "Z" || state == "X")
         return std::nullopt;
     return ProcessStatus{QString::fromUtf8(line.sliced(nameStart, nameEnd - nameStart)),
+                         fields.value(parentField).toInt(),
                          fields.value(startTimeField).toULongLong()};
 }
 

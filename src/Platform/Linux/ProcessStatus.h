@@ -10,6 +10,7 @@ namespace kestrova {
 struct ProcessStatus
 {
     QString name;          ///< the command name, which the kernel cuts off after 15 bytes
+    qint32 parent = 0;     ///< 0: none that can be seen
     quint64 startTime = 0; ///< clock ticks after the boot of the machine
 };
 

@@ -95,6 +95,13 @@ ColumnLayout {
         visible: face.model.lastTranscript.length > 0
         transcript: face.model.lastTranscript
     }
+    DeliveryCard {
+        Layout.fillWidth: true
+        notice: face.model.deliveryNotice
+        earlierTranscripts: face.model.unconfirmedTranscripts
+        onCopyRequested: face.model.copyTranscript()
+        onEarlierCopyRequested: place => face.model.copyUnconfirmedTranscript(place)
+    }
     DangerCard {
         Layout.fillWidth: true
         text: face.model.lastError

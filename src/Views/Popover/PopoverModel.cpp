@@ -14,7 +14,8 @@ PopoverModel::PopoverModel(AppController &controller, QObject *parent)
     : QObject(parent), m_controller(controller), m_state(controller.appState())
 {
     for (const auto signal : {&AppState::stateChanged, &AppState::sessionWordCountChanged,
-                              &AppState::lastTranscriptChanged, &AppState::lastErrorChanged,
+                              &AppState::lastTranscriptChanged, &AppState::lastDeliveryChanged,
+                              &AppState::unconfirmedTranscriptsChanged, &AppState::lastErrorChanged,
                               &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
                               &AppState::modelDownloadChanged, &AppState::isWhisperCLIReadyChanged,
                               &AppState::resolvedWhisperCLIPathChanged,
@@ -174,6 +175,29 @@ QString PopoverModel::lastTranscript() const
     return shownPart(m_state.lastTranscript.get());
 }
 
+QString PopoverModel::deliveryNotice() const
+{
+    switch (m_state.lastDelivery.get().outcome) {
+    case DeliveryOutcome::requested:
+        return QString();
+    case DeliveryOutcome::unknown:
+        return u"Not confirmed: left on the clipboard."_s;
+    case DeliveryOutcome::leftOnClipboard:
+        return u"Not pasted: left on the clipboard."_s;
+    case DeliveryOutcome::replaced:
+        return u"Not confirmed: another program took the clipboard."_s;
+    }
+    Q_UNREACHABLE();
+}
+
+QStringList PopoverModel::unconfirmedTranscripts() const
+{
+    QStringList texts;
+    for (const UnconfirmedTranscript &transcript : m_state.unconfirmedTranscripts.get())
+        texts.append(shownPart(transcript.text));
+    return texts;
+}
+
 void PopoverModel::downloadModel()
 {
     m_controller.prepareModel(true);
@@ -214,6 +238,18 @@ void PopoverModel::handlePrimaryAction()
 void PopoverModel::copyError()
 {
     m_controller.copy(m_state.lastError.get().value_or(QString()));
+}
+
+void PopoverModel::copyTranscript()
+{
+    m_controller.copy(m_state.lastTranscript.get());
+}
+
+void PopoverModel::copyUnconfirmedTranscript(qsizetype place)
+{
+    const QList<UnconfirmedTranscript> transcripts = m_state.unconfirmedTranscripts.get();
+    if (place >= 0 && place < transcripts.size())
+        m_controller.copyUnconfirmed(transcripts[place]);
 }
 
 void PopoverModel::refresh()

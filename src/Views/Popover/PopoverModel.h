@@ -43,6 +43,10 @@ class PopoverModel final : public QObject
     Q_PROPERTY(bool primaryButtonDisabled READ primaryButtonDisabled NOTIFY changed)
     Q_PROPERTY(PrimaryButtonLook primaryButtonLook READ primaryButtonLook NOTIFY changed)
     Q_PROPERTY(QString lastTranscript READ lastTranscript NOTIFY changed)
+    /// Why the last transcript may not have arrived; empty when its application asked for it.
+    Q_PROPERTY(QString deliveryNotice READ deliveryNotice NOTIFY changed)
+    /// Those before it of which it is not known either, newest first.
+    Q_PROPERTY(QStringList unconfirmedTranscripts READ unconfirmedTranscripts NOTIFY changed)
 
 public:
     /// Which colours the primary button has.
@@ -76,6 +80,8 @@ public:
     bool primaryButtonDisabled() const;
     PrimaryButtonLook primaryButtonLook() const;
     QString lastTranscript() const;
+    QString deliveryNotice() const;
+    QStringList unconfirmedTranscripts() const;
 
     /// Downloads the model anew.
     Q_INVOKABLE void downloadModel();
@@ -86,6 +92,9 @@ public:
     /// so that the dictation goes to the application behind it.
     Q_INVOKABLE void handlePrimaryAction();
     Q_INVOKABLE void copyError();
+    Q_INVOKABLE void copyTranscript();
+    /// By its place among the unconfirmed ones, of which it is none afterwards.
+    Q_INVOKABLE void copyUnconfirmedTranscript(qsizetype place);
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void openDashboard();
     Q_INVOKABLE void openSettings();

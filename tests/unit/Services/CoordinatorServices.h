@@ -73,7 +73,13 @@ struct SubstituteInserter final : TextInserting
         return delivery;
     }
 
+    void observeLateRequests(std::function<void(quint64 number)> handler) override
+    {
+        lateRequest = std::move(handler);
+    }
+
     Delivery delivery{DeliveryOutcome::requested, 1};
+    std::function<void(quint64 number)> lateRequest;
     std::vector<Insertion> insertions;
     std::function<void(const std::stop_token &)> whenAsked;
 };

@@ -60,7 +60,9 @@ protected:
     FakePasteboard pasteboard;
     ImmediateMainExecutor main;
     ManualClock clock;
-    TextInsertionService service{workspace, pasteboard, keyEvents, scripts, main, clock};
+    /// Who asks for the text is another test's concern.
+    const Timings timings{.requestWait = 0ns};
+    TextInsertionService service{workspace, pasteboard, keyEvents, scripts, main, clock, timings};
     const TargetApplication mail{30, u"org.example.Mail"_s, u"Mail"_s};
 };
 

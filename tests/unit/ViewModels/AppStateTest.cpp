@@ -19,6 +19,7 @@ TEST_F(AppStateTest, AFreshStateHasExaminedNothing)
     EXPECT_EQ(state.state.get(), DictationState::idle());
     EXPECT_EQ(state.sessionWordCount.get(), 0);
     EXPECT_EQ(state.lastTranscript.get(), u""_s);
+    EXPECT_EQ(state.lastDelivery.get().outcome, DeliveryOutcome::requested);
     EXPECT_FALSE(state.lastError.get());
     EXPECT_FALSE(state.isModelReady.get());
     EXPECT_FALSE(state.isPreparingModel.get());
@@ -121,6 +122,10 @@ TEST_F(AppStateTest, EveryMemberIsAnnouncedBeforeItsChangeAndAfterIt)
                             {&AppState::sessionWordCount, &AppState::sessionWordCountChanged, 1});
     expectAnnounced<QString>(state,
                              {&AppState::lastTranscript, &AppState::lastTranscriptChanged, u"a"_s});
+    expectAnnounced<Delivery>(state, {&AppState::lastDelivery, &AppState::lastDeliveryChanged, {}});
+    expectAnnounced<QList<UnconfirmedTranscript>>(state, {&AppState::unconfirmedTranscripts,
+                                                          &AppState::unconfirmedTranscriptsChanged,
+                                                          {UnconfirmedTranscript{}}});
     expectAnnounced<std::optional<QString>>(
         state, {&AppState::lastError, &AppState::lastErrorChanged, u""_s});
     expectAnnounced<bool>(state, {&AppState::isModelReady, &AppState::isModelReadyChanged, true});

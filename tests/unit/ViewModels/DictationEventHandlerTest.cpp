@@ -170,6 +170,47 @@ TEST_F(DictationEventHandlerTest, WordsAddUpAndTheLastTranscriptStays)
     EXPECT_NE(logged()[0].id, logged()[1].id);
 }
 
+TEST_F(DictationEventHandlerTest, WhatIsKnownOfTheDeliveryIsThereWithTheTranscript)
+{
+    const Delivery left{DeliveryOutcome::leftOnClipboard, 1};
+    std::optional<Delivery> seen;
+    QObject::connect(state.get(), &AppState::lastTranscriptChanged, state.get(),
+                     [&] { seen = state->lastDelivery.get(); });
+    send(TranscriptInserted{inserted(u"first"_s, 1).payload, left});
+    EXPECT_EQ(seen, left);
+    EXPECT_EQ(state->unconfirmedTranscripts.get(), QList<UnconfirmedTranscript>());
+}
+
+TEST_F(DictationEventHandlerTest, UnconfirmedTranscriptsStayAtHandUntilNewerOnesPushThemOut)
+{
+    const auto sendUnconfirmed = [this](quint64 number) {
+        send(TranscriptInserted{inserted(QString::number(number), 1).payload,
+                                {DeliveryOutcome::unknown, number}});
+    };
+    sendUnconfirmed(1);
+    send(TranscriptInserted{inserted(u"arrived"_s, 1).payload, {DeliveryOutcome::requested, 2}});
+    EXPECT_EQ(state->unconfirmedTranscripts.get(), QList<UnconfirmedTranscript>({{1, u"1"_s}}));
+    for (quint64 number = 3; number <= 6; ++number)
+        sendUnconfirmed(number);
+    EXPECT_EQ(state->unconfirmedTranscripts.get(),
+              QList<UnconfirmedTranscript>({{5, u"5"_s}, {4, u"4"_s}, {3, u"3"_s}}));
+}
+
+TEST_F(DictationEventHandlerTest, ALateConfirmationConcernsItsOwnTranscript)
+{
+    for (quint64 number = 1; number <= 3; ++number) {
+        send(TranscriptInserted{inserted(QString::number(number), 1).payload,
+                                {DeliveryOutcome::leftOnClipboard, number}});
+    }
+    confirmDelivery(*state, 1);
+    EXPECT_EQ(state->unconfirmedTranscripts.get(), QList<UnconfirmedTranscript>({{2, u"2"_s}}));
+    EXPECT_EQ(state->lastDelivery.get().outcome, DeliveryOutcome::leftOnClipboard);
+    confirmDelivery(*state, 3);
+    EXPECT_EQ(state->lastDelivery.get(), (Delivery{DeliveryOutcome::requested, 3}));
+    confirmDelivery(*state, 1);
+    EXPECT_EQ(state->unconfirmedTranscripts.get(), QList<UnconfirmedTranscript>({{2, u"2"_s}}));
+}
+
 TEST_F(DictationEventHandlerTest, TheBucketsAreThoseOfThePeriodShown)
 {
     state->usageTrendPeriod.set(UsageTrendPeriod::monthly);

@@ -272,6 +272,60 @@ TEST_F(PopoverModelTest, AnErrorIsShownUntilItIsCleared)
     EXPECT_EQ(model->lastError(), QString());
 }
 
+TEST_F(PopoverModelTest, OnlyADeliveryThatWasNotAskedForIsSpokenOf)
+{
+    const auto noticeOf = [this](DeliveryOutcome outcome) {
+        state().lastDelivery.set({outcome, 1});
+        return model->deliveryNotice();
+    };
+    EXPECT_EQ(model->deliveryNotice(), QString());
+    EXPECT_EQ(noticeOf(DeliveryOutcome::leftOnClipboard), u"Not pasted: left on the clipboard."_s);
+    EXPECT_EQ(noticeOf(DeliveryOutcome::unknown), u"Not confirmed: left on the clipboard."_s);
+    EXPECT_EQ(noticeOf(DeliveryOutcome::replaced),
+              u"Not confirmed: another program took the clipboard."_s);
+    EXPECT_EQ(noticeOf(DeliveryOutcome::requested), QString());
+}
+
+TEST_F(PopoverModelTest, TextsThatMayNotHaveArrivedCanBeCopied)
+{
+    inserter->delivery = {DeliveryOutcome::leftOnClipboard, 1};
+    for (const char *text : {"first", "second", "third"}) {
+        hear(text);
+        toggle();
+        toggle();
+        ++inserter->delivery.number;
+    }
+    EXPECT_EQ(model->unconfirmedTranscripts(), QStringList({u"second"_s, u"first"_s}));
+    model->copyTranscript();
+    EXPECT_EQ(fake.pasteboard.string(), u"third"_s);
+    EXPECT_FALSE(model->deliveryNotice().isEmpty()) << "copying does not make it arrive";
+    model->copyUnconfirmedTranscript(1);
+    EXPECT_EQ(fake.pasteboard.string(), u"first"_s);
+    EXPECT_EQ(model->unconfirmedTranscripts(), QStringList{u"second"_s});
+    model->copyUnconfirmedTranscript(1);
+    model->copyUnconfirmedTranscript(-1);
+    EXPECT_EQ(fake.pasteboard.string(), u"first"_s);
+
+    fake.pasteboard.failWriting(u"no clipboard"_s);
+    model->copyUnconfirmedTranscript(0);
+    EXPECT_EQ(model->lastError(), u"no clipboard"_s);
+    EXPECT_EQ(model->unconfirmedTranscripts(), QStringList{u"second"_s});
+}
+
+TEST_F(PopoverModelTest, ALateRequestWithdrawsTheNotice)
+{
+    inserter->delivery = {DeliveryOutcome::leftOnClipboard, 7};
+    toggle();
+    toggle();
+    EXPECT_FALSE(model->deliveryNotice().isEmpty());
+    inserter->lateRequest(7);
+    EXPECT_EQ(model->deliveryNotice(), QString());
+
+    model.reset();
+    end();
+    inserter->lateRequest(7); // nobody is there to be told
+}
+
 TEST_F(PopoverModelTest, TheEmptyLinesAtAnErrorsEndAreNotShown)
 {
     state().lastError.set(u"The tool failed.\n\n"_s);
@@ -312,6 +366,8 @@ TEST_F(PopoverModelTest, EveryMemberThatItShowsIsAnnounced)
     EXPECT_TRUE(announces([&] { state().state.set(DictationState::recording()); }));
     EXPECT_TRUE(announces([&] { state().sessionWordCount.set(7); }));
     EXPECT_TRUE(announces([&] { state().lastTranscript.set(u"Hello"_s); }));
+    EXPECT_TRUE(announces([&] { state().lastDelivery.set({DeliveryOutcome::unknown, 1}); }));
+    EXPECT_TRUE(announces([&] { state().unconfirmedTranscripts.set({{1, u"Hello"_s}}); }));
     EXPECT_TRUE(announces([&] { state().lastError.set(u"It failed."_s); }));
     EXPECT_TRUE(announces([&] { state().isModelReady.set(false); }));
     EXPECT_TRUE(announces([&] { state().isPreparingModel.set(true); }));

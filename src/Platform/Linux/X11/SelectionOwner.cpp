@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/SelectionOwner.h"
 
+#include "Platform/Linux/X11/X11ClientProcess.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -10,6 +12,9 @@ namespace {
 // The most pairs of one MULTIPLE request that are read, in 32-bit units.
 constexpr uint32_t longestMultiple = 1024;
 
+// A limit for windows that only ask what there was and go away.
+constexpr size_t mostCatchingUp = 64;
+
 // Server times and sequence numbers wrap around.
 bool isBefore(uint32_t first, uint32_t second)
 {
@@ -18,17 +23,18 @@ bool isBefore(uint32_t first, uint32_t second)
 
 } // namespace
 
-SelectionOwner::SelectionOwner(xcb_connection_t *connection, xcb_window_t window,
+SelectionOwner::SelectionOwner(X11Connection &connection, xcb_window_t window,
                                const SelectionAtoms &atoms)
-    : m_connection(connection), m_window(window), m_atoms(atoms),
-      m_transfers(connection, atoms.incr), m_owned{Owned{.selection = atoms.clipboard},
-                                                   Owned{.selection = XCB_ATOM_PRIMARY}}
+    : m_x11(connection), m_connection(connection.xcb()), m_window(window), m_atoms(atoms),
+      m_transfers(m_connection, atoms.incr), m_owned{Owned{.selection = atoms.clipboard},
+                                                     Owned{.selection = XCB_ATOM_PRIMARY}}
 {
 }
 
-bool SelectionOwner::own(const SelectionText &text, xcb_timestamp_t time)
+bool SelectionOwner::own(const SelectionText &text, std::shared_ptr<PasteboardOffer> offer,
+                         xcb_timestamp_t time)
 {
-    const auto shared = std::make_shared<const SelectionText>(text);
+    const auto held = std::make_shared<const Held>(Held{text, std::move(offer), time});
     std::array<xcb_get_selection_owner_cookie_t, 2> cookies{};
     m_since = time;
     for (size_t i = 0; i < m_owned.size(); ++i) {
@@ -42,7 +48,13 @@ bool SelectionOwner::own(const SelectionText &text, xcb_timestamp_t time)
         const XcbPointer<xcb_get_selection_owner_reply_t> reply(
             xcb_get_selection_owner_reply(m_connection, cookies[i], nullptr));
         const bool isOwner = reply && reply->owner == m_window;
-        m_owned[i].text = isOwner ? shared : nullptr;
+        std::deque<std::shared_ptr<const Held>> &texts = m_owned[i].held;
+        if (isOwner)
+            texts.push_back(held);
+        else
+            texts.clear();
+        if (texts.size() > mostEarlierTexts + 1)
+            texts.pop_front();
         ownsAll = ownsAll && isOwner;
     }
     return ownsAll;
@@ -51,7 +63,7 @@ bool SelectionOwner::own(const SelectionText &text, xcb_timestamp_t time)
 bool SelectionOwner::owns(xcb_atom_t selection) const
 {
     return std::any_of(m_owned.begin(), m_owned.end(), [&](const Owned &owned) {
-        return owned.selection == selection && owned.text;
+        return owned.selection == selection && !owned.held.empty();
     });
 }
 
@@ -75,35 +87,47 @@ void SelectionOwner::selectionCleared(xcb_atom_t selection, uint32_t sequence)
 {
     for (Owned &owned : m_owned) {
         // An event from before our latest takeover is about an earlier ownership.
-        if (owned.selection == selection && !isBefore(sequence, owned.takenBy))
-            owned.text.reset();
+        if (owned.selection != selection || isBefore(sequence, owned.takenBy))
+            continue;
+        if (selection == m_atoms.clipboard && !owned.held.empty())
+            owned.held.back()->offer->setReplaced();
+        owned.held.clear();
+        m_catchingUp.clear();
     }
 }
 
-const SelectionText *SelectionOwner::textFor(const xcb_selection_request_event_t &event) const
+std::shared_ptr<const SelectionOwner::Held>
+SelectionOwner::heldFor(const xcb_selection_request_event_t &event)
 {
     const auto owned = std::find_if(m_owned.begin(), m_owned.end(), [&](const Owned &candidate) {
         return candidate.selection == event.selection;
     });
-    if (owned == m_owned.end() || !owned->text)
+    if (owned == m_owned.end())
         return nullptr;
-    // Whoever asks with an earlier time means what somebody else had on the selection.
-    if (event.time != XCB_CURRENT_TIME && isBefore(event.time, m_since))
+    // Whoever asks with a time before them all means what somebody else had on the selection.
+    const auto held =
+        std::find_if(owned->held.rbegin(), owned->held.rend(), [&](const auto &candidate) {
+            return event.time == XCB_CURRENT_TIME || !isBefore(event.time, candidate->since);
+        });
+    if (held == owned->held.rend())
         return nullptr;
-    return owned->text.get();
+    if (*held != owned->held.back() && m_catchingUp.size() < mostCatchingUp)
+        m_catchingUp[event.requestor] = *held;
+    const auto asked = m_catchingUp.find(event.requestor);
+    return asked == m_catchingUp.end() ? *held : asked->second;
 }
 
 void SelectionOwner::selectionRequested(const xcb_selection_request_event_t &event)
 {
     // Obsolete clients leave the property open (ICCCM 2.2).
     const xcb_atom_t property = event.property == XCB_ATOM_NONE ? event.target : event.property;
-    const SelectionText *text = textFor(event);
+    const std::shared_ptr<const Held> held = heldFor(event);
     bool isConverted = false;
-    if (text && event.target == m_atoms.multiple)
+    if (held && event.target == m_atoms.multiple)
         isConverted =
-            event.property != XCB_ATOM_NONE && convertMultiple(*text, event.requestor, property);
-    else if (text)
-        isConverted = convert(*text, event.requestor, event.target, property);
+            event.property != XCB_ATOM_NONE && convertMultiple(*held, event.requestor, property);
+    else if (held)
+        isConverted = convert(*held, event.requestor, event.target, property);
 
     // xcb sends a whole event, which is longer than this one.
     union {
@@ -119,16 +143,16 @@ void SelectionOwner::selectionRequested(const xcb_selection_request_event_t &eve
     xcb_send_event(m_connection, 0, event.requestor, XCB_EVENT_MASK_NO_EVENT, answer.wholeEvent);
 }
 
-bool SelectionOwner::convert(const SelectionText &text, xcb_window_t requestor, xcb_atom_t target,
+bool SelectionOwner::convert(const Held &held, xcb_window_t requestor, xcb_atom_t target,
                              xcb_atom_t property)
 {
     if (target == m_atoms.targets) {
-        writeTargets(text, requestor, property);
+        writeTargets(held.text, requestor, property);
         return true;
     }
     if (target == m_atoms.timestamp) {
         xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, requestor, property,
-                            XCB_ATOM_INTEGER, 32, 1, &m_since);
+                            XCB_ATOM_INTEGER, 32, 1, &held.since);
         return true;
     }
     if (target == m_atoms.saveTargets) { // asks for an effect, not for a value
@@ -136,7 +160,11 @@ bool SelectionOwner::convert(const SelectionText &text, xcb_window_t requestor, 
                             32, 0, nullptr);
         return true;
     }
-    return convertText(text, requestor, target, property);
+    if (!convertText(held.text, requestor, target, property))
+        return false;
+    m_catchingUp.erase(requestor);
+    held.offer->addReader(requestorProcess(m_x11, requestor));
+    return true;
 }
 
 bool SelectionOwner::convertText(const SelectionText &text, xcb_window_t requestor,
@@ -170,8 +198,7 @@ void SelectionOwner::writeTargets(const SelectionText &text, xcb_window_t reques
                         uint32_t(targets.size()), targets.data());
 }
 
-bool SelectionOwner::convertMultiple(const SelectionText &text, xcb_window_t requestor,
-                                     xcb_atom_t property)
+bool SelectionOwner::convertMultiple(const Held &held, xcb_window_t requestor, xcb_atom_t property)
 {
     const XcbPointer<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_connection,
@@ -186,7 +213,7 @@ bool SelectionOwner::convertMultiple(const SelectionText &text, xcb_window_t req
         const xcb_atom_t target = pairs[i];
         xcb_atom_t &destination = pairs[i + 1];
         if (destination != XCB_ATOM_NONE && target != m_atoms.multiple &&
-            convert(text, requestor, target, destination))
+            convert(held, requestor, target, destination))
             continue;
         destination = XCB_ATOM_NONE;
     }

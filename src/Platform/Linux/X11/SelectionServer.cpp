@@ -40,7 +40,7 @@ SelectionServer::SelectionServer(const QByteArray &displayName)
         throw PlatformError(u"The clipboard is not available: the X server cannot be reached."_s);
     }
     m_window = createSelectionWindow(m_connection);
-    m_owner.emplace(m_connection.xcb(), m_window, m_atoms);
+    m_owner.emplace(m_connection, m_window, m_atoms);
     m_thread = std::thread([this] { run(); });
 }
 
@@ -57,9 +57,9 @@ SelectionServer::~SelectionServer()
     close(m_wakeDescriptor);
 }
 
-std::future<bool> SelectionServer::own(const QString &text)
+std::future<bool> SelectionServer::own(const QString &text, std::shared_ptr<PasteboardOffer> offer)
 {
-    Takeover takeover{SelectionText(text), {}};
+    Takeover takeover{SelectionText(text), std::move(offer), {}};
     std::future<bool> isDone = takeover.isDone.get_future();
     {
         const std::lock_guard lock(m_mutex);
@@ -156,7 +156,7 @@ void SelectionServer::takeOver(xcb_timestamp_t time)
 {
     Takeover takeover = std::move(m_waitingForTime.front());
     m_waitingForTime.pop_front();
-    const bool isDone = m_owner->own(takeover.text, time);
+    const bool isDone = m_owner->own(takeover.text, takeover.offer, time);
     if (m_owner->owns(m_atoms.clipboard))
         publish(takeover.text);
     takeover.isDone.set_value(isDone);

@@ -33,8 +33,8 @@ public:
     SelectionServer &operator=(const SelectionServer &) = delete;
 
     /// Takes both selections over. The future becomes true once the server has confirmed it,
-    /// and false when it refused or died. Any thread; never blocks.
-    std::future<bool> own(const QString &text);
+    /// and false when it refused or died. The offer is told who asks. Any thread; never blocks.
+    std::future<bool> own(const QString &text, std::shared_ptr<PasteboardOffer> offer);
     /// The text that we own on CLIPBOARD; none when somebody else has taken it. Any thread.
     std::optional<QString> ownText() const;
 
@@ -43,6 +43,7 @@ private:
     struct Takeover
     {
         SelectionText text;
+        std::shared_ptr<PasteboardOffer> offer;
         std::promise<bool> isDone;
     };
 

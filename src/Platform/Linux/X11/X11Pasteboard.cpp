@@ -12,14 +12,16 @@ X11Pasteboard::X11Pasteboard(const QByteArray &displayName)
 {
 }
 
-void X11Pasteboard::setString(const QString &text)
+std::shared_ptr<PasteboardOffer> X11Pasteboard::setString(const QString &text)
 {
-    std::future<bool> isOwned = m_server.own(text);
+    auto offer = std::make_shared<PasteboardOffer>();
+    std::future<bool> isOwned = m_server.own(text, offer);
     if (isOwned.wait_for(takeoverLimit) == std::future_status::timeout)
         throw PlatformError(u"The clipboard could not be set: the X server does not answer."_s);
     if (!isOwned.get())
         throw PlatformError(
             u"The clipboard could not be set: the X server did not hand it over."_s);
+    return offer;
 }
 
 std::optional<QString> X11Pasteboard::string()

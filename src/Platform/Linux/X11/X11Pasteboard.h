@@ -17,7 +17,7 @@ public:
     /// An empty name means $DISPLAY. Throws PlatformError when the X server cannot be reached.
     explicit X11Pasteboard(const QByteArray &displayName = {});
 
-    void setString(const QString &text) override;
+    std::shared_ptr<PasteboardOffer> setString(const QString &text) override;
     /// Our own text comes without asking the X server.
     std::optional<QString> string() override;
 

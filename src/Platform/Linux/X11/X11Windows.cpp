@@ -4,8 +4,6 @@
 #include "Platform/Linux/X11/X11ClientProcess.h"
 #include "Platform/Linux/X11/X11ServerTime.h"
 
-#include <QSysInfo>
-
 #include <unistd.h>
 
 namespace kestrova {
@@ -65,7 +63,7 @@ X11Window X11Windows::describe(xcb_window_t window)
 {
     X11Window result;
     result.window = window;
-    result.processIdentifier = processIdentifier(window);
+    result.processIdentifier = windowProcess(m_connection, window);
     std::tie(result.instanceName, result.className) = classOf(window);
     const QList<quint32> states = m_connection.values(window, "_NET_WM_STATE");
     result.isRegular = isRegular(window, states);
@@ -108,19 +106,6 @@ std::pair<QString, QString> X11Windows::classOf(xcb_window_t window)
 {
     const QStringList names = m_connection.text(window, "WM_CLASS").split(u'\0');
     return {names.value(0), names.value(1)};
-}
-
-qint32 X11Windows::processIdentifier(xcb_window_t window)
-{
-    // A client that has forked since it connected is known by the process that has ended.
-    const qint32 client = clientProcess(m_connection, window);
-    if (processStatus(client))
-        return client;
-    const QString machine = m_connection.text(window, "WM_CLIENT_MACHINE");
-    if (!machine.isEmpty() && machine != QSysInfo::machineHostName())
-        return 0;
-    const auto claimed = static_cast<qint32>(m_connection.value(window, "_NET_WM_PID"));
-    return processStatus(claimed) ? claimed : 0;
 }
 
 bool X11Windows::isRegular(xcb_window_t window, const QList<quint32> &states)

@@ -55,7 +55,6 @@ public:
 private:
     QList<xcb_window_t> stacked();
     X11Window describe(xcb_window_t window);
-    qint32 processIdentifier(xcb_window_t window);
     void identify(X11Window &window);
     std::optional<DesktopEntry> application(const X11Window &window);
     std::pair<QString, QString> classOf(xcb_window_t window);

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/ApplicationAddress.h"
 #include "Platform/Linux/ApplicationLauncher.h"
+#include "Platform/Linux/ProcessFamily.h"
 #include "Platform/Linux/ProcessStatus.h"
 #include "Platform/Linux/X11/X11ServerTime.h"
 
@@ -123,6 +124,11 @@ QList<RunningApplication> X11Workspace::runningApplications(const QString &bundl
     for (const auto &[age, application] : byAge)
         oldestFirst.append(application);
     return oldestFirst;
+}
+
+bool X11Workspace::isOfApplication(qint32 processIdentifier, const RunningApplication &application)
+{
+    return kestrova::isOfApplication(processIdentifier, application.processIdentifier);
 }
 
 void X11Workspace::activate(const RunningApplication &application)

@@ -25,6 +25,7 @@ public:
     /// Of several applications of the process, the one whose window is topmost.
     std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
     QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
+    bool isOfApplication(qint32 processIdentifier, const RunningApplication &application) override;
 
     /// The application's topmost window that is not minimised comes to the front, else its topmost
     /// minimised one; ordinary windows go before palettes and the like.
