@@ -1,7 +1,6 @@
 """What is shipped must be built with the hardening that the compiler and the linker offer: hardening_test.py PROGRAM LIBRARY."""
 
 import platform
-import re
 import subprocess
 import sys
 import unittest
@@ -14,38 +13,35 @@ def output_of(*command):
 class Hardening(unittest.TestCase):
     program = library = None
 
-    def both(self):
-        for file in (self.program, self.library):
-            with self.subTest(file):
-                yield file
+    def setUp(self):
+        self.both = (self.program, self.library)
 
     def test_the_program_has_no_fixed_place_in_memory(self):
         self.assertRegex(output_of("readelf", "-hW", self.program), r"Type:\s+DYN")
         self.assertRegex(output_of("readelf", "-dW", self.program), r"\(FLAGS_1\).*\bPIE\b")
 
     def test_what_the_loader_has_resolved_is_read_only(self):
-        for file in self.both():
-            self.assertIn("GNU_RELRO", output_of("readelf", "-lW", file))
-            self.assertRegex(output_of("readelf", "-dW", file), r"\(FLAGS_1\).*\bNOW\b")
+        for file in self.both:
+            self.assertIn("GNU_RELRO", output_of("readelf", "-lW", file), file)
+            self.assertRegex(output_of("readelf", "-dW", file), r"\(FLAGS_1\).*\bNOW\b", file)
 
     def test_the_stack_cannot_be_executed(self):
-        for file in self.both():
-            self.assertRegex(output_of("readelf", "-lW", file), r"GNU_STACK .* RW ")
+        for file in self.both:
+            self.assertRegex(output_of("readelf", "-lW", file), r"GNU_STACK .* RW ", file)
 
     def test_the_stack_is_guarded(self):
-        for file in self.both():
-            self.assertIn("__stack_chk_fail", output_of("nm", "-D", "--undefined-only", file))
+        for file in self.both:
+            self.assertIn("__stack_chk_fail", output_of("nm", "-D", "--undefined-only", file), file)
 
     def test_the_functions_of_the_c_library_check_sizes(self):
-        for file in self.both():
-            self.assertRegex(output_of("nm", "-D", "--undefined-only", file), r"__(?!stack)\w+_chk\b")
+        # The library need not call one of them.
+        self.assertRegex(output_of("nm", "-D", "--undefined-only", self.program), r" U __\w+_chk@")
 
     @unittest.skipUnless(platform.machine() == "x86_64", "another processor has other means")
     def test_jumps_may_only_land_where_functions_begin(self):
         for file, function in ((self.program, "main"), (self.library, "kestrovaMakeWindows")):
             code = output_of("objdump", "-d", "--no-show-raw-insn", f"--disassemble={function}", file)
-            with self.subTest(file):
-                self.assertTrue(re.search(rf"<{function}>:\n\s+\w+:\s+endbr64", code), code[:400])
+            self.assertRegex(code, rf"<{function}>:\n\s+\w+:\s+endbr64", file)
 
 
 if __name__ == "__main__":

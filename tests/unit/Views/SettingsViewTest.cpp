@@ -149,8 +149,13 @@ TEST_F(SettingsViewTest, AChangeFromElsewhereReplacesTheTextOfAField)
     EXPECT_EQ(digest->property("text").toString(), QString());
     EXPECT_EQ(address->property("text").toString(), AppSettings::defaults().modelDownloadURL);
     click(u"Whisper.cpp"_s);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    // Not by its name: since Qt 6.8 one finds the label by it as well, hidden from screen readers
+    // or not.
+    QQuickItem *language = window->activeFocusItem();
     click(u"Use English"_s);
-    EXPECT_EQ(find(u"Language code (auto, en, es, fr...)"_s)->property("text").toString(), u"en"_s);
+    EXPECT_EQ(language->property("text").toString(), u"en"_s);
 }
 
 TEST_F(SettingsViewTest, EveryControlIsATabStopWithAName)
