@@ -17,6 +17,8 @@ public:
     virtual void setMicrophoneSettingsPages(const QList<QUrl> &pages) = 0;
     virtual void setMicrophoneAdvice(const std::optional<QString> &advice) = 0;
     virtual void setAccessibilityTrusted(bool isTrusted) = 0;
+    /// From now on the user trusts the program as soon as the system asks.
+    virtual void grantAccessibilityWhenPrompted() = 0;
 
     /// The user's answer to every question that is open; the state becomes what was answered.
     virtual void answerMicrophoneRequests(bool isGranted) = 0;
@@ -37,7 +39,11 @@ public:
         return m_advice;
     }
     bool isAccessibilityTrusted() override { return m_isTrusted; }
-    void promptForAccessibility() override { ++m_accessibilityPromptCount; }
+    void promptForAccessibility() override
+    {
+        ++m_accessibilityPromptCount;
+        m_isTrusted = m_isTrusted || m_isGrantedWhenPrompted;
+    }
 
     void setMicrophoneState(MicrophoneAuthorizationState state) override
     {
@@ -46,6 +52,7 @@ public:
     void setMicrophoneSettingsPages(const QList<QUrl> &pages) override { m_settingsPages = pages; }
     void setMicrophoneAdvice(const std::optional<QString> &advice) override { m_advice = advice; }
     void setAccessibilityTrusted(bool isTrusted) override { m_isTrusted = isTrusted; }
+    void grantAccessibilityWhenPrompted() override { m_isGrantedWhenPrompted = true; }
     void answerMicrophoneRequests(bool isGranted) override;
     int microphoneRequestCount() const override { return m_microphoneRequestCount; }
     int accessibilityPromptCount() const override { return m_accessibilityPromptCount; }
@@ -55,6 +62,7 @@ private:
     QList<QUrl> m_settingsPages;
     std::optional<QString> m_advice;
     bool m_isTrusted = true;
+    bool m_isGrantedWhenPrompted = false;
     std::vector<std::function<void(bool isGranted)>> m_openRequests;
     int m_microphoneRequestCount = 0;
     int m_accessibilityPromptCount = 0;

@@ -88,6 +88,15 @@ TEST_P(AppControllerStartTest, TheEnvironmentIsReadAgainAfterTheAccessibilityPro
     EXPECT_FALSE(state().permissions.get().accessibilityAuthorized);
 }
 
+TEST_P(AppControllerStartTest, WhatTheAccessibilityPromptBringsIsSeenAtOnce)
+{
+    fake.access.setAccessibilityTrusted(false);
+    fake.access.grantAccessibilityWhenPrompted();
+    start();
+    EXPECT_EQ(shownError(), noAccessibility);
+    EXPECT_TRUE(state().permissions.get().accessibilityAuthorized);
+}
+
 TEST_P(AppControllerStartTest, AnErrorIsNoObstacle)
 {
     assign(1, u"org.example.Editor"_s, {});
@@ -122,6 +131,53 @@ TEST_F(ControllerTest, AtItsStartTheControllerReadsTheEnvironmentTwice)
     EXPECT_EQ(state().permissions.get(), (PermissionSnapshot{true, Microphone::authorized, true}));
     EXPECT_EQ(state().state.get(), DictationState::idle());
     EXPECT_EQ(state().settings.get(), settingsStore->load());
+}
+
+TEST_F(ControllerTest, AtItsStartEverythingIsReadBeforeAndAfterTheShortcutsAreArmed)
+{
+    end();
+    QStringList steps;
+    const auto note = [&](const QString &reading) {
+        const bool isArmed = fake.keyboard.globalMonitorCount() > 0;
+        const QString step = isArmed ? reading + u" when armed"_s : reading;
+        if (steps.isEmpty() || steps.last() != step)
+            steps.append(step);
+    };
+    const AppController started(AppEnvironment{.platform = fake.platform,
+                                               .main = main,
+                                               .background = background,
+                                               .tools = tools,
+                                               .calendar = calendar,
+                                               .now =
+                                                   [&] {
+                                                       note(u"usage"_s);
+                                                       return now;
+                                                   },
+                                               .resolveTool =
+                                                   [&](const QString &) {
+                                                       note(u"environment"_s);
+                                                       return std::nullopt;
+                                                   }},
+                                settingsStore, capture, inserter);
+    EXPECT_EQ(steps, QStringList({u"usage"_s, // its log is loaded
+                                  u"environment"_s, u"usage"_s, u"environment when armed"_s,
+                                  u"usage when armed"_s}));
+}
+
+TEST_F(ControllerTest, UnlessToldOtherwiseItCountsByTheUsersOwnTimeZoneAndLocale)
+{
+    const QByteArray zone = qgetenv("TZ");
+    qputenv("TZ", "Pacific/Kiritimati");
+    const AppController started(AppEnvironment{fake.platform, main, background, tools},
+                                settingsStore, capture, inserter);
+    if (zone.isNull())
+        qunsetenv("TZ");
+    else
+        qputenv("TZ", zone);
+    const Date day = date("2024-03-16T00:00:00+14:00");
+    EXPECT_EQ(started.calendar().startOf(Calendar::Unit::day, date("2024-03-15T12:00:00Z")), day);
+    EXPECT_EQ(started.calendar().label(day, u"dddd"),
+              QLocale::system().toString(QDate(2024, 3, 16), u"dddd"));
 }
 
 TEST_F(ControllerTest, RefreshingShowsWhatIsMissingNow)
