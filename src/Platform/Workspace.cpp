@@ -6,7 +6,8 @@ std::optional<TargetApplication> RunningApplication::asTarget() const
 {
     if (processIdentifier < 1)
         return std::nullopt;
-    return TargetApplication{processIdentifier, bundleIdentifier, localizedName};
+    return TargetApplication{sharesProcess ? 0 : processIdentifier, bundleIdentifier,
+                             localizedName};
 }
 
 } // namespace kestrova

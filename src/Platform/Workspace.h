@@ -20,10 +20,14 @@ struct RunningApplication
     bool isTerminated = false;
     bool isActive = false;  ///< it is the frontmost application
     bool isRegular = false; ///< it shows ordinary windows to the user
+    /// Its process shows windows of other applications too, as an office suite's does, so that the
+    /// process identifier does not tell which of them is meant.
+    bool sharesProcess = false;
     /// That one of its windows which has the keyboard, as a number of the window system's; 0: none.
     quint64 keyboardWindow = 0;
 
-    /// None when the process identifier is below 1.
+    /// None when the process identifier is below 1; with the process identifier 0 when the process
+    /// is shared.
     std::optional<TargetApplication> asTarget() const;
 
     bool operator==(const RunningApplication &) const = default;
@@ -44,6 +48,7 @@ public:
 
     /// The application whose window has the keyboard; none on an empty desktop.
     virtual std::optional<RunningApplication> frontmostApplication() = 0;
+    /// None also for a process that several applications share.
     virtual std::optional<RunningApplication> runningApplication(qint32 processIdentifier) = 0;
     /// Every running instance with exactly this identifier, oldest first.
     virtual QList<RunningApplication> runningApplications(const QString &bundleIdentifier) = 0;

@@ -22,7 +22,8 @@ QString comparable(const std::optional<QString> &name)
 
 bool isSameApplication(const TargetApplication &target, const RunningApplication &front)
 {
-    if (target.processIdentifier >= 1 && target.processIdentifier == front.processIdentifier)
+    if (target.processIdentifier >= 1 && target.processIdentifier == front.processIdentifier &&
+        !front.sharesProcess)
         return true;
     if (isPresent(target.bundleIdentifier) && target.bundleIdentifier == front.bundleIdentifier)
         return true;

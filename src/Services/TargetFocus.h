@@ -46,7 +46,8 @@ private:
     quint64 m_keyboardWindow = 0;
 };
 
-/// Whether the front application is the target: the same process, or the same identifier, or one
+/// Whether the front application is the target: the same process, unless several
+/// applications share it, or the same identifier, or one
 /// name (trimmed, lower case) contained in the other. The loose name rule is intended: programs
 /// decorate their names.
 bool isSameApplication(const TargetApplication &target, const RunningApplication &front);

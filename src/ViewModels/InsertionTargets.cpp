@@ -48,7 +48,8 @@ std::optional<TargetApplication> InsertionTargets::forHotbarSlot(const AppSettin
         std::find_if(instances.begin(), instances.end(),
                      [](const RunningApplication &app) { return !app.isTerminated; });
     if (running != instances.end()) {
-        target.processIdentifier = running->processIdentifier;
+        if (const auto instance = running->asTarget())
+            target.processIdentifier = instance->processIdentifier;
         if (!target.localizedName)
             target.localizedName = running->localizedName;
     }

@@ -16,8 +16,8 @@ public:
     /// The application in front, or the last one that was when it is this program or none; none
     /// when there was none.
     std::optional<TargetApplication> preferred() const;
-    /// The application assigned to the slot, with the process identifier 0 when it is not running;
-    /// none when the slot is not assigned.
+    /// The application assigned to the slot, with the process identifier 0 when it is not running
+    /// or shares its process; none when the slot is not assigned.
     std::optional<TargetApplication> forHotbarSlot(const AppSettings &settings,
                                                    int slotIndex) const;
 

@@ -130,7 +130,7 @@ std::optional<RunningApplication> FakeWorkspace::frontmostApplication()
 std::optional<RunningApplication> FakeWorkspace::runningApplication(qint32 processIdentifier)
 {
     for (const RunningApplication &application : m_desktop->running()) {
-        if (application.processIdentifier == processIdentifier)
+        if (application.processIdentifier == processIdentifier && !application.sharesProcess)
             return application;
     }
     return std::nullopt;

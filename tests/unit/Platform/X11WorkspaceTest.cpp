@@ -86,6 +86,7 @@ TEST_F(X11WorkspaceTest, TheApplicationWithTheKeyboardIsInFront)
     expected.localizedName = u"Editor"_s;
     expected.isActive = true;
     expected.isRegular = true;
+    expected.keyboardWindow = editor.windows().first();
     EXPECT_EQ(workspace.frontmostApplication(), expected);
     EXPECT_EQ(workspace.runningApplication(editor.processIdentifier()), expected);
     EXPECT_THAT(workspace.runningApplications(u"editor"_s), ElementsAre(expected));
@@ -229,11 +230,33 @@ TEST_F(X11WorkspaceTest, TheApplicationsOfOneProcessAreToldApart)
     const auto tables = workspace.runningApplications(u"tables"_s);
     ASSERT_EQ(tables.size(), 1);
     EXPECT_FALSE(tables.first().isActive);
-    EXPECT_EQ(workspace.runningApplication(suite.processIdentifier())->bundleIdentifier,
-              u"editor"_s);
+    EXPECT_TRUE(tables.first().sharesProcess);
+    EXPECT_EQ(workspace.frontmostApplication()->asTarget(),
+              (TargetApplication{0, u"editor"_s, u"Editor"_s}));
+    EXPECT_FALSE(workspace.runningApplication(suite.processIdentifier()));
     workspace.activate(tables.first());
     ASSERT_TRUE(windowComesToFront(suite.windows()[0]));
     EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, u"tables"_s);
+}
+
+TEST_F(X11WorkspaceTest, AProcessIsSharedEvenWhenItShowsOneApplicationAfterTheOther)
+{
+    install(u"tables"_s, "Name=Tables\nStartupWMClass=TablesClass\n");
+    TestApplication suite(connection, u"a"_s, u"EditorClass"_s);
+    EXPECT_FALSE(workspace.frontmostApplication()->sharesProcess);
+    suite.setText(suite.windows().first(), "WM_CLASS", QByteArray("a\0TablesClass\0", 14));
+    EXPECT_TRUE(workspace.frontmostApplication()->sharesProcess);
+    const TestApplication other(connection, u"b"_s, u"EditorClass"_s);
+    EXPECT_FALSE(workspace.frontmostApplication()->sharesProcess) << "another process";
+}
+
+TEST_F(X11WorkspaceTest, AWindowOfNoInstalledApplicationDoesNotMakeAProcessShared)
+{
+    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    editor.setText(editor.windows()[1], "WM_CLASS", QByteArray("x\0Dialog\0", 9));
+    const auto front = workspace.frontmostApplication();
+    EXPECT_FALSE(front->sharesProcess);
+    EXPECT_EQ(front->asTarget()->processIdentifier, editor.processIdentifier());
 }
 
 TEST_F(X11WorkspaceTest, ADialogWithAClassOfItsOwnBelongsToItsWindow)

@@ -431,6 +431,26 @@ TEST_F(TextInsertionServiceTest, ATerminatedProcessIsReplacedByARunningInstance)
     EXPECT_EQ(desktop->actions().at(2), u"activate 40"_s) << "else the first";
 }
 
+TEST_F(TextInsertionServiceTest, AnotherApplicationOfTheSameProcessIsNotTheTarget)
+{
+    RunningApplication writer = running(30, u"writer"_s);
+    RunningApplication calc = running(30, u"calc"_s);
+    writer.sharesProcess = calc.sharesProcess = true;
+    calc.isActive = true;
+    desktop->setRunning({calc, writer});
+    desktop->setHook([&](const QString &action) {
+        if (action == u"activate 30"_s) {
+            calc.isActive = false;
+            writer.isActive = true;
+            desktop->setRunning({calc, writer});
+        }
+    });
+    // As it was when the process showed nothing else.
+    insert(u"hello"_s, TargetApplication{30, u"writer"_s, {}});
+    EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"paste"_s}));
+    EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, u"writer"_s);
+}
+
 TEST_F(TextInsertionServiceTest, AnIdentifierThatIsEmptyNamesNoInstance)
 {
     desktop->setRunning({running(40, u""_s)});
@@ -467,6 +487,16 @@ TEST(IsSameApplication, TheNameDecidesAlsoBetweenDifferentIdentifiers)
     EXPECT_TRUE(isSameApplication({31, u"org.example.NotesBeta"_s, u"Notes"_s}, front));
     EXPECT_FALSE(isSameApplication({31, u"org.example.NotesBeta"_s, u"Mail"_s}, front));
     EXPECT_FALSE(isSameApplication({31, u"org.example.NotesBeta"_s, {}}, front));
+}
+
+TEST(IsSameApplication, ASharedProcessTellsNothing)
+{
+    RunningApplication front = running(30, u"calc"_s, u"Calc"_s);
+    front.sharesProcess = true;
+    EXPECT_FALSE(isSameApplication({30, u"writer"_s, u"Writer"_s}, front));
+    EXPECT_FALSE(isSameApplication({30, {}, {}}, front));
+    EXPECT_TRUE(isSameApplication({0, u"calc"_s, {}}, front));
+    EXPECT_TRUE(isSameApplication({0, {}, u"Calc"_s}, front));
 }
 
 TEST(IsSameApplication, UnknownProcessesAndNamesMatchNothing)

@@ -93,6 +93,19 @@ TEST_F(PreferredTargetTest, WeAreKnownByTheProcessAlone)
     EXPECT_EQ(targets.preferred()->processIdentifier, 300);
 }
 
+TEST_F(PreferredTargetTest, AnApplicationThatSharesItsProcessIsATargetWithoutAProcess)
+{
+    auto writer = application(300, u"writer"_s, u"Writer"_s);
+    writer.sharesProcess = true;
+    desktop->setRunning({writer, application(ownProcess)});
+    desktop->bringToFront(300);
+    const InsertionTargets targets(workspace);
+    const TargetApplication expected{0, u"writer"_s, u"Writer"_s};
+    EXPECT_EQ(targets.preferred(), expected);
+    desktop->bringToFront(ownProcess);
+    EXPECT_EQ(targets.preferred(), expected) << "and we are not one";
+}
+
 TEST_F(PreferredTargetTest, AnApplicationWithoutAProcessDoesNotCount)
 {
     desktop->bringToFront(100);
@@ -155,6 +168,14 @@ TEST_F(HotbarTargetTest, TheFirstLivingInstanceIsTaken)
 
     desktop->setRunning({terminated});
     EXPECT_EQ(editorTarget(), (TargetApplication{0, editorIdentifier, {}}));
+}
+
+TEST_F(HotbarTargetTest, AnInstanceThatSharesItsProcessIsKnownByItsIdentifier)
+{
+    auto shared = application(102, editorIdentifier, u"Editor"_s);
+    shared.sharesProcess = true;
+    desktop->setRunning({shared});
+    EXPECT_EQ(editorTarget(), (TargetApplication{0, editorIdentifier, u"Editor"_s}));
 }
 
 TEST_F(HotbarTargetTest, TheNameIsTheAssignedOneEvenAnEmptyOneThenTheRunningOne)

@@ -44,6 +44,16 @@ QList<X11Window> X11Windows::all()
     return windows;
 }
 
+QList<X11Window> X11Windows::ofProcess(qint32 process)
+{
+    QList<X11Window> windows;
+    for (const xcb_window_t window : stacked()) {
+        if (processIdentifier(window) == process)
+            windows.append(describe(window));
+    }
+    return windows;
+}
+
 std::optional<X11Window> X11Windows::active()
 {
     const xcb_window_t window = m_connection.value(m_connection.root(), "_NET_ACTIVE_WINDOW");

@@ -37,6 +37,8 @@ public:
 
     /// Every managed window, the topmost last.
     QList<X11Window> all();
+    /// The managed windows of this process, the topmost last.
+    QList<X11Window> ofProcess(qint32 processIdentifier);
     /// The window that has the keyboard; none when no managed window has it. A window manager may
     /// go on naming a window that is gone.
     std::optional<X11Window> active();

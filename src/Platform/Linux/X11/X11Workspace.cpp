@@ -73,6 +73,7 @@ QList<RunningApplication> X11Workspace::applications()
     const auto active = m_windows.active();
     QList<RunningApplication> applications;
     for (const X11Window &window : m_windows.all()) {
+        m_processApplications.note(window.processIdentifier, window.bundleIdentifier);
         RunningApplication application = applicationOf(window);
         if (active && isSameApplication(application, applicationOf(*active)))
             makeActive(application, *active);
@@ -84,6 +85,8 @@ QList<RunningApplication> X11Workspace::applications()
         }
         applications.append(application);
     }
+    for (RunningApplication &application : applications)
+        application.sharesProcess = m_processApplications.areSeveral(application.processIdentifier);
     return applications;
 }
 
@@ -94,11 +97,12 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication()
         return std::nullopt;
     RunningApplication application = applicationOf(*window);
     makeActive(application, *window);
-    if (!application.isRegular) {
-        application.isRegular = std::ranges::any_of(m_windows.all(), [&](const X11Window &other) {
-            return other.isRegular && isSameApplication(application, applicationOf(other));
-        });
+    for (const X11Window &other : m_windows.ofProcess(window->processIdentifier)) {
+        m_processApplications.note(other.processIdentifier, other.bundleIdentifier);
+        if (other.isRegular && isSameApplication(application, applicationOf(other)))
+            application.isRegular = true;
     }
+    application.sharesProcess = m_processApplications.areSeveral(application.processIdentifier);
     return application;
 }
 
@@ -108,7 +112,7 @@ std::optional<RunningApplication> X11Workspace::runningApplication(qint32 proces
         return std::nullopt;
     const QList<RunningApplication> all = applications();
     const auto found = std::find_if(all.rbegin(), all.rend(), [&](const auto &application) {
-        return application.processIdentifier == processIdentifier;
+        return application.processIdentifier == processIdentifier && !application.sharesProcess;
     });
     return found == all.rend() ? std::nullopt : std::optional(*found);
 }
@@ -158,10 +162,7 @@ qint32 X11Workspace::openApplication(const QString &bundleIdentifier)
 
 bool X11Workspace::isStarting(qint32 processIdentifier)
 {
-    return processStatus(processIdentifier) &&
-           std::ranges::none_of(m_windows.all(), [&](const X11Window &window) {
-               return window.processIdentifier == processIdentifier;
-           });
+    return processStatus(processIdentifier) && m_windows.ofProcess(processIdentifier).isEmpty();
 }
 
 std::optional<qint32> X11Workspace::launchInstalled(const QString &bundleIdentifier)

@@ -2,6 +2,7 @@
 
 #include "Platform/Workspace.h"
 
+#include "Platform/Linux/ProcessApplications.h"
 #include "Platform/Linux/X11/X11RootWatcher.h"
 #include "Platform/Linux/X11/X11Windows.h"
 
@@ -11,7 +12,8 @@ namespace kestrova {
 
 /// The applications of an X11 desktop, as its managed windows tell. An application is a process
 /// together with an identifier: a process whose windows belong to several installed applications,
-/// as an office suite's do, is several applications. One that shows no window is not running in
+/// as an office suite's do, is several applications, also when it shows only one of them at the
+/// moment. One that shows no window is not running in
 /// this sense, so that opening it again brings a window; so none is ever given as terminated. Once
 /// the X server has gone, nothing is running and nothing happens.
 class X11Workspace final : public Workspace
@@ -22,7 +24,7 @@ public:
                  const QByteArray &displayName = {});
 
     std::optional<RunningApplication> frontmostApplication() override;
-    /// Of several applications of the process, the one whose window is topmost.
+    /// Of an application and windows of the process that belong to no installed one, the topmost.
     std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
     QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;
     bool isOfApplication(qint32 processIdentifier, const RunningApplication &application) override;
@@ -52,6 +54,7 @@ private:
     X11Connection &m_connection;
     X11Windows &m_windows;
     DesktopEntries &m_entries;
+    ProcessApplications m_processApplications;
     const QByteArray m_displayName;
     std::unique_ptr<X11RootWatcher> m_watcher; // since the first observation
     std::optional<RunningApplication> m_lastActivated;
