@@ -44,11 +44,11 @@ QList<X11Window> X11Windows::all()
     return windows;
 }
 
-QList<X11Window> X11Windows::ofProcess(qint32 process)
+QList<X11Window> X11Windows::ofProcess(qint32 processIdentifier)
 {
     QList<X11Window> windows;
     for (const xcb_window_t window : stacked()) {
-        if (processIdentifier(window) == process)
+        if (windowProcess(m_connection, window) == processIdentifier)
             windows.append(describe(window));
     }
     return windows;
