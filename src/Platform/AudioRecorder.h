@@ -2,6 +2,7 @@
 
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 
 namespace kestrova {
@@ -30,7 +31,8 @@ public:
     virtual void setMeteringEnabled(bool enabled) = 0;
     /// Creates the file and gets the sound system ready; record() does it when this failed.
     virtual bool prepareToRecord() = 0;
-    /// Starts; false when there is no microphone or the sound system does not let us record.
+    /// Starts; false when there is no microphone or the sound system does not let us record. Then
+    /// there is no file either.
     virtual bool record() = 0;
     /// Ends the recording: everything captured until now is in the file, which is complete when
     /// this returns.
@@ -44,6 +46,29 @@ public:
     virtual double currentTime() const = 0;
 };
 
+/// What is known of the default microphone.
+enum class MicrophoneCondition {
+    unknown,
+    available,
+    muted,
+    monitorOnly, ///< there is only what is being played
+    noDevice,
+    noServer, ///< the sound system cannot be reached
+};
+
+/// Why a recording is not all that was said.
+enum class RecordingProblem {
+    fileNotWritten,
+    microphoneLost, ///< or the sound system
+};
+
+/// Who wants to know how the microphone is. Called on any thread; must not block or call the input.
+struct AudioInputListener
+{
+    std::function<void(MicrophoneCondition)> conditionChanged;
+    std::function<void(RecordingProblem)> recordingFailed;
+};
+
 /// The sound input of the machine.
 class AudioInput
 {
@@ -54,6 +79,12 @@ public:
     /// or the format cannot be recorded; there is no fallback to another format.
     virtual std::unique_ptr<AudioRecorder> makeRecorder(const QUrl &fileURL,
                                                         const RecordingFormat &format) = 0;
+
+    /// Replaces the listener; the former one is not called any more. Returns the condition of this
+    /// moment, to which the changes are told. Does not wait for the sound system.
+    virtual MicrophoneCondition listen(AudioInputListener listener) = 0;
+    /// Looks again for a sound system that could not be reached. May block for a moment.
+    virtual void reconnect() = 0;
 };
 
 } // namespace kestrova

@@ -51,6 +51,7 @@ AppController::AppController(const AppEnvironment &environment,
                                  [this] { return m_coordinator->resume(); }))),
       m_targets(*environment.platform.workspace)
 {
+    listenToMicrophone();
     refreshEnvironmentSnapshot();
     refreshUsageAnalytics();
     registerHotkeys();
@@ -61,8 +62,22 @@ AppController::AppController(const AppEnvironment &environment,
 
 AppController::~AppController()
 {
+    m_environment.platform.audioInput->listen({});
     m_programEnding.request_stop();
     m_coordinator->cancelProcessing();
+}
+
+void AppController::listenToMicrophone()
+{
+    const auto tell = [this](auto member, auto value) {
+        later([this, member, value] { ((*m_appState).*member).set(value); });
+    };
+    m_appState->microphone.set(m_environment.platform.audioInput->listen({
+        .conditionChanged =
+            [tell](MicrophoneCondition condition) { tell(&AppState::microphone, condition); },
+        .recordingFailed =
+            [tell](RecordingProblem problem) { tell(&AppState::recordingProblem, problem); },
+    }));
 }
 
 void AppController::toggleRecordingWithDefaultTarget()
@@ -129,6 +144,7 @@ bool AppController::canStartRecording()
 void AppController::start(const std::optional<TargetApplication> &target,
                           std::optional<int> slotIndex)
 {
+    m_appState->recordingProblem.set(std::nullopt);
     later([this, target, slotIndex] {
         m_coordinator->setInsertionContext(target, slotIndex);
         m_coordinator->toggle();
@@ -169,6 +185,9 @@ void AppController::refreshEnvironmentSnapshot()
     const auto tool = m_environment.resolveTool(m_appState->settings.get().whisperCLIPath);
     m_appState->isWhisperCLIReady.set(tool.has_value());
     m_appState->resolvedWhisperCLIPath.set(tool.value_or(u""_s));
+    if (m_appState->microphone.get() == MicrophoneCondition::noServer)
+        m_environment.background.post(
+            [&input = *m_environment.platform.audioInput] { input.reconnect(); });
 }
 
 void AppController::refreshUsageAnalytics()

@@ -107,6 +107,7 @@ private:
     void later(std::function<void()> work);
     void showError(const QString &message);
     void commit(const AppSettings &settings);
+    void listenToMicrophone();
     void finishModelPreparation(const std::optional<QString> &failure);
     void finishMicrophoneRequest(bool isGranted);
     DownloadProgressSink progressSink();

@@ -6,6 +6,7 @@
 #include "Models/PermissionSnapshot.h"
 #include "Models/UsageRecords.h"
 #include "Models/UsageTrendPeriod.h"
+#include "Platform/AudioRecorder.h"
 #include "Services/DownloadProgress.h"
 
 #include <QObject>
@@ -75,6 +76,10 @@ public:
     Published<QString> resolvedWhisperCLIPath{*this, &AppState::resolvedWhisperCLIPathChanged,
                                               QLatin1String("")};
     Published<PermissionSnapshot> permissions{*this, &AppState::permissionsChanged};
+    Published<MicrophoneCondition> microphone{*this, &AppState::microphoneChanged};
+    /// Why the last recording is not all that was said; none when it is.
+    Published<std::optional<RecordingProblem>> recordingProblem{*this,
+                                                                &AppState::recordingProblemChanged};
     Published<AppSettings> settings;
     Published<UsageDashboardSnapshot> usageSnapshot{*this, &AppState::usageSnapshotChanged,
                                                     UsageDashboardSnapshot::empty()};
@@ -103,6 +108,8 @@ Q_SIGNALS:
     void isWhisperCLIReadyChanged();
     void resolvedWhisperCLIPathChanged();
     void permissionsChanged();
+    void microphoneChanged();
+    void recordingProblemChanged();
     void settingsChanged();
     void usageSnapshotChanged();
     void usageTrendPeriodChanged();

@@ -254,8 +254,10 @@ class SoundFailures(DictationTestCase):
 
     def test_no_microphone(self):
         unplug_microphone()
+        before = dictation.recordings()
         with dictation.Dictation() as session:
             self.assertEqual(self.message_of_start(session), NO_RECORDING)
+        self.assertEqual(dictation.recordings(), before, "a recording that holds nothing leaves no file")
 
     def test_what_is_missing_is_named_in_order_and_nothing_is_recorded(self):
         before = dictation.recordings()

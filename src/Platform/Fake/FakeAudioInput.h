@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Platform/AudioInputNews.h"
 #include "Platform/AudioRecorder.h"
 
 #include <QList>
 #include <QStringList>
 
+#include <atomic>
 #include <mutex>
 
 namespace kestrova {
@@ -30,6 +32,11 @@ public:
     virtual void setRecordedSeconds(double seconds) = 0;
     /// Ends every running recording as if the microphone had been removed.
     virtual void endRecordings() = 0;
+    virtual void setCondition(MicrophoneCondition condition) = 0;
+    /// As if a recording could not be written any further.
+    virtual void tellProblem(RecordingProblem problem) = 0;
+    /// How often somebody asked for the sound system to be looked for.
+    virtual int reconnectionCount() const = 0;
 
     /// What the recorders were made for, oldest first.
     virtual QList<FakeRecorderCreation> creations() const = 0;
@@ -44,12 +51,20 @@ class FakeAudioInput final : public AudioInput, public FakeAudioInputControl
 public:
     std::unique_ptr<AudioRecorder> makeRecorder(const QUrl &fileURL,
                                                 const RecordingFormat &format) override;
+    MicrophoneCondition listen(AudioInputListener listener) override
+    {
+        return m_news.listen(std::move(listener));
+    }
+    void reconnect() override { ++m_reconnectionCount; }
 
     void failCreation(const QString &problem) override;
     void setPrepareSucceeds(bool succeeds) override;
     void setRecordSucceeds(bool succeeds) override;
     void setRecordedSeconds(double seconds) override;
     void endRecordings() override;
+    void setCondition(MicrophoneCondition condition) override { m_news.setCondition(condition); }
+    void tellProblem(RecordingProblem problem) override { m_news.tellProblem(problem); }
+    int reconnectionCount() const override { return m_reconnectionCount; }
     QList<FakeRecorderCreation> creations() const override;
     QStringList calls() const override;
 
@@ -70,6 +85,8 @@ private:
     };
 
     const std::shared_ptr<World> m_world = std::make_shared<World>();
+    AudioInputNews m_news;
+    std::atomic<int> m_reconnectionCount = 0;
 };
 
 } // namespace kestrova

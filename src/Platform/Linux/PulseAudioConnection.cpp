@@ -61,9 +61,9 @@ PulseAudioConnection::Pauses PulseAudioConnection::usualPauses()
     return {250ms, 500ms, 1s, 2s, 4s, 8s};
 }
 
-PulseAudioConnection::PulseAudioConnection(Pauses pauses)
+PulseAudioConnection::PulseAudioConnection(Pauses pauses, StateHandler stateHandler)
     : m_loop(pa_threaded_mainloop_new()), m_api(pa_threaded_mainloop_get_api(m_loop)),
-      m_pauses(std::move(pauses))
+      m_pauses(std::move(pauses)), m_stateHandler(std::move(stateHandler))
 {
     // Connecting reads configuration and may look at the X server: not on the caller's thread.
     connectAfter(std::chrono::microseconds(0));
@@ -116,7 +116,7 @@ void PulseAudioConnection::connectUnlessGood(pa_context_flags_t flags)
         [](pa_context *, void *self) { static_cast<PulseAudioConnection *>(self)->stateChanged(); },
         this);
     if (pa_context_connect(m_context.get(), nullptr, flags, nullptr) < 0)
-        retry();
+        stateChanged();
 }
 
 void PulseAudioConnection::retry()
@@ -131,6 +131,8 @@ void PulseAudioConnection::stateChanged()
         m_retryCount = 0;
     else if (!isGood())
         retry();
+    if (m_stateHandler)
+        m_stateHandler(m_context.get());
     signal();
 }
 

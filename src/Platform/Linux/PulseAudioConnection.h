@@ -39,9 +39,11 @@ public:
     /// Between the attempts to connect by itself.
     using Pauses = std::vector<std::chrono::milliseconds>;
     static Pauses usualPauses();
+    /// Called on the connection's thread, with the lock held, when the server is reached or lost.
+    using StateHandler = std::function<void(pa_context *)>;
 
     /// Returns at once, connected or not.
-    explicit PulseAudioConnection(Pauses pauses = usualPauses());
+    explicit PulseAudioConnection(Pauses pauses = usualPauses(), StateHandler stateHandler = {});
     /// Every stream is gone by now.
     ~PulseAudioConnection();
     PulseAudioConnection(const PulseAudioConnection &) = delete;
@@ -52,6 +54,8 @@ public:
 
     // The rest is called with the lock held.
 
+    /// Connects unless that has been done or is under way. Waits for nothing.
+    void connectUnlessGood(pa_context_flags_t flags);
     /// Whether the server answered before the deadline. Starts one where the user's configuration
     /// says so; returns at once when there is none.
     bool waitUntilReady(TimePoint deadline);
@@ -73,7 +77,6 @@ private:
 
     bool isGood() const;
     bool isReady() const;
-    void connectUnlessGood(pa_context_flags_t flags);
     void connectAfter(std::chrono::microseconds delay);
     void retry();
     void stateChanged();
@@ -83,6 +86,7 @@ private:
     std::unique_ptr<pa_context, Release> m_context;
     pa_time_event *m_connectTimer = nullptr;
     const Pauses m_pauses;
+    const StateHandler m_stateHandler;
     size_t m_retryCount = 0; // since the server was last reached
 };
 

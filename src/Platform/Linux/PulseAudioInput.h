@@ -2,6 +2,7 @@
 
 #include "Platform/AudioRecorder.h"
 #include "Platform/Linux/PulseAudioConnection.h"
+#include "Platform/Linux/PulseAudioMicrophoneWatch.h"
 
 namespace kestrova {
 
@@ -16,8 +17,15 @@ public:
     std::unique_ptr<AudioRecorder> makeRecorder(const QUrl &fileURL,
                                                 const RecordingFormat &format) override;
 
+    MicrophoneCondition listen(AudioInputListener listener) override;
+    void reconnect() override;
+
 private:
-    PulseAudioConnection m_connection;
+    AudioInputNews m_news;
+    PulseAudioMicrophoneWatch m_watch{m_news};
+    PulseAudioConnection m_connection{
+        PulseAudioConnection::usualPauses(),
+        [this](pa_context *context) { m_watch.stateChanged(context); }};
 };
 
 } // namespace kestrova

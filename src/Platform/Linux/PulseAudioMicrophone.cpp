@@ -1,68 +1,80 @@
 #include "Platform/Linux/PulseAudioMicrophone.h"
 
-namespace kestrova {
+namespace kestrova::PulseAudioMicrophone {
 
 namespace {
 
-/// The answers to two requests that are under way together.
-struct Search
+/// Muted by a switch, or turned down to nothing.
+bool isMuted(const pa_source_info &source)
 {
-    PulseAudioConnection &connection;
-    std::string defaultName;
-    std::string firstName;
-    bool defaultIsMicrophone = false;
-
-    void takeServer(const pa_server_info *server)
-    {
-        if (server && server->default_source_name)
-            defaultName = server->default_source_name;
-        connection.signal();
-    }
-
-    /// Null after the last one.
-    void takeSource(const pa_source_info *source)
-    {
-        if (source && !PulseAudioMicrophone::isMonitor(*source)) {
-            if (firstName.empty())
-                firstName = source->name;
-            if (source->name == defaultName)
-                defaultIsMicrophone = true;
-        }
-        connection.signal();
-    }
-};
+    return source.mute != 0 || pa_cvolume_is_muted(&source.volume);
+}
 
 } // namespace
 
-bool PulseAudioMicrophone::isMonitor(const pa_source_info &source)
+bool isMonitor(const pa_source_info &source)
 {
     return source.monitor_of_sink != PA_INVALID_INDEX;
 }
 
-std::string PulseAudioMicrophone::find(PulseAudioConnection &connection,
-                                       PulseAudioConnection::TimePoint deadline)
+Search::Search(pa_context *context, std::function<void()> done) : m_done(std::move(done))
 {
-    Search search{connection, {}, {}};
     // Answered in this order, so the default is known when the sources come.
-    const PulseAudioOperation serverInfo(pa_context_get_server_info(
-        connection.context(),
+    m_serverInfo.reset(pa_context_get_server_info(
+        context,
         [](pa_context *, const pa_server_info *server, void *self) {
             static_cast<Search *>(self)->takeServer(server);
         },
-        &search));
-    const PulseAudioOperation sourceList(pa_context_get_source_info_list(
-        connection.context(),
-        [](pa_context *, const pa_source_info *source, int, void *self) {
-            static_cast<Search *>(self)->takeSource(source);
+        this));
+    m_sourceList.reset(pa_context_get_source_info_list(
+        context,
+        [](pa_context *, const pa_source_info *source, int end, void *self) {
+            if (source)
+                static_cast<Search *>(self)->takeSource(*source);
+            else
+                static_cast<Search *>(self)->finish(end > 0);
         },
-        &search));
-    if (!serverInfo || !sourceList)
-        return {};
-    const bool answered =
-        connection.wait(deadline, [&] { return !isRunning(serverInfo) && !isRunning(sourceList); });
-    if (!answered)
-        return {};
-    return search.defaultIsMicrophone ? search.defaultName : search.firstName;
+        this));
+    m_isDone = !m_serverInfo || !m_sourceList;
 }
 
-} // namespace kestrova
+void Search::takeServer(const pa_server_info *server)
+{
+    if (server && server->default_source_name)
+        m_defaultName = server->default_source_name;
+}
+
+void Search::takeSource(const pa_source_info &source)
+{
+    if (isMonitor(source))
+        m_hasMonitor = true;
+    else if (m_choice.name.empty() || source.name == m_defaultName)
+        m_choice = {source.name, isMuted(source)};
+}
+
+void Search::finish(bool hasAnswer)
+{
+    m_hasAnswer = hasAnswer;
+    m_isDone = true;
+    m_done();
+}
+
+MicrophoneCondition Search::condition() const
+{
+    if (!m_hasAnswer)
+        return MicrophoneCondition::unknown;
+    if (m_choice.name.empty())
+        return m_hasMonitor ? MicrophoneCondition::monitorOnly : MicrophoneCondition::noDevice;
+    return m_choice.isMuted ? MicrophoneCondition::muted : MicrophoneCondition::available;
+}
+
+std::string find(PulseAudioConnection &connection, PulseAudioConnection::TimePoint deadline)
+{
+    Search search(connection.context(), [&connection] { connection.signal(); });
+    const bool answered = connection.wait(deadline, [&] {
+        return search.isDone() || !PA_CONTEXT_IS_GOOD(pa_context_get_state(connection.context()));
+    });
+    return answered ? search.name() : std::string();
+}
+
+} // namespace kestrova::PulseAudioMicrophone

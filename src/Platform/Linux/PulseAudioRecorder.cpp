@@ -3,6 +3,8 @@
 #include "Models/ReadableError.h"
 #include "Platform/Linux/PulseAudioMicrophone.h"
 
+#include <QFile>
+
 #include <mutex>
 
 namespace kestrova {
@@ -58,9 +60,9 @@ void PulseAudioRecorder::Release::operator()(pa_stream *stream) const
     pa_stream_unref(stream);
 }
 
-PulseAudioRecorder::PulseAudioRecorder(PulseAudioConnection &connection, const QUrl &fileURL,
-                                       const RecordingFormat &format)
-    : m_connection(connection), m_fileURL(fileURL), m_format(format)
+PulseAudioRecorder::PulseAudioRecorder(PulseAudioConnection &connection, AudioInputNews &news,
+                                       const QUrl &fileURL, const RecordingFormat &format)
+    : m_connection(connection), m_news(news), m_fileURL(fileURL), m_format(format)
 {
 }
 
@@ -86,14 +88,32 @@ bool PulseAudioRecorder::prepareToRecord()
 
 bool PulseAudioRecorder::record()
 {
-    if (m_stream || !prepareToRecord())
+    if (m_stream)
         return m_isRecording;
+    if (!prepareToRecord()) {
+        m_news.tellProblem(RecordingProblem::fileNotWritten);
+        return false;
+    }
+    const bool hasStarted = start();
+    if (!hasStarted)
+        discardFile();
+    return hasStarted;
+}
+
+bool PulseAudioRecorder::start()
+{
     const auto deadline = steady_clock::now() + startLimit;
     const std::lock_guard lock(m_connection);
     if (!m_connection.waitUntilReady(deadline))
         return false;
     const std::string source = PulseAudioMicrophone::find(m_connection, deadline);
     return !source.empty() && openStream(source, deadline);
+}
+
+void PulseAudioRecorder::discardFile()
+{
+    m_file.reset();
+    QFile::remove(m_fileURL.toLocalFile());
 }
 
 bool PulseAudioRecorder::openStream(const std::string &source,
@@ -128,7 +148,10 @@ bool PulseAudioRecorder::openStream(const std::string &source,
 void PulseAudioRecorder::stateChanged()
 {
     // Ready only until the microphone is removed or the server goes away.
-    m_isRecording = pa_stream_get_state(m_stream.get()) == PA_STREAM_READY;
+    const bool isReady = pa_stream_get_state(m_stream.get()) == PA_STREAM_READY;
+    const bool wasRecording = m_isRecording.exchange(isReady);
+    if (wasRecording && !isReady)
+        m_news.tellProblem(RecordingProblem::microphoneLost);
     m_connection.signal();
 }
 
@@ -145,7 +168,7 @@ void PulseAudioRecorder::takeAvailable()
         pa_stream_drop(m_stream.get());
         m_frameCount = m_file->frameCount();
         if (!written)
-            end();
+            end(RecordingProblem::fileNotWritten);
     }
     m_connection.signal();
 }
@@ -159,14 +182,15 @@ void PulseAudioRecorder::moved()
         pa_stream_get_context(m_stream.get()), pa_stream_get_device_index(m_stream.get()),
         [](pa_context *, const pa_source_info *source, int, void *self) {
             if (source && PulseAudioMicrophone::isMonitor(*source))
-                static_cast<PulseAudioRecorder *>(self)->end();
+                static_cast<PulseAudioRecorder *>(self)->end(RecordingProblem::microphoneLost);
         },
         this));
 }
 
-void PulseAudioRecorder::end()
+void PulseAudioRecorder::end(RecordingProblem problem)
 {
     m_isRecording = false;
+    m_news.tellProblem(problem);
     pa_stream_disconnect(m_stream.get());
     m_connection.signal();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/AudioInputNews.h"
 #include "Platform/AudioRecorder.h"
 #include "Platform/Linux/PulseAudioConnection.h"
 #include "Platform/Linux/WavFile.h"
@@ -13,9 +14,9 @@ namespace kestrova {
 class PulseAudioRecorder final : public AudioRecorder
 {
 public:
-    /// The connection outlives the recorder. The address is a local file's; the format is one of
-    /// 16-bit little-endian integers.
-    PulseAudioRecorder(PulseAudioConnection &connection, const QUrl &fileURL,
+    /// The connection and the news outlive the recorder. The address is a local file's; the format
+    /// is one of 16-bit little-endian integers.
+    PulseAudioRecorder(PulseAudioConnection &connection, AudioInputNews &news, const QUrl &fileURL,
                        const RecordingFormat &format);
     ~PulseAudioRecorder() override;
     PulseAudioRecorder(const PulseAudioRecorder &) = delete;
@@ -40,15 +41,19 @@ private:
         void operator()(pa_stream *stream) const;
     };
 
+    bool start();
+    void discardFile();
+
     // All of these with the connection's lock held.
     bool openStream(const std::string &source, PulseAudioConnection::TimePoint deadline);
     void stateChanged();
     void takeAvailable();
     void moved();
     void drain();
-    void end();
+    void end(RecordingProblem problem);
 
     PulseAudioConnection &m_connection;
+    AudioInputNews &m_news;
     const QUrl m_fileURL;
     const RecordingFormat m_format;
     std::unique_ptr<WavFile> m_file;

@@ -18,6 +18,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Of a PCM file; a full disk leaves less.
+constexpr qint64 wholeHeaderSize = 44;
+
 int createPrivately(const QString &path)
 {
     const int descriptor = open(QFile::encodeName(path).constData(),
@@ -39,14 +42,13 @@ WavFile::WavFile(const QString &path, const RecordingFormat &format)
     info.channels = format.channelCount;
     info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
     m_file.reset(sf_open_fd(m_descriptor, SFM_WRITE, &info, SF_FALSE));
-    if (!m_file) {
+    if (!m_file || !writeHeader()) {
+        const QString problem = QString::fromUtf8(sf_strerror(m_file.get()));
+        m_file.reset();
         close(m_descriptor);
         QFile::remove(path);
-        throw PlatformError(path + u": "_s + QString::fromUtf8(sf_strerror(nullptr)));
+        throw PlatformError(path + u": "_s + problem);
     }
-    // The header that opening writes does not count its own length.
-    sf_command(m_file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
-    m_headerSize = lseek(m_descriptor, 0, SEEK_END);
     sf_command(m_file.get(), SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
 }
 
@@ -77,6 +79,14 @@ bool WavFile::appendSilence(std::size_t byteCount)
         byteCount -= count;
     }
     return true;
+}
+
+bool WavFile::writeHeader()
+{
+    // The header that opening writes does not count its own length.
+    sf_command(m_file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
+    m_headerSize = lseek(m_descriptor, 0, SEEK_END);
+    return m_headerSize == wholeHeaderSize;
 }
 
 void WavFile::cutToWholeFrames()

@@ -18,7 +18,7 @@ class WavFile
 {
 public:
     /// Creates the file, readable and writable by the user alone. Throws PlatformError when it
-    /// cannot be created or a file or link of that name is there already.
+    /// cannot be created, not even its header fits or a file or link of that name is there already.
     WavFile(const QString &path, const RecordingFormat &format);
     /// Closes the file.
     ~WavFile();
@@ -34,6 +34,7 @@ public:
     qint64 frameCount() const { return m_frameCount; }
 
 private:
+    bool writeHeader();
     void cutToWholeFrames();
 
     const qint64 m_bytesPerFrame;

@@ -86,6 +86,10 @@ ColumnLayout {
             }
         }
     }
+    NoticeCard {
+        Layout.fillWidth: true
+        text: face.model.microphoneNotice
+    }
     PrimaryButton {
         Layout.alignment: Qt.AlignHCenter
         model: face.model
@@ -94,6 +98,10 @@ ColumnLayout {
         Layout.fillWidth: true
         visible: face.model.lastTranscript.length > 0
         transcript: face.model.lastTranscript
+    }
+    NoticeCard {
+        Layout.fillWidth: true
+        text: face.model.recordingNotice
     }
     DeliveryCard {
         Layout.fillWidth: true

@@ -1,5 +1,6 @@
 #include "Views/Popover/PopoverModel.h"
 
+#include "ViewModels/MicrophoneHints.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
 #include "Views/ShownPart.h"
@@ -19,7 +20,8 @@ PopoverModel::PopoverModel(AppController &controller, QObject *parent)
                               &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
                               &AppState::modelDownloadChanged, &AppState::isWhisperCLIReadyChanged,
                               &AppState::resolvedWhisperCLIPathChanged,
-                              &AppState::permissionsChanged, &AppState::settingsChanged})
+                              &AppState::permissionsChanged, &AppState::microphoneChanged,
+                              &AppState::recordingProblemChanged, &AppState::settingsChanged})
         connect(&m_state, signal, this, &PopoverModel::changed);
 }
 
@@ -31,6 +33,17 @@ bool PopoverModel::showsSetupExperience() const
 QString PopoverModel::lastError() const
 {
     return shownPart(m_state.lastError.get().value_or(QString()));
+}
+
+QString PopoverModel::microphoneNotice() const
+{
+    return microphoneHint(m_state);
+}
+
+QString PopoverModel::recordingNotice() const
+{
+    const auto problem = m_state.recordingProblem.get();
+    return problem ? recordingProblemText(*problem) : QString();
 }
 
 SetupStep PopoverModel::modelStep() const

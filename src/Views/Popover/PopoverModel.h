@@ -18,6 +18,11 @@ class PopoverModel final : public QObject
     /// The face's last error; empty when there is none.
     Q_PROPERTY(QString lastError READ lastError NOTIFY changed)
 
+    /// What keeps the microphone from hearing the user; empty when nothing does.
+    Q_PROPERTY(QString microphoneNotice READ microphoneNotice NOTIFY changed)
+    /// Why the last recording is not all that was said; empty when it is.
+    Q_PROPERTY(QString recordingNotice READ recordingNotice NOTIFY changed)
+
     // Setup face
     Q_PROPERTY(kestrova::SetupStep modelStep READ modelStep NOTIFY changed)
     Q_PROPERTY(kestrova::SetupStep toolStep READ toolStep NOTIFY changed)
@@ -58,6 +63,8 @@ public:
 
     bool showsSetupExperience() const;
     QString lastError() const;
+    QString microphoneNotice() const;
+    QString recordingNotice() const;
 
     SetupStep modelStep() const;
     SetupStep toolStep() const;

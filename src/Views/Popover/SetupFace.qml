@@ -37,6 +37,7 @@ ColumnLayout {
             SetupStepRow {
                 title: face.model.microphoneStep.title
                 detail: face.model.microphoneStep.detail
+                notice: face.model.microphoneNotice
                 isComplete: face.model.microphoneStep.isComplete
             }
             SetupStepRow {

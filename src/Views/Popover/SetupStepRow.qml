@@ -10,6 +10,8 @@ Item {
     required property string title
     required property string detail
     required property bool isComplete
+    // What stands in the way although it is complete.
+    property string notice
     property bool isDetailSelectable: false
 
     Layout.fillWidth: true
@@ -36,6 +38,13 @@ Item {
             style: Theme.caption
             color: Theme.secondary
             wrapMode: TextEdit.Wrap
+        }
+        StyledText {
+            width: parent.width
+            visible: text.length > 0
+            text: row.notice
+            style: Theme.caption
+            wrapMode: Text.Wrap
         }
     }
     StatusPill {

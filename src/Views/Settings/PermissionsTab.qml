@@ -37,6 +37,10 @@ ColumnLayout {
                 wrapMode: TextEdit.Wrap
             }
         }
+        NoticeCard {
+            Layout.fillWidth: true
+            text: tab.model.microphoneNotice
+        }
         Divider {
             Layout.fillWidth: true
             Layout.topMargin: 4

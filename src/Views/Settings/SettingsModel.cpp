@@ -1,5 +1,6 @@
 #include "Views/Settings/SettingsModel.h"
 
+#include "ViewModels/MicrophoneHints.h"
 #include "ViewModels/MicrophonePermissionMessages.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
@@ -48,7 +49,7 @@ SettingsModel::SettingsModel(AppController &controller, Platform &platform)
          {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,
           &AppState::isPreparingModelChanged, &AppState::modelDownloadChanged,
           &AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged,
-          &AppState::permissionsChanged, &AppState::settingsChanged})
+          &AppState::permissionsChanged, &AppState::microphoneChanged, &AppState::settingsChanged})
         connect(&m_state, signal, this, &SettingsModel::changed);
 }
 
@@ -253,6 +254,11 @@ QString SettingsModel::microphoneMessage() const
 QString SettingsModel::microphoneHint() const
 {
     return microphoneAdvice() ? QString() : microphonePermissionHint(m_platform.bundle.identifier);
+}
+
+QString SettingsModel::microphoneNotice() const
+{
+    return kestrova::microphoneHint(m_state);
 }
 
 bool SettingsModel::isAccessibilityGranted() const

@@ -56,6 +56,8 @@ class SettingsModel final : public QObject
     /// it all.
     Q_PROPERTY(QString microphoneMessage READ microphoneMessage NOTIFY changed)
     Q_PROPERTY(QString microphoneHint READ microphoneHint NOTIFY changed)
+    /// What keeps a microphone that is granted from hearing the user; empty when nothing does.
+    Q_PROPERTY(QString microphoneNotice READ microphoneNotice NOTIFY changed)
     Q_PROPERTY(bool isAccessibilityGranted READ isAccessibilityGranted NOTIFY changed)
 
     // Diagnostics
@@ -107,6 +109,7 @@ public:
     bool isMicrophoneGranted() const;
     QString microphoneMessage() const;
     QString microphoneHint() const;
+    QString microphoneNotice() const;
     bool isAccessibilityGranted() const;
 
     QString diagnostics() const;

@@ -2,6 +2,7 @@
 
 #include "Services/FileSizeLimit.h"
 
+#include <atomic>
 #include <thread>
 
 namespace kestrova {
@@ -14,6 +15,15 @@ using std::chrono::steady_clock;
 class PulseAudioRecorderFailureTest : public RecorderTest
 {
 protected:
+    PulseAudioRecorderFailureTest()
+    {
+        input.listen({.conditionChanged = {}, .recordingFailed = [this](RecordingProblem told) {
+                          problem = told;
+                          ++problemCount;
+                      }});
+    }
+    ~PulseAudioRecorderFailureTest() override { input.listen({}); }
+
     template <typename Operation>
     static steady_clock::duration durationOf(Operation operation)
     {
@@ -31,7 +41,7 @@ protected:
         EXPECT_FALSE(recorder->isRecording());
         recorder->stop();
         EXPECT_EQ(recorder->currentTime(), 0);
-        EXPECT_TRUE(samples(*recorder).empty());
+        EXPECT_FALSE(QFile::exists(recorder->url().toLocalFile()));
     }
 
     void expectRecording(const QString &name)
@@ -44,14 +54,18 @@ protected:
     }
 
     /// With its last sample, whatever ended it.
-    static void expectEndedByItself(AudioRecorder &recorder)
+    void expectEndedByItself(AudioRecorder &recorder)
     {
         EXPECT_TRUE(waitUntil([&] { return !recorder.isRecording(); }));
         const double time = recorder.currentTime();
         recorder.stop();
         EXPECT_EQ(recorder.currentTime(), time);
         expectUnbrokenRamp(recorder);
+        EXPECT_EQ(problemCount, 1) << "the user is told, once";
     }
+
+    std::atomic<RecordingProblem> problem{};
+    std::atomic<int> problemCount = 0;
 };
 
 TEST_F(PulseAudioRecorderFailureTest, WithoutAServerThereIsNoRecordingUntilThereIsOne)
@@ -84,6 +98,7 @@ TEST_F(PulseAudioRecorderFailureTest, ARemovedMicrophoneEndsTheRecording)
     ASSERT_TRUE(record(*recorder, 0.3));
     unload(u"module-remap-source"_s);
     expectEndedByItself(*recorder);
+    EXPECT_EQ(problem, RecordingProblem::microphoneLost);
 }
 
 TEST_F(PulseAudioRecorderFailureTest, ARecordingThatIsMovedToWhatIsBeingPlayedEndsWithoutIt)
@@ -95,6 +110,7 @@ TEST_F(PulseAudioRecorderFailureTest, ARecordingThatIsMovedToWhatIsBeingPlayedEn
     // It is silent there, which would break the ramp.
     VirtualSound::moveRecording(u"kestrova_speakers.monitor"_s);
     expectEndedByItself(*recorder);
+    EXPECT_EQ(problem, RecordingProblem::microphoneLost);
 }
 
 TEST_F(PulseAudioRecorderFailureTest, ARecordingThatIsMovedToAnotherMicrophoneGoesOn)
@@ -117,6 +133,7 @@ TEST_F(PulseAudioRecorderFailureTest, AKilledServerEndsTheRecording)
     ASSERT_TRUE(record(*recorder, 0.3));
     VirtualSound::server(u"stop"_s);
     expectEndedByItself(*recorder);
+    EXPECT_EQ(problem, RecordingProblem::microphoneLost);
 }
 
 TEST_F(PulseAudioRecorderFailureTest, AHungServerIsNotWaitedForAtTheStart)
@@ -165,6 +182,20 @@ TEST_F(PulseAudioRecorderFailureTest, AFullDiskEndsTheRecording)
     ASSERT_TRUE(recorder->record());
     expectEndedByItself(*recorder);
     EXPECT_EQ(QFile(recorder->url().toLocalFile()).size(), bytes);
+    EXPECT_EQ(problem, RecordingProblem::fileNotWritten);
+}
+
+TEST_F(PulseAudioRecorderFailureTest, ADiskWithoutRoomForTheHeaderIsTold)
+{
+    const FileSizeLimit limit(10);
+    expectNoRecording();
+    EXPECT_EQ(problem, RecordingProblem::fileNotWritten);
+}
+
+TEST_F(PulseAudioRecorderFailureTest, ARecordingThatIsStoppedHasNoProblem)
+{
+    expectRecording(u"1.wav"_s);
+    EXPECT_EQ(problemCount, 0);
 }
 
 } // namespace

@@ -98,6 +98,13 @@ TEST_F(WavFileTest, TheErrorNamesTheFileThatCannotBeCreated)
     }
 }
 
+TEST_F(WavFileTest, WhereNotEvenTheHeaderFitsThereIsNoFile)
+{
+    const FileSizeLimit limit(20);
+    EXPECT_THROW(WavFile(path, {}), PlatformError);
+    EXPECT_FALSE(QFile::exists(path));
+}
+
 TEST_F(WavFileTest, AFullDiskLeavesAValidFileOfWholeFrames)
 {
     WavFile file(path, {});

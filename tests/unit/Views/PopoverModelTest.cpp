@@ -1,6 +1,7 @@
 #include "Views/Popover/PopoverModel.h"
 
 #include "ViewModels/ControllerTest.h"
+#include "ViewModels/MicrophoneHints.h"
 
 namespace kestrova {
 namespace {
@@ -68,6 +69,28 @@ TEST_F(PopoverModelTest, EachStepIsCompleteOnItsOwn)
     revokePermissions(false, true);
     EXPECT_EQ(model->accessibilityStep(),
               (SetupStep{u"Accessibility"_s, u"Permission needed for auto paste"_s, false}));
+}
+
+TEST_F(PopoverModelTest, WhatKeepsTheMicrophoneFromHearingIsToldBesideItsPermission)
+{
+    EXPECT_EQ(model->microphoneNotice(), QString());
+    fake.audioInput.setCondition(MicrophoneCondition::muted);
+    announcements = 0;
+    settle();
+    EXPECT_EQ(announcements, 1);
+    EXPECT_EQ(model->microphoneNotice(), microphoneHint(state()));
+    EXPECT_FALSE(model->microphoneNotice().isEmpty());
+    EXPECT_EQ(model->microphoneStep(), (SetupStep{u"Microphone"_s, u"Permission granted"_s, true}));
+}
+
+TEST_F(PopoverModelTest, WhyARecordingIsNotWholeIsTold)
+{
+    EXPECT_EQ(model->recordingNotice(), QString());
+    toggle();
+    fake.audioInput.tellProblem(RecordingProblem::fileNotWritten);
+    toggle();
+    EXPECT_EQ(model->recordingNotice(), recordingProblemText(RecordingProblem::fileNotWritten));
+    EXPECT_EQ(model->lastTranscript(), u"Hello world"_s);
 }
 
 TEST_F(PopoverModelTest, AMissingToolShowsTheSetupFaceAndIsOfferedForInstallation)

@@ -206,6 +206,17 @@ TEST_F(SettingsModelTest, WhyTheMicrophoneIsNotGrantedIsSaidWithWhatHelps)
                                       "reset Microphone com.kestrova.app`"_s);
 }
 
+TEST_F(SettingsModelTest, WhatKeepsAGrantedMicrophoneFromHearingIsSaid)
+{
+    EXPECT_EQ(model.microphoneNotice(), QString());
+    fake.audioInput.setCondition(MicrophoneCondition::noDevice);
+    settle();
+    EXPECT_TRUE(model.isMicrophoneGranted());
+    EXPECT_EQ(model.microphoneNotice(),
+              u"There is no microphone. Connect one, or turn it on in the sound settings."_s);
+    EXPECT_GT(changes, 0);
+}
+
 TEST_F(SettingsModelTest, TheSystemsOwnAdviceAboutTheMicrophoneComesFirst)
 {
     fake.access.setMicrophoneAdvice(u"Plug it in."_s);
