@@ -14,7 +14,8 @@ struct ProcessOutcome
     bool wasStopped = false;   ///< ended because stop was requested; the rest may be incomplete
     int terminationStatus = 0; ///< the exit status, or the number of the signal that ended it
     QByteArray standardOutput = {};
-    QByteArray standardError = {};
+    bool isStandardOutputWhole = true; ///< not when there was far more than any text
+    QByteArray standardError = {};     ///< of a very long one the beginning and the end
 };
 
 /// Runs child processes. Called on a worker.
@@ -30,5 +31,9 @@ public:
     virtual ProcessOutcome run(const QString &executable, const QStringList &arguments,
                                const std::stop_token &stop) = 0;
 };
+
+/// Ends every child process that is being run, with its descendants and without asking, because the
+/// program ends at once. Async-signal-safe.
+void endChildProcesses() noexcept;
 
 } // namespace kestrova

@@ -19,6 +19,14 @@ namespace {
 /// Beam width and number of candidates of the accurate profile.
 constexpr int accurateDecoderCount = 10;
 
+/// In bytes; a day of speech is less than a megabyte.
+constexpr qint64 longestTranscript = 32 * 1024 * 1024;
+
+PlatformError tooLong(const QString &origin)
+{
+    return PlatformError(origin + u": The transcript is too long."_s);
+}
+
 QString normalizedLanguage(const QString &language)
 {
     const QString trimmed = language.trimmed();
@@ -51,8 +59,13 @@ QStringList profileArguments(WhisperDecodingProfile profile, int decoderCount)
 QString takeTranscript(const QString &outputPath, const ProcessOutcome &outcome)
 {
     const auto file = openRegularFile(outputPath, Links::refuse);
-    if (!file)
+    if (!file) {
+        if (!outcome.isStandardOutputWhole)
+            throw tooLong(u"whisper-cli"_s);
         return decodedUtf8(outcome.standardOutput).value_or(QString());
+    }
+    if (file->size() > longestTranscript)
+        throw tooLong(outputPath);
     const auto text = decodedUtf8(readToEnd(*file, outputPath));
     if (!text)
         throw PlatformError(outputPath + u": The transcript is not valid UTF-8 text."_s);

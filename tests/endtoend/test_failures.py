@@ -13,6 +13,7 @@ from pathlib import Path
 
 import dictation
 import targets
+import windows
 from test_applications import SENTENCES, clipboard, words
 
 VIRTUAL_SOUND = dictation.REPOSITORY / "tools" / "virtual-sound"
@@ -182,6 +183,19 @@ class Failures(DictationTestCase):
             session.stop_recording()
             self.assertEqual(session.wait_for_transcript(), "Loud.")
             self.assertEqual(editor.wait_for_text("Loud."), "Loud.")
+
+    def test_megabytes_of_an_error_are_shown_without_delay(self):
+        dictation.prepare_profile(whisperCLIPath=tool("head -c 4000000 /dev/zero | tr '\\0' x >&2; exit 3\n"))
+        with windows.Program() as program:
+            message = self.message_of_dictation(program)
+            self.assertTrue(message.startswith("whisper-cli failed with status 3. xxx"), message[:100])
+            self.assertLess(len(message), 2_000_000)
+            program.send("open dashboard")
+            program.window("Dashboard").find("Hotbar Apps", windows.TAB).click()
+            self.assertTrue(program.window("Dashboard").find("Copy error", windows.BUTTON))
+            for window in ("popover", "settings"):
+                program.send(f"open {window}")
+                program.wait_for(event="shown", window=window)
 
     def test_a_tool_that_never_ends_ends_with_the_program(self):
         ends = {

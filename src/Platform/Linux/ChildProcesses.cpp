@@ -1,18 +1,23 @@
 #include "Platform/Linux/ChildProcesses.h"
 
 #include "Models/ReadableError.h"
+#include "Platform/Linux/BoundedOutput.h"
 
+#include <QElapsedTimer>
 #include <QProcess>
 
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 
 namespace kestrova {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -41,39 +46,104 @@ void start(QProcess &process, const QString &executable, const QStringList &argu
         [parent = getpid()] { detachFromParentButNotFromItsLife(parent); });
     process.start();
     if (!process.waitForStarted(-1))
-        throw PlatformError(process.errorString());
+        throw PlatformError(executable + u": "_s + process.errorString());
 }
 
-void endGroup(QProcess &process)
+// The process groups that are running; 0 where there is none. More of them than workers can run is
+// left to the kernel, which ends each group's first process with us.
+std::array<std::atomic<pid_t>, 64> runningGroups;
+static_assert(std::atomic<pid_t>::is_always_lock_free);
+
+/// Has the group among the running ones as long as it lasts.
+class RunningGroup
 {
-    const auto group = pid_t(process.processId());
-    kill(-group, SIGTERM);
-    process.waitForFinished(int(terminationGrace.count()));
-    // The leader's end proves nothing about its descendants.
-    kill(-group, SIGKILL);
-    process.waitForFinished(-1);
-}
+public:
+    explicit RunningGroup(pid_t group) : m_group(group) { replace(0, group); }
+    ~RunningGroup() { replace(m_group, 0); }
+    RunningGroup(const RunningGroup &) = delete;
+    RunningGroup &operator=(const RunningGroup &) = delete;
+
+private:
+    static void replace(pid_t old, pid_t group)
+    {
+        for (auto &entry : runningGroups) {
+            if (pid_t expected = old; entry.compare_exchange_strong(expected, group))
+                return;
+        }
+    }
+
+    const pid_t m_group;
+};
+
+/// Ends a process group on request.
+class GroupEnd
+{
+public:
+    GroupEnd(pid_t group, const std::stop_token &stop) : m_group(group), m_stop(stop) {}
+
+    bool isAskedFor() const { return m_sinceAsked.isValid(); }
+
+    /// Asks first; whoever takes too long is ended the hard way.
+    void endIfRequested()
+    {
+        if (!m_stop.stop_requested())
+            return;
+        if (!isAskedFor()) {
+            m_sinceAsked.start();
+            kill(-m_group, SIGTERM);
+        } else if (m_sinceAsked.hasExpired(terminationGrace.count())) {
+            kill(-m_group, SIGKILL);
+        }
+    }
+
+    /// The leader's end proves nothing about its descendants.
+    void endDescendants() const { kill(-m_group, SIGKILL); }
+
+private:
+    const pid_t m_group;
+    const std::stop_token m_stop;
+    QElapsedTimer m_sinceAsked;
+};
 
 } // namespace
+
+void endChildProcesses() noexcept
+{
+    for (const auto &entry : runningGroups) {
+        if (const pid_t group = entry)
+            kill(-group, SIGKILL);
+    }
+}
 
 ProcessOutcome ChildProcesses::run(const QString &executable, const QStringList &arguments,
                                    const std::stop_token &stop)
 {
     QProcess process;
     start(process, executable, arguments);
-
-    ProcessOutcome outcome;
+    const auto group = pid_t(process.processId());
+    const RunningGroup running(group);
+    GroupEnd end(group, stop);
+    BoundedOutput output(standardOutputLimit);
+    BoundedOutput errors(standardErrorLimit);
+    // While a child writes without a pause, waiting for its end goes on beyond its limit.
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, [&] {
+        output.append(process.readAllStandardOutput());
+        end.endIfRequested();
+    });
+    QObject::connect(&process, &QProcess::readyReadStandardError, &process, [&] {
+        errors.append(process.readAllStandardError());
+        end.endIfRequested();
+    });
     while (process.state() != QProcess::NotRunning &&
-           !process.waitForFinished(int(stopPollInterval.count()))) {
-        if (stop.stop_requested()) {
-            endGroup(process);
-            outcome.wasStopped = true;
-        }
-    }
-    outcome.terminationStatus = process.exitCode();
-    outcome.standardOutput = process.readAllStandardOutput();
-    outcome.standardError = process.readAllStandardError();
-    return outcome;
+           !process.waitForFinished(int(stopPollInterval.count())))
+        end.endIfRequested();
+    if (end.isAskedFor())
+        end.endDescendants();
+    return {.wasStopped = end.isAskedFor(),
+            .terminationStatus = process.exitCode(),
+            .standardOutput = output.bytes(),
+            .isStandardOutputWhole = output.isWhole(),
+            .standardError = errors.bytes()};
 }
 
 } // namespace kestrova

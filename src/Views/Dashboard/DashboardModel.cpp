@@ -3,6 +3,7 @@
 #include "Views/Dashboard/OverviewRows.h"
 #include "Views/Dashboard/UsageText.h"
 #include "Views/ShortcutHint.h"
+#include "Views/ShownPart.h"
 
 #include <QTextBoundaryFinder>
 
@@ -128,12 +129,12 @@ QString DashboardModel::hotbarExplanation() const
 
 QString DashboardModel::lastError() const
 {
-    return m_state.lastError.get().value_or(QString());
+    return shownError(m_state);
 }
 
 void DashboardModel::copyError()
 {
-    m_controller.copy(lastError());
+    m_controller.copy(m_state.lastError.get().value_or(QString()));
 }
 
 int DashboardModel::slotCount() const

@@ -32,7 +32,7 @@ bool PopoverModel::showsSetupExperience() const
 
 QString PopoverModel::lastError() const
 {
-    return shownPart(m_state.lastError.get().value_or(QString()));
+    return shownError(m_state);
 }
 
 QString PopoverModel::microphoneNotice() const

@@ -70,7 +70,7 @@ QString SettingsModel::statusIcon() const
 
 QString SettingsModel::lastError() const
 {
-    return shownPart(m_state.lastError.get().value_or(QString()));
+    return shownError(m_state);
 }
 
 void SettingsModel::copyError()

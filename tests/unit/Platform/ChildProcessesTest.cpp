@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -93,9 +94,55 @@ TEST_F(ChildProcessesTest, MegabytesOnBothOutputsDoNotStallTheChild)
     const ProcessOutcome outcome =
         shell(u"head -c 8000000 /dev/zero >&2 & head -c 8000000 /dev/zero; wait; echo end"_s);
     EXPECT_EQ(outcome.terminationStatus, 0);
-    EXPECT_EQ(outcome.standardError.size(), 8'000'000);
     EXPECT_EQ(outcome.standardOutput.size(), 8'000'004);
     EXPECT_TRUE(outcome.standardOutput.endsWith("end\n"));
+    EXPECT_TRUE(outcome.isStandardOutputWhole);
+}
+
+TEST_F(ChildProcessesTest, OfFarTooMuchOutputTheBeginningAndTheEndAreKept)
+{
+    const ProcessOutcome outcome = shell(u"for stream in 1 2; do printf begin >&$stream;"
+                                         "head -c 40000000 /dev/zero >&$stream;"
+                                         "printf end >&$stream; done; exit 3"_s);
+    EXPECT_EQ(outcome.terminationStatus, 3);
+    EXPECT_FALSE(outcome.isStandardOutputWhole);
+    EXPECT_LT(outcome.standardOutput.size(), ChildProcesses::standardOutputLimit + 100);
+    EXPECT_LT(outcome.standardError.size(), ChildProcesses::standardErrorLimit + 100);
+    for (const QByteArray &output : {outcome.standardOutput, outcome.standardError}) {
+        EXPECT_TRUE(output.startsWith("begin"));
+        EXPECT_TRUE(output.endsWith("end"));
+    }
+}
+
+TEST_F(ChildProcessesTest, AStopRequestEndsAChildThatWritesWithoutEnd)
+{
+    const QString mark = folder.filePath(u"mark"_s);
+    std::stop_source stop;
+    ProcessOutcome outcome;
+    std::thread worker([&] {
+        outcome = shell(u"trap '' TERM; touch %1; yes & yes >&2"_s.arg(mark), stop.get_token());
+    });
+    EXPECT_TRUE(waitUntil([&] { return QFile::exists(mark); }));
+    stop.request_stop();
+    worker.join();
+    EXPECT_TRUE(outcome.wasStopped);
+}
+
+TEST_F(ChildProcessesTest, AChildThatCannotBeMadeIsAnError)
+{
+    rlimit old = {};
+    getrlimit(RLIMIT_NOFILE, &old);
+    const rlimit none{3, old.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    QString failure;
+    try {
+        shell(u"true"_s);
+    } catch (const PlatformError &error) {
+        failure = error.errorDescription();
+    }
+    setrlimit(RLIMIT_NOFILE, &old);
+    EXPECT_TRUE(failure.startsWith(u"/bin/sh: "_s)) << failure.toStdString();
+    EXPECT_GT(failure.size(), 12) << failure.toStdString();
 }
 
 TEST_F(ChildProcessesTest, ACrashYieldsTheSignalsNumber)
@@ -151,6 +198,22 @@ TEST_F(ChildProcessesTest, AChildDoesNotOutliveAProgramThatIsKilled)
     kill(program, SIGKILL);
     waitpid(program, nullptr, 0);
     EXPECT_TRUE(waitUntil([&] { return !isRunning(child); }));
+}
+
+TEST_F(ChildProcessesTest, AllThatRunCanBeEndedAtOnceWithTheirDescendants)
+{
+    const QString pidFile = folder.filePath(u"pid"_s);
+    ProcessOutcome outcome;
+    std::thread worker(
+        [&] { outcome = shell(u"trap '' TERM; sleep 1000 & echo $! > %1; wait"_s.arg(pidFile)); });
+    const pid_t grandchild = pidIn(pidFile);
+    ASSERT_TRUE(isRunning(grandchild));
+    endChildProcesses();
+    worker.join();
+    EXPECT_EQ(outcome.terminationStatus, SIGKILL);
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(grandchild); }));
+    EXPECT_EQ(shell(u"exit 3"_s).terminationStatus, 3);
+    endChildProcesses();
 }
 
 } // namespace

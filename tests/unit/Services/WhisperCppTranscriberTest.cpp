@@ -185,6 +185,34 @@ TEST_F(WhisperCppTranscriberTest, WithoutAnOutputFileThePrintedTextIsUsed)
     EXPECT_EQ(transcribe().text, u"printed text"_s);
 }
 
+TEST_F(WhisperCppTranscriberTest, ATranscriptIsNeverCut)
+{
+    processes.setBehaviour([](const FakeProcessCall &) {
+        return ProcessOutcome{.standardOutput = "Hello", .isStandardOutputWhole = false};
+    });
+    EXPECT_EQ(failureOf([&] { transcribe(); }), u"whisper-cli: The transcript is too long."_s);
+
+    QString file;
+    processes.setBehaviour([&](const FakeProcessCall &call) {
+        file = outputPath(call);
+        writeFile(file, "Hello");
+        QFile::resize(file, qint64(1) << 40);
+        return ProcessOutcome{};
+    });
+    const QString failure = failureOf([&] { transcribe(); });
+    EXPECT_EQ(failure, file + u": The transcript is too long."_s);
+    EXPECT_TRUE(QFile::exists(file));
+}
+
+TEST_F(WhisperCppTranscriberTest, WhatIsPrintedBesideAFileMayBeEndless)
+{
+    processes.setBehaviour([](const FakeProcessCall &call) {
+        writeFile(outputPath(call), "Hello.");
+        return ProcessOutcome{.isStandardOutputWhole = false};
+    });
+    EXPECT_EQ(transcribe().text, u"Hello."_s);
+}
+
 TEST_F(WhisperCppTranscriberTest, OnlyBlanksAreNoSpeech)
 {
     answerWithFile("\n\n \n");

@@ -87,6 +87,16 @@ TEST_F(DashboardModelTest, OpeningReadsTheUsageAnew)
     EXPECT_EQ(card(1).words, u"5 words"_s);
 }
 
+TEST_F(DashboardModelTest, OfAnEndlessErrorTheBeginningIsShownAndAllOfItCopied)
+{
+    const QString endless(1'000'000, u'x');
+    open();
+    state().lastError.set(endless);
+    EXPECT_EQ(model->lastError(), endless.first(20'000) + u'…');
+    model->copyError();
+    EXPECT_EQ(fake.pasteboard.string(), endless);
+}
+
 TEST_F(DashboardModelTest, TheStatusIsToldAsInThePopover)
 {
     open();

@@ -379,6 +379,14 @@ TEST_F(PopoverModelTest, OfAnEndlessTextTheBeginningIsShownAndAllOfItCopied)
     EXPECT_EQ(fake.pasteboard.string(), endless);
 }
 
+TEST_F(PopoverModelTest, NoCharacterOfAnEndlessTextIsCutAndBlanksAtItsEndDoNotCount)
+{
+    state().lastError.set(u'x' + u"😀"_s.repeated(20'000));
+    EXPECT_EQ(model->lastError(), u'x' + u"😀"_s.repeated(9'999) + u'…');
+    state().lastError.set(u'x' + QString(30'000, u'\n'));
+    EXPECT_EQ(model->lastError(), u"x"_s);
+}
+
 TEST_F(PopoverModelTest, EveryMemberThatItShowsIsAnnounced)
 {
     const auto announces = [&](auto change) {
