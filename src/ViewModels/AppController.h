@@ -106,6 +106,8 @@ private:
     /// Does the work in a main-thread task, unless the controller is gone by then.
     void later(std::function<void()> work);
     void showError(const QString &message);
+    /// The error of a terminal that cannot be opened.
+    void showInstallCommand();
     void commit(const AppSettings &settings);
     void listenToMicrophone();
     void finishModelPreparation(const std::optional<QString> &failure);

@@ -14,6 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString installCommand = u"brew install whisper-cpp"_s;
+
 bool copyToPasteboard(Pasteboard &pasteboard, const QString &text)
 {
     try {
@@ -62,15 +64,23 @@ void AppController::finishModelPreparation(const std::optional<QString> &failure
 
 void AppController::installWhisperCppViaHomebrew()
 {
-    const QString command = u"brew install whisper-cpp"_s;
+    const auto failed = [controller = QPointer(this)] {
+        if (controller)
+            controller->showInstallCommand();
+    };
     try {
-        m_environment.platform.terminal->openTerminalAndRun(command);
+        m_environment.platform.terminal->openTerminalAndRun(installCommand, failed);
         m_appState->lastError.set(std::nullopt);
     } catch (const ReadableError &) {
-        const bool isCopied = copyToPasteboard(*m_environment.platform.pasteboard, command);
-        showError(u"Could not open Terminal automatically. Run `%1` manually%2."_s.arg(
-            command, isCopied ? u" (command copied to clipboard)"_s : u""_s));
+        showInstallCommand();
     }
+}
+
+void AppController::showInstallCommand()
+{
+    const bool isCopied = copyToPasteboard(*m_environment.platform.pasteboard, installCommand);
+    showError(u"Could not open Terminal automatically. Run `%1` manually%2."_s.arg(
+        installCommand, isCopied ? u" (command copied to clipboard)"_s : u""_s));
 }
 
 bool AppController::copy(const QString &text)

@@ -28,13 +28,20 @@ QString writeScript(StandardDirectories &directories, const QString &command)
     return file.fileName();
 }
 
-// The script removes itself when it is run. One may hand over to a process that runs already.
-bool hasTakenCommand(UserProcess &process, const QString &scriptPath)
+// The script removes itself when it is run. A terminal may also hand over to a process that runs
+// already, which then runs it later.
+bool hasTakenCommand(const UserProcess &endedProcess, const QString &scriptPath)
+{
+    return endedProcess.hasSucceeded() || !QFile::exists(scriptPath);
+}
+
+// Whether the process did not fail within the limit.
+bool survives(UserProcess &process, const QString &scriptPath)
 {
     const auto end = std::chrono::steady_clock::now() + LinuxTerminalLauncher::failureLimit;
     while (QFile::exists(scriptPath) && std::chrono::steady_clock::now() < end) {
         if (process.waitForEnd(LinuxTerminalLauncher::pollInterval))
-            return process.hasSucceeded() || !QFile::exists(scriptPath);
+            return hasTakenCommand(process, scriptPath);
     }
     return true;
 }
@@ -67,42 +74,57 @@ LinuxTerminalLauncher::LinuxTerminalLauncher(StandardDirectories &directories,
 {
 }
 
-void LinuxTerminalLauncher::openTerminalAndRun(const QString &command)
+void LinuxTerminalLauncher::openTerminalAndRun(const QString &command, std::function<void()> failed)
 {
     const QString scriptPath = writeScript(m_directories, command);
-    for (const QStringList &terminal : m_terminals) {
-        if (open(terminal, scriptPath))
-            return;
-    }
+    if (openNext({scriptPath, m_terminals, std::move(failed)}))
+        return;
     QFile::remove(scriptPath);
     throw PlatformError(u"No terminal could be opened."_s);
 }
 
-bool LinuxTerminalLauncher::open(const QStringList &terminal, const QString &scriptPath)
+bool LinuxTerminalLauncher::openNext(Attempt attempt)
 {
-    if (QStandardPaths::findExecutable(terminal.first()).isEmpty())
-        return false;
-    const auto child = launchProgram(terminal + QStringList{u"/bin/sh"_s, scriptPath},
-                                     startupId(serverTime(m_display)));
-    if (!child)
-        return false;
-    const auto process = std::make_shared<UserProcess>(*child);
-    if (!hasTakenCommand(*process, scriptPath))
-        return false;
-    reapInTime(process);
-    return true;
+    while (!attempt.terminals.isEmpty()) {
+        const auto process = start(attempt.terminals.takeFirst(), attempt.scriptPath);
+        if (process && survives(*process, attempt.scriptPath)) {
+            watch(process, attempt);
+            return true;
+        }
+    }
+    return false;
 }
 
-void LinuxTerminalLauncher::reapInTime(const std::shared_ptr<UserProcess> &process)
+std::shared_ptr<UserProcess> LinuxTerminalLauncher::start(const QStringList &terminal,
+                                                          const QString &scriptPath)
+{
+    if (QStandardPaths::findExecutable(terminal.first()).isEmpty())
+        return nullptr;
+    const auto child = launchProgram(terminal + QStringList{u"/bin/sh"_s, scriptPath},
+                                     startupId(serverTime(m_display)));
+    return child ? std::make_shared<UserProcess>(*child) : nullptr;
+}
+
+void LinuxTerminalLauncher::watch(const std::shared_ptr<UserProcess> &process, const Attempt &rest)
 {
     if (process->descriptor() < 0)
         return;
     auto *const end = new QSocketNotifier(process->descriptor(), QSocketNotifier::Read, &m_running);
-    QObject::connect(end, &QSocketNotifier::activated, end, [end, process] {
-        process->waitForEnd({});
+    QObject::connect(end, &QSocketNotifier::activated, end, [this, end, process, rest] {
         end->setEnabled(false);
         end->deleteLater();
+        process->waitForEnd({});
+        if (!hasTakenCommand(*process, rest.scriptPath))
+            goOn(rest);
     });
+}
+
+void LinuxTerminalLauncher::goOn(const Attempt &attempt)
+{
+    if (openNext(attempt))
+        return;
+    QFile::remove(attempt.scriptPath);
+    attempt.failed();
 }
 
 } // namespace kestrova

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace kestrova {
@@ -15,13 +16,14 @@ namespace kestrova {
 class UserProcess;
 class X11Connection;
 
-/// Opens the first terminal that is installed and works. The terminal is the user's: it goes on
-/// when the program ends.
+/// Opens the first terminal that is installed and works: one that ends without having taken the
+/// command, however late, is replaced by the next. The terminal is the user's: it goes on when the
+/// program ends.
 class LinuxTerminalLauncher final : public TerminalLauncher
 {
 public:
-    /// How long a terminal is watched for failing at once. One that shows a window has taken the
-    /// command long before.
+    /// How long a terminal is waited for. One that needs longer is watched while the program goes
+    /// on.
     static constexpr std::chrono::milliseconds failureLimit{300};
     static constexpr std::chrono::milliseconds pollInterval{5};
 
@@ -33,11 +35,22 @@ public:
     LinuxTerminalLauncher(StandardDirectories &directories, X11Connection &display,
                           const QList<QStringList> &terminals = knownTerminals());
 
-    void openTerminalAndRun(const QString &command) override;
+    void openTerminalAndRun(const QString &command, std::function<void()> failed) override;
 
 private:
-    bool open(const QStringList &terminal, const QString &scriptPath);
-    void reapInTime(const std::shared_ptr<UserProcess> &process);
+    /// What terminals are left to try for a command.
+    struct Attempt
+    {
+        QString scriptPath;
+        QList<QStringList> terminals;
+        std::function<void()> failed;
+    };
+
+    bool openNext(Attempt attempt);
+    /// None when it cannot be started.
+    std::shared_ptr<UserProcess> start(const QStringList &terminal, const QString &scriptPath);
+    void watch(const std::shared_ptr<UserProcess> &process, const Attempt &rest);
+    void goOn(const Attempt &attempt);
 
     StandardDirectories &m_directories;
     X11Connection &m_display;

@@ -49,6 +49,11 @@ protected:
         return readFile(folder.filePath(name));
     }
 
+    void open(LinuxTerminalLauncher &opening, const QString &command)
+    {
+        opening.openTerminalAndRun(command, [this] { ++lateFailures; });
+    }
+
     // A shell command that writes a whole file at once.
     QString writing(const QString &words, const QString &name) const
     {
@@ -65,6 +70,7 @@ protected:
     const QTemporaryDir folder;
     LinuxStandardDirectories directories;
     X11Connection display;
+    int lateFailures = 0;
 };
 
 TEST_F(LinuxTerminalLauncherTest, ATerminalThatIsMissingOrFailsAtOnceIsReplacedByTheNext)
@@ -75,7 +81,7 @@ TEST_F(LinuxTerminalLauncherTest, ATerminalThatIsMissingOrFailsAtOnceIsReplacedB
                              terminal(u"crashing"_s, "kill -9 $$"),
                              terminal(u"working"_s, "exec \"$@\""),
                              terminal(u"last"_s, "touch '" + folder.path().toUtf8() + "/wrong'")});
-    opening.openTerminalAndRun(writing(u"ran"_s, u"report"_s));
+    open(opening, writing(u"ran"_s, u"report"_s));
     EXPECT_EQ(written(u"report"_s), "ran|");
     EXPECT_FALSE(QFile::exists(folder.filePath(u"wrong"_s)));
     EXPECT_EQ(scriptsLeft(), QStringList());
@@ -84,8 +90,9 @@ TEST_F(LinuxTerminalLauncherTest, ATerminalThatIsMissingOrFailsAtOnceIsReplacedB
 TEST_F(LinuxTerminalLauncherTest, WithoutAnyTerminalItThrowsAndLeavesNothing)
 {
     auto opening = launcher({{u"/nonexistent/terminal"_s}, terminal(u"failing"_s, "exit 1")});
-    EXPECT_THROW(opening.openTerminalAndRun(u"true"_s), PlatformError);
-    EXPECT_THROW(launcher({}).openTerminalAndRun(u"true"_s), PlatformError);
+    EXPECT_THROW(open(opening, u"true"_s), PlatformError);
+    auto none = launcher({});
+    EXPECT_THROW(open(none, u"true"_s), PlatformError);
     EXPECT_EQ(scriptsLeft(), QStringList());
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a failed terminal is a zombie";
 }
@@ -97,21 +104,44 @@ TEST_F(LinuxTerminalLauncherTest, ATerminalThatHandsOverOrIsSlowHasTakenTheComma
     ASSERT_EQ(QProcess::execute(u"mkfifo"_s, {folder.filePath(u"go"_s)}), 0);
     const auto wrong = terminal(u"wrong"_s, "exec \"$@\"");
     const auto start = std::chrono::steady_clock::now();
-    launcher({slow, wrong}).openTerminalAndRun(writing(u"slow"_s, u"report"_s));
+    auto opening = launcher({slow, wrong});
+    open(opening, writing(u"slow"_s, u"report"_s));
     EXPECT_LT(std::chrono::steady_clock::now() - start, LinuxTerminalLauncher::failureLimit + 20s);
     EXPECT_FALSE(QFile::exists(folder.filePath(u"report"_s)));
     ASSERT_TRUE(writeFile(folder.filePath(u"go"_s), "\n"));
     EXPECT_EQ(written(u"report"_s), "slow|");
 
     const auto handing = terminal(u"handing"_s, "\"$@\" & exit 0");
-    launcher({handing, wrong}).openTerminalAndRun(writing(u"handed"_s, u"second"_s));
+    auto second = launcher({handing, wrong});
+    open(second, writing(u"handed"_s, u"second"_s));
     EXPECT_EQ(written(u"second"_s), "handed|");
+}
+
+TEST_F(LinuxTerminalLauncherTest, ATerminalThatDiesLaterIsReplacedByTheNext)
+{
+    // It waits for the test, which has then left it behind.
+    ASSERT_EQ(QProcess::execute(u"mkfifo"_s, {folder.filePath(u"go"_s)}), 0);
+    const auto dying =
+        terminal(u"dying"_s, "read line < '" + folder.path().toUtf8() + "/go'; exit 1");
+    auto opening = launcher({dying, terminal(u"working"_s, "exec \"$@\"")});
+    open(opening, writing(u"ran"_s, u"report"_s));
+    EXPECT_FALSE(QFile::exists(folder.filePath(u"report"_s)));
+    ASSERT_TRUE(writeFile(folder.filePath(u"go"_s), "\n"));
+    EXPECT_EQ(written(u"report"_s), "ran|");
+    EXPECT_EQ(lateFailures, 0);
+
+    auto last = launcher({dying});
+    open(last, u"true"_s);
+    EXPECT_EQ(scriptsLeft().size(), 1);
+    ASSERT_TRUE(writeFile(folder.filePath(u"go"_s), "\n"));
+    EXPECT_TRUE(waitUntil([&] { return lateFailures == 1; }));
+    EXPECT_EQ(scriptsLeft(), QStringList());
 }
 
 TEST_F(LinuxTerminalLauncherTest, TheTerminalsEndLeavesNoZombie)
 {
     auto opening = launcher({terminal(u"short"_s, "exec \"$@\" < /dev/null")});
-    opening.openTerminalAndRun(writing(u"$PPID"_s, u"report"_s));
+    open(opening, writing(u"$PPID"_s, u"report"_s));
     const pid_t terminal = written(u"report"_s).chopped(1).toInt();
     ASSERT_GT(terminal, 0);
     EXPECT_TRUE(waitUntil([&] { return kill(terminal, 0) != 0 && errno == ESRCH; }));
@@ -119,9 +149,11 @@ TEST_F(LinuxTerminalLauncherTest, TheTerminalsEndLeavesNoZombie)
 
 TEST_F(LinuxTerminalLauncherTest, TheTerminalOutlivesTheLauncherInASessionOfItsOwn)
 {
-    launcher({terminal(u"long"_s, "export ID=$$; \"$@\"; exec sleep 60")})
-        .openTerminalAndRun(
-            writing(u"$ID $(ps -o sid= -p $ID) ${DESKTOP_STARTUP_ID%%_*}"_s, u"report"_s));
+    {
+        auto opening = launcher({terminal(u"long"_s, "export ID=$$; \"$@\"; exec sleep 60")});
+        open(opening,
+             writing(u"$ID $(ps -o sid= -p $ID) ${DESKTOP_STARTUP_ID%%_*}"_s, u"report"_s));
+    }
     const QList<QByteArray> values = written(u"report"_s).split('|');
     ASSERT_EQ(values.size(), 4);
     const pid_t terminal = values[0].toInt();
@@ -148,7 +180,7 @@ protected:
 TEST_P(LinuxTerminalLauncherRealTest, TheCommandRunsVerbatimInFrontAndTheShellStaysOpen)
 {
     auto opening = launcher({knownTerminal()});
-    opening.openTerminalAndRun(writing(u"\"say \\\"hello\\\"\" 'a\\b  c' $PPID"_s, u"report"_s));
+    open(opening, writing(u"\"say \\\"hello\\\"\" 'a\\b  c' $PPID"_s, u"report"_s));
     const QList<QByteArray> values = written(u"report"_s).split('|');
     ASSERT_EQ(values.size(), 4);
     EXPECT_EQ(values[0], "say \"hello\"");

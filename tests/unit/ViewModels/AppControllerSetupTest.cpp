@@ -40,6 +40,18 @@ TEST_F(AppControllerSetupTest, WithoutATerminalTheCommandIsOnThePasteboard)
     EXPECT_EQ(changes(), QStringList({u"lastError"_s, u"state error"_s}));
 }
 
+TEST_F(AppControllerSetupTest, ATerminalThatDiesLaterIsOneThatDidNotOpen)
+{
+    controller->installWhisperCppViaHomebrew();
+    EXPECT_EQ(shownError(), QString());
+    fake.terminal.failLater();
+    EXPECT_EQ(fake.pasteboard.string(), installCommand);
+    EXPECT_EQ(shownError(), u"Could not open Terminal automatically. Run `brew install "
+                            "whisper-cpp` manually (command copied to clipboard)."_s);
+    controller.reset();
+    fake.terminal.failLater();
+}
+
 TEST_F(AppControllerSetupTest, ACopyThatFailedIsNotClaimed)
 {
     fake.pasteboard.failWriting(u"no pasteboard"_s);
