@@ -67,9 +67,10 @@ PulseAudioConnection::PulseAudioConnection(Pauses pauses, StateHandler stateHand
 {
     // Connecting reads configuration and may look at the X server: not on the caller's thread.
     connectAfter(std::chrono::microseconds(0));
+    // Of a loop that runs it would name the calling thread.
+    pa_threaded_mainloop_set_name(m_loop, "sound");
     if (pa_threaded_mainloop_start(m_loop) < 0)
         throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
-    pa_threaded_mainloop_set_name(m_loop, "sound");
 }
 
 PulseAudioConnection::~PulseAudioConnection()
