@@ -1,22 +1,36 @@
 #include "App/ControlChannel.h"
 
+#include "App/StandardStreams.h"
+
 #include <unistd.h>
+
+#include <cerrno>
 
 namespace kestrova {
 
 ControlChannel::ControlChannel(AppController &controller, Windows &windows)
-    : m_controller(controller), m_windows(windows), m_printer(controller.appState()),
-      m_inputNotifier(STDIN_FILENO, QSocketNotifier::Read)
+    : m_controller(controller), m_windows(windows), m_input(takeStandardStream(STDIN_FILENO, -1)),
+      m_printer(controller.appState(), takeStandardStream(STDOUT_FILENO, STDERR_FILENO)),
+      m_inputNotifier(m_input, QSocketNotifier::Read)
 {
     QObject::connect(&m_inputNotifier, &QSocketNotifier::activated, &m_inputNotifier,
                      [this] { readCommands(); });
     QObject::connect(&windows, &Windows::shown, &m_printer, &StatusPrinter::printShown);
+    QObject::connect(&windows, &Windows::failed, &m_printer, &StatusPrinter::printFailed);
+}
+
+ControlChannel::~ControlChannel()
+{
+    m_inputNotifier.setEnabled(false);
+    close(m_input);
 }
 
 void ControlChannel::readCommands()
 {
     char bytes[4096];
-    const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
+    const ssize_t count = read(m_input, bytes, sizeof bytes);
+    if (count < 0 && errno == EAGAIN)
+        return;
     if (count <= 0) {
         m_inputNotifier.setEnabled(false);
         return;
@@ -27,6 +41,10 @@ void ControlChannel::readCommands()
         const QByteArray line = m_unfinishedLine.first(end).trimmed();
         m_unfinishedLine.remove(0, end + 1);
         perform(line);
+    }
+    if (m_unfinishedLine.size() > longestLine) {
+        m_printer.printMisuse(m_unfinishedLine);
+        m_unfinishedLine.clear();
     }
 }
 

@@ -19,20 +19,27 @@ namespace kestrova {
 ///     close NAME  closes it
 ///
 /// A line that is no command is answered by {"event":"misuse"}. The end of the input means nothing.
-/// Main thread.
+/// The streams are the channel's alone: whatever else reads standard input finds it empty, children
+/// included, and whatever else prints to standard output prints to standard error. Main thread.
 class ControlChannel
 {
 public:
     /// Both outlive the channel.
     ControlChannel(AppController &controller, Windows &windows);
+    ~ControlChannel();
+    Q_DISABLE_COPY_MOVE(ControlChannel)
 
 private:
+    /// In bytes, far beyond any command.
+    static constexpr qsizetype longestLine = 4096;
+
     void readCommands();
     void perform(const QByteArray &command);
     bool performOnWindow(const QByteArray &command);
 
     AppController &m_controller;
     Windows &m_windows;
+    const int m_input;
     StatusPrinter m_printer;
     QSocketNotifier m_inputNotifier;
     QByteArray m_unfinishedLine;

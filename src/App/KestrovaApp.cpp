@@ -6,6 +6,7 @@
 #include "Services/TextInsertionService.h"
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
+#include "Views/Tray/FailureNotice.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -27,17 +28,33 @@ KestrovaApp::KestrovaApp()
         [this] { return loadWindows(*m_controller, m_platform, *m_trayItem); });
     QObject::connect(m_trayItem.get(), &TrayItem::clicked, m_windows.get(),
                      &Windows::togglePopover);
+    QObject::connect(m_windows.get(), &Windows::failed, &tellFailure);
 }
 
 KestrovaApp::~KestrovaApp()
 {
     m_windows.reset();
+    endWork();
+}
+
+void KestrovaApp::endAbruptly()
+{
+    // Nothing is told any more to those who are left behind.
+    m_windows.release();
+    m_controller->appState().blockSignals(true);
+    endWork();
+    std::_Exit(EXIT_FAILURE);
+}
+
+void KestrovaApp::endWork()
+{
     m_controller.reset();
     m_main.shutDown();
     const auto deadline = std::chrono::steady_clock::now() + drainLimit;
     for (BackgroundExecutor *executor : {&m_background, &m_tools}) {
         if (!executor->waitUntilIdle(deadline - std::chrono::steady_clock::now())) {
             qWarning("A task did not end in time.");
+            endChildProcesses();
             std::_Exit(EXIT_FAILURE);
         }
     }

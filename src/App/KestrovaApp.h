@@ -25,12 +25,19 @@ public:
     ~KestrovaApp();
     Q_DISABLE_COPY_MOVE(KestrovaApp)
 
+    /// The rest of an end that has begun without us: by exit(), as Qt does when the X server goes.
+    /// The libraries of the windows may have been torn down by then, so that nothing that is shown
+    /// is touched any more. Ends the process with EXIT_FAILURE.
+    [[noreturn]] void endAbruptly();
+
     AppController &controller() { return *m_controller; }
     Windows &windows() { return *m_windows; }
 
 private:
     /// How long the end of the program waits for its workers.
-    static constexpr std::chrono::seconds drainLimit{3};
+    static constexpr std::chrono::seconds drainLimit{2};
+
+    void endWork();
 
     Platform m_platform = makePlatform();
     SystemClock m_clock;

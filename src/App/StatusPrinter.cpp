@@ -3,7 +3,6 @@
 #include <QJsonDocument>
 
 #include <chrono>
-#include <cstdio>
 
 namespace kestrova {
 
@@ -11,27 +10,35 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void print(QLatin1StringView event, QJsonObject object)
+QByteArray line(QLatin1StringView event, QJsonObject object)
 {
     using Milliseconds = std::chrono::duration<double, std::milli>;
     const Milliseconds now = std::chrono::steady_clock::now().time_since_epoch();
     object.insert("event"_L1, event);
     object.insert("at"_L1, now.count());
-    const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
-    std::fwrite(line.constData(), 1, std::size_t(line.size()), stdout);
-    std::fflush(stdout);
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
 } // namespace
 
-StatusPrinter::StatusPrinter(const AppState &state) : m_state(state)
+StatusPrinter::StatusPrinter(const AppState &state, int descriptor)
+    : m_state(state), m_writer(descriptor)
 {
     connect(&state, &AppState::stateChanged, this, &StatusPrinter::printState);
     connect(&state, &AppState::lastTranscriptChanged, this, &StatusPrinter::printTranscript);
     connect(&state, &AppState::lastDeliveryChanged, this, &StatusPrinter::printLateDelivery);
     connect(&state, &AppState::modelDownloadChanged, this, &StatusPrinter::printDownload);
     connect(&state, &AppState::isPreparingModelChanged, this, &StatusPrinter::printModel);
-    print("ready"_L1, {});
+    print("ready"_L1);
+}
+
+void StatusPrinter::print(QLatin1StringView event, const QJsonObject &object)
+{
+    if (m_lostCount > 0 && m_writer.write(line("lost"_L1, {{"lines"_L1, m_lostCount}})))
+        m_lostCount = 0;
+    // Once one is lost, so are the next: what comes out stays in order.
+    if (m_lostCount > 0 || !m_writer.write(line(event, object)))
+        ++m_lostCount;
 }
 
 void StatusPrinter::printMisuse(const QByteArray &command)
@@ -42,6 +49,11 @@ void StatusPrinter::printMisuse(const QByteArray &command)
 void StatusPrinter::printShown(const QString &window)
 {
     print("shown"_L1, {{"window"_L1, window}});
+}
+
+void StatusPrinter::printFailed(const QString &message)
+{
+    print("failed"_L1, {{"message"_L1, message}});
 }
 
 void StatusPrinter::printState()

@@ -7,7 +7,8 @@
 namespace kestrova {
 
 /// Loads the library of the windows, which stands beside the program, and builds the windows with
-/// it. A program without it is not whole: ends the process when it cannot be loaded.
+/// it. Throws PlatformError when it cannot be loaded. One of another build, as an upgrade puts
+/// there while the program runs, is not loaded: its code would not fit ours.
 std::unique_ptr<Windows> loadWindows(AppController &controller, Platform &platform,
                                      TrayItem &trayItem);
 

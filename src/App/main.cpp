@@ -1,6 +1,8 @@
+#include "App/CommandLine.h"
 #include "App/ControlChannel.h"
 #include "App/KestrovaApp.h"
 #include "App/SingleInstanceLock.h"
+#include "App/StandardStreams.h"
 #include "App/StopSignals.h"
 #include "App/TerminationSignals.h"
 #include "Models/ReadableError.h"
@@ -9,35 +11,24 @@
 #include <QApplication>
 #include <QSessionManager>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 
 namespace {
 
 using namespace kestrova;
 using namespace Qt::StringLiterals;
 
-constexpr auto usage =
-    R"(Usage: kestrova [--control]
-
-Dictates into the application in front: press Super+Shift+Space, speak, press it again.
-Super+Alt+1 to 9 dictate into the application of a hotbar slot.
-
-  --control      takes "toggle", "toggle SLOT", "cancel" and "download" (of the model) from standard
-                 input, a line each, and prints what happens, a JSON object a line
-  --diagnostics  prints a report on the installation, also while another copy runs
-  --version      prints the version
-  --help         prints this
-)";
-
 // Not on the stack of main(): when the X server goes, Qt ends the program by exit().
 std::unique_ptr<KestrovaApp> runningApp;
 
-bool contains(int argc, char **argv, std::string_view argument)
+void endAbruptly()
 {
-    return std::any_of(argv + 1, argv + argc, [&](const char *arg) { return arg == argument; });
+    if (!runningApp)
+        return;
+    TerminationSignals::limitEnd();
+    std::fputs("kestrova: The desktop has ended the connection, and Kestrova ends too.\n", stderr);
+    runningApp->endAbruptly();
 }
 
 void print(const QString &text, std::FILE *file = stdout)
@@ -59,16 +50,6 @@ int printVersion(int argc, char **argv)
     return EXIT_SUCCESS;
 }
 
-/// The first argument that means nothing, after Qt has taken its own.
-std::optional<QString> unknownArgument()
-{
-    for (const QString &argument : QCoreApplication::arguments().sliced(1)) {
-        if (argument != u"--control"_s)
-            return argument;
-    }
-    return std::nullopt;
-}
-
 /// A restarted copy would have nobody at the other end of its channel, and keep whoever starts the
 /// next one from getting it.
 void keepFromBeingRestarted(QSessionManager &session)
@@ -82,16 +63,11 @@ int run(int argc, char **argv)
     auto preparation = prepareDesktopSession();
     QApplication application(argc, argv);
     preparation.reset();
-    if (const auto argument = unknownArgument()) {
-        print(u"kestrova: %1 is not known."_s.arg(*argument), stderr);
-        std::fputs(usage, stderr);
-        return 2;
-    }
     QApplication::setQuitOnLastWindowClosed(false);
     refuseToBeStopped();
     const TerminationSignals signalHandling([] { QCoreApplication::quit(); });
     runningApp = std::make_unique<KestrovaApp>();
-    std::atexit([] { runningApp.reset(); });
+    std::atexit(&endAbruptly);
 
     std::unique_ptr<ControlChannel> control;
     if (isControlled) {
@@ -101,6 +77,7 @@ int run(int argc, char **argv)
         greet(runningApp->controller().appState(), runningApp->windows());
     }
     const int status = QApplication::exec();
+    TerminationSignals::limitEnd();
     control.reset();
     runningApp.reset();
     return status;
@@ -110,6 +87,7 @@ int run(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
+    openMissingStandardStreams();
     if (contains(argc, argv, "--diagnostics"))
         return printDiagnostics(argc, argv);
     if (contains(argc, argv, "--version"))
@@ -117,6 +95,10 @@ int main(int argc, char **argv)
     if (contains(argc, argv, "--help")) {
         std::fputs(usage, stdout);
         return EXIT_SUCCESS;
+    }
+    if (const auto argument = unknownArgument(argc, argv)) {
+        std::fprintf(stderr, "kestrova: %s is not known.\n%s", argument->data(), usage);
+        return 2;
     }
     const auto directories = makeStandardDirectories();
     SingleInstanceLock lock(*directories);

@@ -116,13 +116,13 @@ def shortcut(slot=None):
 class Dictation:
     """One running kestrova. Leaving it asserts that it ended well and wrote nothing to standard error."""
 
-    def __init__(self, environment=None, prefix=()):
+    def __init__(self, environment=None, prefix=(), program=PROGRAM):
         """The prefix is a command that runs the program, which is given as its arguments."""
         self.events = []
         self._arrived = queue.Queue()
         self._errors = tempfile.TemporaryFile()
         self.process = subprocess.Popen(
-            [*prefix, PROGRAM, "--control"],
+            [*prefix, program, "--control"],
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
             stderr=self._errors,

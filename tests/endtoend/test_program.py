@@ -1,4 +1,4 @@
-"""How the program starts, how it ends, that there is one of it, and what it tells about itself."""
+"""How the program starts, that there is one of it, that a kill loses nothing, and what it tells about itself."""
 
 import fcntl
 import json
@@ -8,12 +8,11 @@ import signal
 import subprocess
 import tempfile
 import threading
-import time
 import unittest
 from pathlib import Path
 
 import dictation
-import targets
+from servers import PrivateDisplay, SessionManager
 from test_failures import DictationTestCase, tool
 
 LIMIT = 60.0  # seconds
@@ -26,75 +25,6 @@ def run(*arguments, **environment):
     return subprocess.run(
         [dictation.PROGRAM, *arguments], env=variables, capture_output=True, text=True, timeout=LIMIT, check=False
     )
-
-
-class PrivateDisplay:
-    """An X server without a window manager; yields its DISPLAY."""
-
-    def __init__(self, *arguments):
-        reading, writing = os.pipe()
-        # Without "-noreset" it starts anew, refusing connections, when its only client goes for a moment.
-        command = ["Xvfb", "-displayfd", str(writing), "-nolisten", "tcp", "-noreset", *arguments]
-        self._server = subprocess.Popen(command, pass_fds=[writing], stderr=subprocess.DEVNULL)
-        os.close(writing)
-        with open(reading) as display:
-            self.name = ":" + display.readline().strip()
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.kill()
-
-    def kill(self):
-        self._server.kill()
-        self._server.wait()
-
-
-class SessionManager:
-    """Leads a session, for the programs that are started with its environment."""
-
-    def __init__(self):
-        self._output = tempfile.NamedTemporaryFile("w")
-        self._process = subprocess.Popen(
-            [dictation.PROGRAM.with_name("session-manager")], stdin=subprocess.PIPE, stdout=self._output, text=True
-        )
-
-    def __enter__(self):
-        self.wait_for(lambda lines: lines)
-        self.environment = {"SESSION_MANAGER": self.lines()[0]}
-        return self
-
-    def __exit__(self, *_):
-        self._process.communicate(timeout=LIMIT)
-        self._output.close()
-
-    def lines(self):
-        """What it has printed: its address, then what the programs did."""
-        return Path(self._output.name).read_text().split("\n")[:-1]
-
-    def wait_for(self, condition):
-        if not targets._wait_for(lambda: condition(self.lines()), LIMIT):
-            raise AssertionError(self.lines())
-
-    def send(self, command):
-        self._process.stdin.write(command + "\n")
-        self._process.stdin.flush()
-
-    def wait_until_saved(self, times=1):
-        """Waits until programs have saved their state so often since the session manager's start."""
-        self.wait_for(lambda lines: lines.count("saved") >= times)
-
-    def start(self, command):
-        environment = {**os.environ, **self.environment}
-        return subprocess.Popen(command, env=environment, stderr=subprocess.PIPE, text=True)
-
-    def restart_command(self):
-        """How the last program to say so is restarted."""
-        return [line for line in self.lines() if line.startswith("restart")][-1].split("\t")[1:]
-
-    def kill(self):
-        self._process.kill()
 
 
 def lock_file():
@@ -172,130 +102,6 @@ class OneCopy(DictationTestCase):
             pass
 
 
-class End(DictationTestCase):
-    def test_the_x_server_going_away_ends_the_program_and_its_child(self):
-        with PrivateDisplay() as display:
-            session, child = self.transcribe_without_end({"DISPLAY": display.name})
-        session.ended()
-        self.check_nothing_is_left(child)
-
-    def test_a_sigterm_at_any_moment_of_the_start_ends_the_program(self):
-        beginning = time.monotonic()
-        with dictation.Dictation():
-            start = time.monotonic() - beginning
-        statuses = set()
-        for moment in range(50):
-            process = subprocess.Popen([dictation.PROGRAM], stderr=subprocess.PIPE)
-            time.sleep(2 * start * moment / 50)
-            process.terminate()
-            _, errors = process.communicate(timeout=LIMIT)
-            self.assertEqual(errors, b"")
-            statuses.add(process.returncode)
-        self.assertEqual(statuses, {-signal.SIGTERM, 0})  # before it handles the signal, and after
-
-    def test_a_recording_is_kept_when_the_program_ends(self):
-        session = dictation.Dictation()
-        session.start_recording()
-        time.sleep(0.5)
-        self.assertEqual(session.quit(), (0, ""))
-        self.assertGreater(dictation.recordings()[-1].stat().st_size, 16000 * 2 * 0.3)
-
-    def test_a_terminal_does_not_stop_it(self):
-        with dictation.Dictation() as session:
-            for number in (signal.SIGTSTP, signal.SIGTTIN, signal.SIGTTOU):
-                session.process.send_signal(number)
-            session.start_recording()
-
-    def test_in_the_background_of_a_terminal_it_works_without_reading_from_it(self):
-        leader, terminal = os.openpty()
-        self.addCleanup(os.close, leader)
-        # The shell has the terminal's foreground, so that reading would stop the program.
-        script = 'set -m; "$0" --control & trap "kill $!" TERM; wait; wait'
-        command = ["setsid", "--ctty", "bash", "-c", script, dictation.PROGRAM]
-        with subprocess.Popen(command, stdin=terminal, stdout=terminal, stderr=terminal) as shell:
-            os.close(terminal)
-            os.write(leader, b"cancel\n")
-            self.read_until(leader, b'"ready"')
-            dictation.press(dictation.MAIN_SHORTCUT)
-            self.read_until(leader, b'"recording"')
-            shell.terminate()
-            shell.wait(LIMIT)
-
-    def read_until(self, descriptor, expected):
-        output = b""
-        while expected not in output:
-            output += os.read(descriptor, 4096)
-
-    def test_an_ignored_hangup_stays_ignored(self):
-        with dictation.Dictation(prefix=["nohup"]) as session:
-            session.process.send_signal(signal.SIGHUP)
-            session.start_recording()
-
-
-class SessionManagement(DictationTestCase):
-    def test_the_end_of_the_session_ends_the_program_and_its_child(self):
-        with SessionManager() as manager:
-            session, child = self.transcribe_without_end(manager.environment)
-            manager.wait_until_saved()
-            manager.send("shutdown")
-            manager.wait_until_saved(times=2)
-            self.assertTrue(Path(f"/proc/{child}").exists())
-            manager.send("die")
-            self.assertEqual(session.ended(), (0, ""))
-        self.check_nothing_is_left(child)
-
-    def test_the_session_manager_going_away_ends_the_program_and_its_child(self):
-        with SessionManager() as manager:
-            session, child = self.transcribe_without_end(manager.environment)
-            manager.wait_until_saved()
-            manager.kill()
-            session.ended()
-        self.check_nothing_is_left(child)
-
-    def test_a_session_manager_that_went_before_the_start(self):
-        with SessionManager() as manager:
-            pass
-        session = dictation.Dictation(manager.environment)
-        session.start_recording()
-        status, _ = session.quit()
-        self.assertEqual(status, 0)
-
-    def test_a_dictation_goes_on_while_the_session_is_saved(self):
-        dictation.prepare_profile(whisperCLIPath=tool("echo Hello world.\n"))
-        with SessionManager() as manager, dictation.Dictation(manager.environment) as session:
-            manager.wait_until_saved()
-            session.start_recording()
-            manager.send("save")
-            manager.wait_until_saved(times=2)
-            manager.send("shutdown")
-            manager.wait_until_saved(times=3)
-            manager.send("cancel")
-            session.stop_recording()
-            self.assertEqual(session.wait_for_transcript(), "Hello world.")
-
-    def check_end(self, manager, process):
-        manager.send("die")
-        _, errors = process.communicate(timeout=LIMIT)
-        self.assertEqual((process.returncode, errors), (0, ""))
-
-    def test_it_can_be_restarted_the_way_it_asks_for(self):
-        with SessionManager() as manager:
-            first = manager.start([dictation.PROGRAM])
-            manager.wait_until_saved()
-            self.assertIn("style 0", manager.lines())
-            self.check_end(manager, first)
-            restart = manager.restart_command()
-            second = manager.start(restart)
-            identifier, _ = restart[-1].split("_", 1)
-            manager.wait_for(lambda lines: f"registered {identifier}" in lines)
-            self.check_end(manager, second)
-
-    def test_a_controlled_copy_is_not_to_be_restarted(self):
-        with SessionManager() as manager, dictation.Dictation(manager.environment):
-            manager.wait_until_saved()
-            self.assertIn("style 3", manager.lines())
-
-
 class Killed(DictationTestCase):
     ROUNDS = 200
     LONGEST_LIFE = 0.5  # seconds, in which it starts and finishes one or two dictations
@@ -348,28 +154,20 @@ class CommandLine(DictationTestCase):
         self.assertEqual(result.returncode, 2)
         self.assertIn("--colour is not known", result.stderr)
 
-    def test_control_commands_do_what_the_shortcuts_do(self):
-        with dictation.Dictation() as session:
-            session.send("toggle 4")
-            self.assertIn("Hotbar slot 4 is unassigned", session.wait_for_error())
-            session.send("toggle")
-            session.wait_for_state("recording")
-            session.send("toggle 4")
-            session.wait_for_state("processing")
+    def test_an_argument_that_is_not_known_while_a_copy_runs(self):
+        with dictation.Dictation():
+            for arguments in (["--colour"], ["--control", "dashboard"], ["-style", "fusion", "-x"]):
+                result = run(*arguments)
+                self.assertEqual(result.returncode, 2)
+                self.assertIn(f"{arguments[-1]} is not known", result.stderr)
+            for arguments in (["--control"], ["-style", "fusion"], ["--platform=xcb", "--control"]):
+                self.assertEqual(run(*arguments).returncode, 0)
 
-    def test_control_commands_that_are_not_known(self):
-        with dictation.Dictation() as session:
-            for command in ("dance", "toggle four", "toggle4", "", "täglich"):
-                session.send(command)
-                self.assertEqual(session.wait_for(event="misuse")["command"], command)
-
-    def test_the_end_of_the_commands_means_nothing(self):
-        with dictation.Dictation() as session:
-            session.send("toggle")
-            session.process.stdin.close()
-            session.wait_for_state("recording")
-            session.stop_recording()
-
+    def test_the_help_names_every_command(self):
+        result = run("--help", DISPLAY=None)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        for command in ("toggle", "toggle SLOT", "cancel", "download", "open NAME", "close NAME"):
+            self.assertIn(f"\n                   {command} ", result.stdout)
 
 class Diagnostics(DictationTestCase):
     def report(self, **environment):

@@ -289,8 +289,8 @@ class _Windows:
 class Program(_Windows, dictation.Dictation):
     """The running program with windows that can be read. Leaving it asserts that it wrote nothing to standard error."""
 
-    def __init__(self, environment=None, prefix=()):
-        super().__init__({**self.accessible_environment(), **(environment or {})}, prefix)
+    def __init__(self, environment=None, **options):
+        super().__init__({**self.accessible_environment(), **(environment or {})}, **options)
 
 
 class UncontrolledProgram(_Windows):

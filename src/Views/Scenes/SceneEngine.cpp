@@ -1,5 +1,6 @@
 #include "Views/Scenes/SceneEngine.h"
 
+#include "Models/ReadableError.h"
 #include "Views/Primitives/Appearance.h"
 #include "Views/Scenes/ApplicationIcon.h"
 
@@ -51,7 +52,7 @@ std::unique_ptr<QQuickWindow> SceneEngine::buildWindow(const QUrl &document, QOb
         object.reset(
             component.createWithInitialProperties({{u"model"_s, QVariant::fromValue(&model)}}));
     if (!object)
-        qFatal("%s", qUtf8Printable(component.errorString()));
+        throw PlatformError(component.errorString().trimmed());
     QQmlEngine::setObjectOwnership(&model, QQmlEngine::CppOwnership);
     return std::unique_ptr<QQuickWindow>(qobject_cast<QQuickWindow *>(object.release()));
 }

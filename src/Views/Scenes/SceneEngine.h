@@ -23,6 +23,7 @@ public:
     ~SceneEngine() override;
 
     /// The window of a document, hidden still, its "model" being the one given, which outlives it.
+    /// Throws PlatformError when a part of it cannot be loaded.
     std::unique_ptr<QQuickWindow> buildWindow(const QUrl &document, QObject &model);
 
 private:

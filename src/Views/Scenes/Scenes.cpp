@@ -1,7 +1,9 @@
 #include "Views/Scenes/Scenes.h"
 
+#include "Models/ReadableError.h"
 #include "Views/Dashboard/DashboardModel.h"
 #include "Views/Settings/SettingsModel.h"
+#include "Views/Tray/FreeDescriptors.h"
 
 #include <QTimer>
 
@@ -10,6 +12,13 @@
 namespace kestrova {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// How many files the first window opens, and about as many again to spare.
+constexpr int neededDescriptors = 16;
+
+} // namespace
 
 Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem)
     : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults),
@@ -30,14 +39,29 @@ Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem
 
 bool Scenes::open(const QString &identifier)
 {
-    if (identifier == popover) {
-        m_popover.open();
-        return true;
+    if (identifier == popover)
+        return show([this] { m_popover.open(); });
+    WindowScene *const scene = find(identifier);
+    return scene && show([scene] { scene->open(); });
+}
+
+void Scenes::togglePopover()
+{
+    show([this] { m_popover.toggle(); });
+}
+
+bool Scenes::show(const std::function<void()> &showing)
+{
+    try {
+        if (!areDescriptorsFree(neededDescriptors)) {
+            throw PlatformError(
+                u"Kestrova may not open more files. Its limit (ulimit -n) is too low."_s);
+        }
+        showing();
+    } catch (const ReadableError &error) {
+        Q_EMIT failed(error.errorDescription());
     }
-    WindowScene *scene = find(identifier);
-    if (scene)
-        scene->open();
-    return scene;
+    return true;
 }
 
 bool Scenes::close(const QString &identifier)

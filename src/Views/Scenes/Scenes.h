@@ -27,9 +27,11 @@ public:
 
     bool open(const QString &identifier) override;
     bool close(const QString &identifier) override;
-    void togglePopover() override { m_popover.toggle(); }
+    void togglePopover() override;
 
 private:
+    /// Tells when that fails; always true.
+    bool show(const std::function<void()> &showing);
     void add(WindowScene::Description description);
     void openFromPopover(const QString &identifier);
     WindowScene *find(const QString &identifier);

@@ -1,14 +1,40 @@
 #include "Views/Tray/LazyWindows.h"
 
+#include "Models/ReadableError.h"
+
 namespace kestrova {
 
-Windows &LazyWindows::windows()
+bool LazyWindows::open(const QString &identifier)
 {
-    if (!m_windows) {
+    Windows *const loaded = windows();
+    return !loaded || loaded->open(identifier);
+}
+
+bool LazyWindows::close(const QString &identifier)
+{
+    Windows *const loaded = windows();
+    return !loaded || loaded->close(identifier);
+}
+
+void LazyWindows::togglePopover()
+{
+    if (Windows *const loaded = windows())
+        loaded->togglePopover();
+}
+
+Windows *LazyWindows::windows()
+{
+    if (m_windows)
+        return m_windows.get();
+    try {
         m_windows = m_load();
-        connect(m_windows.get(), &Windows::shown, this, &Windows::shown);
+    } catch (const ReadableError &error) {
+        Q_EMIT failed(error.errorDescription());
+        return nullptr;
     }
-    return *m_windows;
+    connect(m_windows.get(), &Windows::shown, this, &Windows::shown);
+    connect(m_windows.get(), &Windows::failed, this, &Windows::failed);
+    return m_windows.get();
 }
 
 } // namespace kestrova

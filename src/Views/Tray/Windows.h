@@ -15,7 +15,8 @@ class Windows : public QObject
     Q_OBJECT
 
 public:
-    /// Shows the window and brings it to the front; false when there is none of that name.
+    /// Shows the window and brings it to the front, or tells why it cannot; false when there is
+    /// none of that name.
     virtual bool open(const QString &identifier) = 0;
     /// Closes the window if it is open; false when there is none of that name.
     virtual bool close(const QString &identifier) = 0;
@@ -25,6 +26,8 @@ public:
 Q_SIGNALS:
     /// An opened window has been drawn.
     void shown(const QString &identifier);
+    /// A window that was wanted cannot be shown, for this reason.
+    void failed(const QString &reason);
 };
 
 /// What the library of the windows has under makeWindowsSymbol. The caller owns the result; all

@@ -1,5 +1,7 @@
 #include "Views/Tray/LazyWindows.h"
 
+#include "Models/ReadableError.h"
+
 #include <QStringList>
 
 #include <gtest/gtest.h>
@@ -19,6 +21,8 @@ public:
     {
         m_calls.append(u"open "_s + identifier);
         Q_EMIT shown(identifier);
+        if (identifier == u"attic"_s)
+            Q_EMIT failed(u"locked"_s);
         return identifier == u"settings"_s;
     }
     bool close(const QString &identifier) override
@@ -37,8 +41,11 @@ class LazyWindowsTest : public testing::Test
 protected:
     QStringList calls;
     int loads = 0;
+    bool isMissing = false;
     LazyWindows windows{[this] {
         ++loads;
+        if (isMissing)
+            throw PlatformError(u"missing"_s);
         return std::make_unique<RecordingWindows>(calls);
     }};
 };
@@ -59,6 +66,22 @@ TEST_F(LazyWindowsTest, AreLoadedOnceAndDoWhatIsAsked)
     EXPECT_EQ(loads, 1);
 }
 
+TEST_F(LazyWindowsTest, ThatCannotBeLoadedSayWhyAndAreTriedAnew)
+{
+    QStringList reasons;
+    QObject::connect(&windows, &Windows::failed,
+                     [&](const QString &reason) { reasons.append(reason); });
+    isMissing = true;
+    EXPECT_TRUE(windows.open(u"settings"_s));
+    EXPECT_TRUE(windows.close(u"settings"_s));
+    windows.togglePopover();
+    EXPECT_EQ(reasons, (QStringList{u"missing"_s, u"missing"_s, u"missing"_s}));
+    isMissing = false;
+    EXPECT_TRUE(windows.open(u"settings"_s));
+    EXPECT_EQ(calls, QStringList{u"open settings"_s});
+    EXPECT_EQ(loads, 4);
+}
+
 TEST_F(LazyWindowsTest, TellWhatIsShown)
 {
     QStringList shown;
@@ -66,6 +89,15 @@ TEST_F(LazyWindowsTest, TellWhatIsShown)
                      [&](const QString &identifier) { shown.append(identifier); });
     windows.open(u"settings"_s);
     EXPECT_EQ(shown, QStringList{u"settings"_s});
+}
+
+TEST_F(LazyWindowsTest, TellWhatCannotBeShown)
+{
+    QStringList reasons;
+    QObject::connect(&windows, &Windows::failed,
+                     [&](const QString &reason) { reasons.append(reason); });
+    windows.open(u"attic"_s);
+    EXPECT_EQ(reasons, QStringList{u"locked"_s});
 }
 
 } // namespace
