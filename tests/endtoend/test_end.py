@@ -62,9 +62,7 @@ class End(DictationTestCase):
                 self.assertLess(time.monotonic() - beginning, 10)
                 self.assertEqual((status, errors), (1, "kestrova: It did not end in time.\n"))
                 self.wait_until(lambda: not Path(f"/proc/{child}").exists())
-        # There was no time to remove what the tool had written.
-        for transcript in dictation.temporary_folder().glob("kestrova-transcript-*"):
-            transcript.unlink()
+        self.remove_transcripts()
 
     def test_a_sigterm_at_any_moment_of_the_start_ends_the_program(self):
         beginning = time.monotonic()

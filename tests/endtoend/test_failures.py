@@ -94,6 +94,12 @@ class DictationTestCase(unittest.TestCase):
         self.assertFalse(Path(f"/proc/{child}").exists())
         self.assertEqual(list(dictation.temporary_folder().glob("kestrova-transcript-*")), [])
 
+    @staticmethod
+    def remove_transcripts():
+        """What tools had written that were ended in haste."""
+        for transcript in dictation.temporary_folder().glob("kestrova-transcript-*"):
+            transcript.unlink()
+
 
 class Failures(DictationTestCase):
     def test_silence_is_no_speech(self):
@@ -212,6 +218,7 @@ class Failures(DictationTestCase):
                     self.assertEqual(result, (0, ""))
                     self.check_nothing_is_left(child)
                 self.wait_until(lambda: not Path(f"/proc/{child}").exists())
+        self.remove_transcripts()
 
     def test_a_target_that_closes_before_the_paste_leaves_the_text_on_the_clipboard(self):
         dictation.prepare_profile(whisperCLIPath=tool("echo Hello world.\n"))
