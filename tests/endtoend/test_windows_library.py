@@ -32,6 +32,8 @@ class WindowsLibrary(DictationTestCase):
         session.start_recording()
         notice = session.window("Kestrova")
         self.assertTrue(any(expected in text for text in notice.texts()), notice.texts())
+        close = notice.find("Close", windows.BUTTON)
+        windows.wait_for(lambda: close.has_state("focused"), "the harmless button has the keyboard")
         notice.find("Quit Kestrova", windows.BUTTON).click()
         status, errors = session.ended()
         self.assertEqual(status, 0)

@@ -24,6 +24,8 @@ QMessageBox *newNotice()
         QMessageBox::Warning, u"Kestrova"_s,
         u"Kestrova's windows cannot be shown. Dictation goes on."_s, QMessageBox::Close);
     notice->setAttribute(Qt::WA_DeleteOnClose);
+    notice->setTextFormat(Qt::PlainText);
+    notice->setDefaultButton(QMessageBox::Close);
     auto *const quit = notice->addButton(u"Quit Kestrova"_s, QMessageBox::DestructiveRole);
     QObject::connect(quit, &QPushButton::clicked, qApp, &QCoreApplication::quit,
                      Qt::QueuedConnection);

@@ -43,12 +43,12 @@ TEST_F(AppControllerSetupTest, WithoutATerminalTheCommandIsOnThePasteboard)
 TEST_F(AppControllerSetupTest, ATerminalThatDiesLaterIsOneThatDidNotOpen)
 {
     controller->installWhisperCppViaHomebrew();
-    EXPECT_EQ(shownError(), QString());
+    EXPECT_EQ(lastError(), u"none"_s);
     fake.terminal.failLater();
     EXPECT_EQ(fake.pasteboard.string(), installCommand);
     EXPECT_EQ(shownError(), u"Could not open Terminal automatically. Run `brew install "
                             "whisper-cpp` manually (command copied to clipboard)."_s);
-    controller.reset();
+    end();
     fake.terminal.failLater();
 }
 
