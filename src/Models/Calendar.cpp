@@ -50,6 +50,19 @@ QString mediumDateFormat(const QLocale &locale)
         .trimmed();
 }
 
+/// From the first to the last of month and day, with what stands between them and the sign that
+/// belongs to the last: a full stop or letters, as in "d. MMM" and "M月d日". Quoted words are no
+/// fields.
+QString monthAndDayFormat(const QLocale &locale)
+{
+    static const QRegularExpression monthAndDay(
+        QStringLiteral("^(?:'[^']*'|[^Md'])*"
+                       "(?<fields>(?:M+(?:'[^']*'|[^yMd'])*d+|d+(?:'[^']*'|[^yMd'])*M+)"
+                       "(?:\\.|(?:(?![yMd])\\p{L})*))"));
+    const auto match = monthAndDay.match(mediumDateFormat(locale));
+    return match.hasMatch() ? match.captured(QStringLiteral("fields")) : QStringLiteral("MMM d");
+}
+
 } // namespace
 
 Calendar::Calendar(const QTimeZone &timeZone, Qt::DayOfWeek firstWeekday, const QLocale &locale)
@@ -114,6 +127,11 @@ QString Calendar::label(Date date, QStringView format) const
 QString Calendar::mediumDate(Date date) const
 {
     return label(date, mediumDateFormat(m_locale));
+}
+
+QString Calendar::monthAndDay(Date date) const
+{
+    return label(date, monthAndDayFormat(m_locale));
 }
 
 qint64 Calendar::offsetAt(qint64 unixTime) const

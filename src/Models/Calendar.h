@@ -40,6 +40,8 @@ public:
     /// The local date with an abbreviated month and without weekday, as the locale orders it, for
     /// example "Nov 13, 2026".
     QString mediumDate(Date date) const;
+    /// The same without the year, for example "Nov 13".
+    QString monthAndDay(Date date) const;
 
 private:
     qint64 offsetAt(qint64 unixTime) const;

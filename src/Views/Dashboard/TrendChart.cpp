@@ -18,20 +18,33 @@ struct Wording
 {
     QString unit;
     int tickStride;
-    QStringView tickFormat; // as QLocale::toString() takes it
 };
 
 Wording wordingOf(UsageTrendPeriod period)
 {
     switch (period) {
     case UsageTrendPeriod::hourly:
-        return {u"hour"_s, 3, u"HH"};
+        return {u"hour"_s, 3};
     case UsageTrendPeriod::daily:
-        return {u"day"_s, 5, u"MMM d"};
+        return {u"day"_s, 5};
     case UsageTrendPeriod::weekly:
-        return {u"week"_s, 2, u"MMM d"};
+        return {u"week"_s, 2};
     case UsageTrendPeriod::monthly:
-        return {u"month"_s, 1, u"MMM"};
+        return {u"month"_s, 1};
+    }
+    Q_UNREACHABLE();
+}
+
+QString tickText(UsageTrendPeriod period, Date date, const Calendar &calendar)
+{
+    switch (period) {
+    case UsageTrendPeriod::hourly:
+        return calendar.label(date, u"HH");
+    case UsageTrendPeriod::daily:
+    case UsageTrendPeriod::weekly:
+        return calendar.monthAndDay(date);
+    case UsageTrendPeriod::monthly:
+        return calendar.label(date, u"MMM");
     }
     Q_UNREACHABLE();
 }
@@ -44,7 +57,7 @@ QString timeText(UsageTrendPeriod period, const UsageBucket &bucket, const Calen
         return bucket.label;
     const Date lastDay = calendar.adding(daysPerWeek - 1, Calendar::Unit::day, bucket.startDate)
                              .value_or(bucket.startDate);
-    return u"%1 – %2"_s.arg(bucket.label, calendar.label(lastDay, u"MMM d"));
+    return u"%1 – %2"_s.arg(calendar.monthAndDay(bucket.startDate), calendar.monthAndDay(lastDay));
 }
 
 QString textAlternative(const QString &unit, const QList<TrendMark> &marks,
@@ -84,8 +97,7 @@ TrendChart trendChart(UsageTrendPeriod period, const QList<UsageBucket> &buckets
         const UsageBucket &bucket = buckets[i];
         const bool hasTick = (buckets.size() - 1 - i) % wording.tickStride == 0;
         chart.marks.append(
-            {bucket.words,
-             hasTick ? calendar.label(bucket.startDate, wording.tickFormat) : QString(),
+            {bucket.words, hasTick ? tickText(period, bucket.startDate, calendar) : QString(),
              u"%1: %2"_s.arg(timeText(period, bucket, calendar), wordsText(bucket.words))});
     }
     if (chart.marks.isEmpty())

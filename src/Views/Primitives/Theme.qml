@@ -49,7 +49,7 @@ QtObject {
     // Heatmap, from no words to the most
     readonly property color heatmapLevel0: wash(secondary, 0.18)
     readonly property color heatmapLevel1: "#1F5933"
-    readonly property color heatmapLevel2: "#298040"
+    readonly property color heatmapLevel2: "#298042"
     readonly property color heatmapLevel3: "#33A84D"
     readonly property color heatmapLevel4: "#3DCC57"
     readonly property color heatmapUntracked: wash(secondary, 0.12)

@@ -72,6 +72,25 @@ TestCase {
         }
     }
 
+    function test_theHeatmapHasItsGreensInBothThemes_data(): var {
+        return [{ tag: "level 1", name: "heatmapLevel1", color: "#1F5933" },
+                { tag: "level 2", name: "heatmapLevel2", color: "#298042" },
+                { tag: "level 3", name: "heatmapLevel3", color: "#33A84D" },
+                { tag: "level 4", name: "heatmapLevel4", color: "#3DCC57" }];
+    }
+
+    function test_theHeatmapHasItsGreensInBothThemes(data: var): void {
+        for (const dark of [false, true]) {
+            Appearance.dark = dark;
+            verify(Qt.colorEqual(Theme[data.name], data.color));
+        }
+    }
+
+    function test_theOtherDaysOfTheHeatmapAreGrey(): void {
+        verify(Qt.colorEqual(Theme.heatmapLevel0, Theme.wash(Theme.secondary, 0.18)));
+        verify(Qt.colorEqual(Theme.heatmapUntracked, Theme.wash(Theme.secondary, 0.12)));
+    }
+
     function test_highContrastStrengthensLinesAndWashes(): void {
         const border = Theme.border.a;
         const wash = Theme.fill(Theme.grey, 0.16).a;

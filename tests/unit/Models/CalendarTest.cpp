@@ -274,5 +274,42 @@ TEST(Calendar, MediumDatesFollowTheLocale)
     EXPECT_EQ(inLocale("C"), u"14 Nov 2026"_s);
 }
 
+TEST(CalendarTest, MonthAndDayFollowTheLocale)
+{
+    const auto inLocale = [](const char *name) {
+        const Calendar calendar{QTimeZone("Europe/Berlin"), Qt::Monday,
+                                QLocale(QString::fromLatin1(name))};
+        return calendar.monthAndDay(date("2026-03-14T23:30:00Z"));
+    };
+    EXPECT_EQ(inLocale("en_US"), u"Mar 15"_s);
+    EXPECT_EQ(inLocale("en_GB"), u"15 Mar"_s);
+    EXPECT_EQ(inLocale("de_DE"), u"15. März"_s);
+    EXPECT_EQ(inLocale("nds_DE"), u"15. März"_s);
+    EXPECT_EQ(inLocale("es_ES"), u"15 de mar"_s);
+    EXPECT_EQ(inLocale("hu_HU"), u"márc. 15."_s);
+    EXPECT_EQ(inLocale("lv_LV"), u"15. marts"_s);
+    EXPECT_EQ(inLocale("lt_LT"), u"03 15"_s);
+    EXPECT_EQ(inLocale("ja_JP"), u"3月15日"_s);
+    EXPECT_EQ(inLocale("ko_KR"), u"3월 15일"_s);
+    EXPECT_EQ(inLocale("fa_IR"), u"۱۵ مارس"_s);
+    EXPECT_EQ(inLocale("C"), u"15 Mar"_s);
+    EXPECT_EQ(inLocale("eu_ES"), u"mar.ren 15"_s);
+}
+
+TEST(CalendarTest, InEveryLocaleMonthAndDayTellThemApart)
+{
+    const Date first = date("2026-03-15T12:00:00Z");
+    const auto locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory);
+    for (const QLocale &locale : locales) {
+        const Calendar calendar{QTimeZone::utc(), Qt::Monday, locale};
+        const QString label = calendar.monthAndDay(first);
+        for (const char *other : {"2026-03-16T12:00:00Z", "2026-04-15T12:00:00Z"})
+            EXPECT_NE(label, calendar.monthAndDay(date(other))) << locale.name().toStdString();
+        EXPECT_EQ(label, calendar.monthAndDay(date("2027-03-15T12:00:00Z")))
+            << locale.name().toStdString();
+    }
+}
+
 } // namespace
 } // namespace kestrova

@@ -99,6 +99,18 @@ TEST_F(TrendChartTest, ReadOutsNameTheTimeAndTheWords)
               u"Nov 26: 12 words"_s);
 }
 
+TEST_F(TrendChartTest, DatesFollowTheLocale)
+{
+    const Calendar german{QTimeZone::utc(), Qt::Monday, QLocale(QLocale::German)};
+    const auto ofGerman = [&](Period period, Unit unit) {
+        return trendChart(period, bucketsOf(unit, "2026-03-15T00:00:00Z", {1}, german), german);
+    };
+    EXPECT_EQ(ticksOf(ofGerman(Period::daily, Unit::day)), QStringList{u"15. März"_s});
+    EXPECT_EQ(ticksOf(ofGerman(Period::weekly, Unit::week)), QStringList{u"15. März"_s});
+    EXPECT_EQ(ofGerman(Period::weekly, Unit::week).marks[0].readOut,
+              u"15. März – 21. März: 1 words"_s);
+}
+
 TEST_F(TrendChartTest, AWeekEndsOnItsLastDayAlsoWhenTheClockChangesInIt)
 {
     const Calendar berlin{QTimeZone("Europe/Berlin"), Qt::Monday,
