@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/GioPointer.h"
 
+#include <QByteArrayList>
 #include <QFile>
 #include <QSysInfo>
 
@@ -20,6 +21,12 @@ constexpr auto spawnFlags =
 
 constexpr auto startupIdVariable = "DESKTOP_STARTUP_ID";
 
+QByteArrayList &privateVariables()
+{
+    static QByteArrayList names;
+    return names;
+}
+
 // Runs between fork and exec: async-signal-safe calls only. Our terminal's Ctrl-C is not for them.
 void enterOwnSession(gpointer)
 {
@@ -37,6 +44,8 @@ std::optional<pid_t> launch(GDesktopAppInfo *application, GList *uris, const QBy
     pid_t process = 0;
     const GioPointer<GAppLaunchContext> context(g_app_launch_context_new());
     g_app_launch_context_setenv(context.get(), startupIdVariable, startupId.constData());
+    for (const QByteArray &name : privateVariables())
+        g_app_launch_context_unsetenv(context.get(), name.constData());
     // The variant "as manager" is the one that takes spawn flags.
     const bool isLaunched = g_desktop_app_info_launch_uris_as_manager(
         application, uris, context.get(), spawnFlags, enterOwnSession, nullptr, noteProcess,
@@ -54,6 +63,12 @@ GAppInfo *handlerOf(const QUrl &address, const QByteArray &uri)
 }
 
 } // namespace
+
+void setPrivateVariable(const QByteArray &name, const QByteArray &value)
+{
+    qputenv(name.constData(), value);
+    privateVariables().append(name);
+}
 
 QByteArray startupId(quint32 serverTime)
 {
@@ -91,8 +106,10 @@ std::optional<pid_t> launchProgram(const QStringList &command, const QByteArray 
         arguments.append(word.data());
     arguments.append(nullptr);
 
-    char **const environment = g_environ_setenv(g_get_environ(), startupIdVariable,
-                                                startupId.constData(), /*overwrite=*/TRUE);
+    char **environment = g_environ_setenv(g_get_environ(), startupIdVariable, startupId.constData(),
+                                          /*overwrite=*/TRUE);
+    for (const QByteArray &name : privateVariables())
+        environment = g_environ_unsetenv(environment, name.constData());
     GPid process = 0;
     const bool isStarted = g_spawn_async(
         /*working_directory=*/nullptr, arguments.data(), environment,

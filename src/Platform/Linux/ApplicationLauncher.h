@@ -15,6 +15,9 @@ namespace kestrova {
 /// files of ours, so that they outlive us and leave nothing behind that we would have to wait for.
 /// Needs neither an event loop nor a session bus. Main thread.
 
+/// Sets an environment variable of this program that those which it starts do not get.
+void setPrivateVariable(const QByteArray &name, const QByteArray &value);
+
 /// The id that ties a window to the request that it should appear (freedesktop.org Startup
 /// Notification Protocol): by the time in it, the window manager sees that the window is wanted
 /// now and lets it come to the front. Each call gives another id.

@@ -1,6 +1,7 @@
 #include "Platform/Platform.h"
 
 #include "Models/ReadableError.h"
+#include "Platform/Linux/ApplicationLauncher.h"
 #include "Platform/Linux/ChildProcesses.h"
 #include "Platform/Linux/FileUserDefaults.h"
 #include "Platform/Linux/LinuxScriptRunner.h"
@@ -56,6 +57,15 @@ private:
     static constexpr auto variable = "QT_QPA_PLATFORM";
     const bool m_isOurChoice = !qEnvironmentVariableIsSet(variable);
 };
+
+/// Lets assistive technology in whenever it comes. Of itself Qt looks only once, when the
+/// accessibility bus comes up, whether there is any.
+void welcomeAssistiveTechnology()
+{
+    constexpr auto variable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
+    if (!qEnvironmentVariableIsSet(variable))
+        setPrivateVariable(variable, "1");
+}
 
 struct Session
 {
@@ -116,6 +126,7 @@ std::shared_ptr<void> prepareDesktopSession()
             u"Kestrova needs an X11 desktop, and there is none at DISPLAY=\"%1\"."_s.arg(
                 qEnvironmentVariable("DISPLAY")));
     }
+    welcomeAssistiveTechnology();
     return std::make_shared<QtOnX11>();
 }
 

@@ -66,6 +66,21 @@ TEST_F(ApplicationLauncherTest, TheProgramIsToldTheStartupId)
     EXPECT_EQ(report(), QStringList{u"some-id_TIME1"_s});
 }
 
+TEST_F(ApplicationLauncherTest, TheProgramDoesNotGetPrivateVariables)
+{
+    setPrivateVariable("KESTROVA_TEST_VARIABLE", "ours");
+    const QByteArray script = "echo \"[$KESTROVA_TEST_VARIABLE]\"" + newReport();
+    ASSERT_TRUE(launchApplication(application(script), "id"));
+    EXPECT_EQ(report(), QStringList{u"[]"_s});
+
+    ASSERT_TRUE(QFile::remove(m_folder.filePath(u"report"_s)));
+    const auto child = launchProgram({u"/bin/sh"_s, m_folder.filePath(u"script"_s)}, "id");
+    ASSERT_TRUE(child);
+    EXPECT_EQ(report(), QStringList{u"[]"_s});
+    waitpid(*child, nullptr, 0);
+    EXPECT_EQ(qgetenv("KESTROVA_TEST_VARIABLE"), "ours");
+}
+
 TEST_F(ApplicationLauncherTest, TheProgramInheritsNoFileAndNoOutput)
 {
     const int inheritable = open("/dev/zero", O_RDONLY);
