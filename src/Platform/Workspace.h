@@ -71,6 +71,11 @@ public:
     /// Leaves a window of our own, which is about to be shown, out of task bars and window
     /// switchers. The number is the window system's.
     virtual void keepOffTaskBars(quint64 window) = 0;
+    /// Tells the window manager that a window of our own, which is about to be shown or is shown,
+    /// has a shadow of this many pixels on every side: what it keeps on the screen is the rest.
+    virtual void declareShadow(quint64 window, int margin) = 0;
+    /// Whether a window of our own is minimised. Not every desktop does that when it is asked.
+    virtual bool isMinimised(quint64 window) = 0;
     /// Where the panels of the desktop are, in the pixels of all screens together.
     virtual QList<QRect> panels() = 0;
 

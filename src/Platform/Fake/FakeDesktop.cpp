@@ -64,6 +64,12 @@ void FakeDesktop::setScriptStartFailure(const QString &problem)
     m_scriptStartFailure = problem;
 }
 
+void FakeDesktop::refuseToMinimise()
+{
+    const std::lock_guard lock(m_mutex);
+    m_minimises = false;
+}
+
 void FakeDesktop::setKeyEventsAvailable(bool available)
 {
     const std::lock_guard lock(m_mutex);
@@ -182,6 +188,17 @@ bool FakeWorkspace::isStarting(qint32 processIdentifier)
 void FakeWorkspace::keepOffTaskBars(quint64 window)
 {
     m_desktop->note(u"task bars without %1"_s.arg(window));
+}
+
+bool FakeWorkspace::isMinimised(quint64)
+{
+    const std::lock_guard lock(m_desktop->m_mutex);
+    return m_desktop->m_minimises;
+}
+
+void FakeWorkspace::declareShadow(quint64 window, int margin)
+{
+    m_desktop->note(u"shadow of %1: %2"_s.arg(window).arg(margin));
 }
 
 bool FakeWorkspace::openAddress(const QUrl &address)

@@ -40,12 +40,14 @@ public:
     /// The process that openApplication() starts, 0 at first. It is starting until it runs or this
     /// is called again.
     void setLaunchedProcess(qint32 processIdentifier);
+    /// As some tiling window managers do.
+    void refuseToMinimise();
     /// Addresses that no application opens; every other one opens.
     void setRefusedAddresses(const QStringList &addresses);
 
     /// What was done, oldest first: "activate 12", "open ID", "address URL", "paste",
-    /// "task bars without 12", "script activate ID", "script activate name NAME",
-    /// "script paste ID", "script paste" (without an identifier).
+    /// "task bars without 12", "shadow of 12: 72", "script activate ID", "script activate name
+    /// NAME", "script paste ID", "script paste" (without an identifier).
     QStringList actions() const;
 
 private:
@@ -74,6 +76,7 @@ private:
     bool m_areModifiersHeld = false;
     bool m_isKeyboardTaken = false;
     qint32 m_launchedProcess = 0;
+    bool m_minimises = true;
     QStringList m_refusedAddresses;
     int m_nextObserver = 0;
     std::vector<Observer> m_observers;
@@ -94,6 +97,9 @@ public:
     bool isStarting(qint32 processIdentifier) override;
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64 window) override;
+    void declareShadow(quint64 window, int margin) override;
+    /// Every window, unless the desktop refuses.
+    bool isMinimised(quint64) override;
     /// None.
     QList<QRect> panels() override { return {}; }
     std::unique_ptr<Observation>

@@ -22,6 +22,8 @@ public:
     bool isStarting(qint32) override { return false; }
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64) override {}
+    void declareShadow(quint64, int) override {}
+    bool isMinimised(quint64) override { return false; }
     QList<QRect> panels() override { return {}; }
     /// The handler is never called.
     std::unique_ptr<Observation>

@@ -18,11 +18,12 @@ PopoverModel::PopoverModel(AppController &controller, QObject *parent)
                               &AppState::lastTranscriptChanged, &AppState::lastDeliveryChanged,
                               &AppState::unconfirmedTranscriptsChanged, &AppState::lastErrorChanged,
                               &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
-                              &AppState::modelDownloadChanged, &AppState::isWhisperCLIReadyChanged,
+                              &AppState::isWhisperCLIReadyChanged,
                               &AppState::resolvedWhisperCLIPathChanged,
                               &AppState::permissionsChanged, &AppState::microphoneChanged,
                               &AppState::recordingProblemChanged, &AppState::settingsChanged})
         connect(&m_state, signal, this, &PopoverModel::changed);
+    connect(&m_state, &AppState::modelDownloadChanged, this, &PopoverModel::downloadChanged);
 }
 
 bool PopoverModel::showsSetupExperience() const

@@ -31,9 +31,9 @@ class PopoverModel final : public QObject
     Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY changed)
     Q_PROPERTY(QString modelButtonTitle READ modelButtonTitle NOTIFY changed)
     /// As ModelDownloadStatus tells it; the amount is empty while nothing is downloaded.
-    Q_PROPERTY(QString downloadAmount READ downloadAmount NOTIFY changed)
-    Q_PROPERTY(QString downloadPercentage READ downloadPercentage NOTIFY changed)
-    Q_PROPERTY(double downloadFraction READ downloadFraction NOTIFY changed)
+    Q_PROPERTY(QString downloadAmount READ downloadAmount NOTIFY downloadChanged)
+    Q_PROPERTY(QString downloadPercentage READ downloadPercentage NOTIFY downloadChanged)
+    Q_PROPERTY(double downloadFraction READ downloadFraction NOTIFY downloadChanged)
 
     // Dictation face
     Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
@@ -107,8 +107,9 @@ public:
     Q_INVOKABLE void openSettings();
 
 Q_SIGNALS:
-    /// Of any property.
+    /// Of any property but those of the download.
     void changed();
+    void downloadChanged();
     void dismissRequested();
     /// "dashboard" or "settings". The popover's dismissal is asked for afterwards.
     void openWindowRequested(const QString &identifier);

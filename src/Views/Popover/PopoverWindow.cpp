@@ -22,6 +22,7 @@ PopoverWindow::PopoverWindow(QWindow *parent) : QQuickWindow(parent)
     format.setAlphaBufferSize(8);
     setFormat(format);
     connect(this, &PopoverWindow::layoutChanged, this, &PopoverWindow::place);
+    connect(this, &PopoverWindow::marginChanged, this, &PopoverWindow::place);
     m_withoutFocus.setSingleShot(true);
     m_withoutFocus.setInterval(focusGrace);
     connect(this, &QWindow::activeChanged, this, &PopoverWindow::watchFocus);
@@ -66,19 +67,54 @@ void PopoverWindow::openAt(const PopoverPlacement &placement)
     present();
 }
 
-void PopoverWindow::openOrdinary()
+void PopoverWindow::becomeOrdinary()
 {
     setPlacement(std::nullopt);
     setFlags(ordinaryFlags);
+    m_isSizedByOthers = m_isSizedByOthers && isVisible();
+}
+
+void PopoverWindow::openOrdinary()
+{
+    becomeOrdinary();
     present();
+}
+
+void PopoverWindow::showQuietly()
+{
+    if (isVisible())
+        return;
+    becomeOrdinary();
+    place();
+    // Tells the window manager that it is not the user who shows it; Qt has no other name for this.
+    constexpr auto withoutActivating = "_q_showWithoutActivating";
+    setProperty(withoutActivating, true);
+    show();
+    setProperty(withoutActivating, false);
 }
 
 void PopoverWindow::dismiss()
 {
     if (isOrdinary())
-        showMinimized();
+        minimise();
     else
         hide();
+}
+
+void PopoverWindow::minimise()
+{
+    showMinimized();
+    Q_EMIT minimising();
+}
+
+void PopoverWindow::stayOpen()
+{
+    if (!windowStates().testFlag(Qt::WindowMinimized))
+        return; // it has been opened again
+    if (m_isClosing)
+        hide();
+    else
+        setWindowStates(Qt::WindowNoState);
 }
 
 bool PopoverWindow::event(QEvent *event)
@@ -86,10 +122,20 @@ bool PopoverWindow::event(QEvent *event)
     if (event->type() == QEvent::Close && isOrdinary()) {
         // There is no tray item that could open it again.
         event->ignore();
-        showMinimized();
+        m_isClosing = true;
+        minimise();
         return true;
     }
     return QQuickWindow::event(event);
+}
+
+void PopoverWindow::resizeEvent(QResizeEvent *event)
+{
+    QQuickWindow::resizeEvent(event);
+    m_isSizedByOthers = isOrdinary() && event->size() != m_askedSize;
+    // What was asked for first may come when the content has changed again.
+    if (isOrdinary() && !m_isSizedByOthers)
+        place();
 }
 
 void PopoverWindow::setPlacement(const std::optional<PopoverPlacement> &placement)
@@ -107,14 +153,17 @@ void PopoverWindow::place()
                     : int(screen()->availableSize().height() * PopoverPlacement::largestShare);
     const QSize popover(popoverWidth, qMin(qCeil(m_fullHeight), tallest));
     const QSize all = popover.grownBy({m_margin, m_margin, m_margin, m_margin});
-    if (m_placement)
+    if (m_placement) {
         setGeometry(QRect(m_placement->position(popover) - QPoint(m_margin, m_margin), all));
-    else
+    } else if (!m_isSizedByOthers) {
+        m_askedSize = all;
         resize(all);
+    }
 }
 
 void PopoverWindow::present()
 {
+    m_isClosing = false;
     place();
     if (windowStates() & Qt::WindowMinimized)
         showNormal();

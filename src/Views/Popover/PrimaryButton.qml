@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kestrova.Primitives
 import Kestrova.Popover
 
 // Starts, ends or cancels a dictation. Round, with a symbol only; its tooltip is its name.
-T.Button {
+BaseButton {
     id: button
 
     required property PopoverModel model
@@ -17,14 +16,9 @@ T.Button {
     implicitWidth: 30
     implicitHeight: 30
     enabled: !model.primaryButtonDisabled
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
     scale: down && !Theme.reducedMotion ? 0.94 : 1
 
     Accessible.name: model.primaryButtonTitle
-    Accessible.onPressAction: if (button.enabled) button.clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
     onClicked: model.handlePrimaryAction()
 
     Behavior on scale {

@@ -5,6 +5,9 @@ import QtQuick.Shapes
 Item {
     id: indicator
 
+    readonly property bool isSeen: visible && Window.visibility !== Window.Hidden
+                                   && Window.visibility !== Window.Minimized
+
     implicitWidth: 14
     implicitHeight: 14
     Accessible.ignored: true
@@ -41,7 +44,7 @@ Item {
             }
         }
         RotationAnimator on rotation {
-            running: indicator.visible && !Theme.reducedMotion
+            running: indicator.isSeen && !Theme.reducedMotion
             from: 0
             to: 360
             duration: Theme.spinnerTurn

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kestrova.Primitives
 
 // A button that shows a symbol only; its tooltip is its name.
-T.Button {
+BaseButton {
     id: control
 
     required property string symbol
@@ -11,13 +10,8 @@ T.Button {
 
     implicitWidth: 26
     implicitHeight: 26
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
 
     Accessible.name: tip
-    Accessible.onPressAction: if (control.enabled) control.clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Symbol {

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kestrova.Primitives
 
 // The program's button: bordered, or prominent for the one action that a place is about.
-T.Button {
+BaseButton {
     id: control
 
     property bool prominent: false
@@ -24,14 +23,9 @@ T.Button {
     rightPadding: leftPadding
     implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding
     implicitHeight: Math.max(small ? 22 : 28, contentItem.implicitHeight + 6)
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
 
     Accessible.name: text
-    Accessible.onPressAction: if (control.enabled) control.clicked()
     Accessible.description: tip
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         implicitWidth: label.implicitWidth

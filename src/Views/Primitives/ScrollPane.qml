@@ -42,16 +42,26 @@ Flickable {
         contentY = Math.max(0, Math.min(contentHeight - height, contentY + distance));
     }
 
+    // The item, or the clipped one around it that shows a part of it. Of what is taller than the
+    // pane the beginning, unless it fills the pane already.
     function reveal(item: Item): void {
+        let shown = item;
         for (let ancestor = item; ancestor !== contentItem; ancestor = ancestor.parent) {
             if (!ancestor)
                 return;
+            if (ancestor.clip)
+                shown = ancestor;
         }
         const margin = 12;
-        const top = item.mapToItem(contentItem, 0, 0).y;
-        if (top - margin < contentY)
-            scrollBy(top - margin - contentY);
-        else if (top + item.height + margin > contentY + height)
-            scrollBy(top + item.height + margin - contentY - height);
+        const top = shown.mapToItem(contentItem, 0, 0).y - margin;
+        const bottom = top + shown.height + 2 * margin;
+        const isAbove = top < contentY;
+        const isBelow = bottom > contentY + height;
+        if (isAbove && isBelow)
+            return;
+        if (isAbove || bottom - top > height)
+            scrollBy(top - contentY);
+        else if (isBelow)
+            scrollBy(bottom - contentY - height);
     }
 }

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 
 namespace kestrova {
 
@@ -64,20 +65,33 @@ void PopoverScene::dismiss()
         m_popover->dismiss();
 }
 
-void PopoverScene::openAt(const std::optional<QPoint> &clicked)
+void PopoverScene::showQuietly()
+{
+    prepare();
+    m_popover->showQuietly();
+}
+
+void PopoverScene::prepare()
 {
     if (!m_popover)
         build();
     connect(m_popover, &QQuickWindow::frameSwapped, this, &PopoverScene::shown,
             Qt::SingleShotConnection);
+}
+
+void PopoverScene::openAt(const std::optional<QPoint> &clicked)
+{
+    prepare();
     if (!TrayItem::isShown()) {
         m_popover->openOrdinary();
         return;
     }
     if (m_popover->isOrdinary())
         m_popover->hide(); // the tray has come up since
-    if (!m_popover->isVisible())
+    if (!m_popover->isVisible()) {
         m_workspace.keepOffTaskBars(m_popover->winId());
+        declareShadow();
+    }
     m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas(m_workspace)));
 }
 
@@ -86,12 +100,28 @@ void PopoverScene::build()
     m_window = m_engine.buildWindow(QUrl(u"qrc:/Kestrova/Popover/MenuBarPopover.qml"_s), m_model);
     m_popover = qobject_cast<PopoverWindow *>(m_window.get());
     connect(m_popover, &PopoverWindow::focusLost, this, &PopoverScene::loseFocus);
+    connect(m_popover, &PopoverWindow::marginChanged, this, &PopoverScene::declareShadow);
+    connect(m_popover, &PopoverWindow::minimising, this, &PopoverScene::awaitMinimising);
+}
+
+void PopoverScene::declareShadow()
+{
+    m_workspace.declareShadow(m_popover->winId(),
+                              qRound(m_popover->margin() * m_popover->devicePixelRatio()));
 }
 
 void PopoverScene::loseFocus()
 {
     m_sinceFocusLoss.start();
     dismiss();
+}
+
+void PopoverScene::awaitMinimising()
+{
+    QTimer::singleShot(minimisingLimit, m_popover, [this] {
+        if (!m_workspace.isMinimised(m_popover->winId()))
+            m_popover->stayOpen();
+    });
 }
 
 } // namespace kestrova

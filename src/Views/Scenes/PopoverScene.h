@@ -21,6 +21,8 @@ class PopoverScene : public QObject
 public:
     /// How soon after it has lost the keyboard a click on the tray item is the one that took it.
     static constexpr std::chrono::milliseconds clickLimit{300};
+    /// How long a window manager may take to minimise a window.
+    static constexpr std::chrono::milliseconds minimisingLimit{500};
 
     /// All of them outlive this.
     PopoverScene(SceneEngine &engine, AppController &controller, Workspace &workspace,
@@ -29,6 +31,8 @@ public:
     /// As for a click on the tray item: opens it, or closes it when it is open.
     void toggle();
     void open() { openAt({}); }
+    /// Where there is no tray: shows the ordinary window and leaves the keyboard where it is.
+    void showQuietly();
     /// Gives the keyboard back to the application behind it.
     void dismiss();
 
@@ -41,8 +45,11 @@ Q_SIGNALS:
 private:
     void openAt(const std::optional<QPoint> &clicked);
     bool isOpen() const;
+    void prepare();
     void build();
+    void declareShadow();
     void loseFocus();
+    void awaitMinimising();
 
     SceneEngine &m_engine;
     Workspace &m_workspace;

@@ -3,6 +3,7 @@
 #include "Models/ReadableError.h"
 #include "Views/Primitives/Appearance.h"
 #include "Views/Scenes/ApplicationIcon.h"
+#include "Views/Scenes/KeyboardFocus.h"
 
 #include <QFont>
 #include <QGuiApplication>
@@ -54,7 +55,9 @@ std::unique_ptr<QQuickWindow> SceneEngine::buildWindow(const QUrl &document, QOb
     if (!object)
         throw PlatformError(component.errorString().trimmed());
     QQmlEngine::setObjectOwnership(&model, QQmlEngine::CppOwnership);
-    return std::unique_ptr<QQuickWindow>(qobject_cast<QQuickWindow *>(object.release()));
+    std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow *>(object.release()));
+    new KeyboardFocus(*window);
+    return window;
 }
 
 void SceneEngine::start()

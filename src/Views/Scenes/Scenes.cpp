@@ -50,6 +50,11 @@ void Scenes::togglePopover()
     show([this] { m_popover.toggle(); });
 }
 
+void Scenes::showPopoverQuietly()
+{
+    show([this] { m_popover.showQuietly(); });
+}
+
 bool Scenes::show(const std::function<void()> &showing)
 {
     try {

@@ -28,6 +28,7 @@ public:
     bool open(const QString &identifier) override;
     bool close(const QString &identifier) override;
     void togglePopover() override;
+    void showPopoverQuietly() override;
 
 private:
     /// Tells when that fails; always true.

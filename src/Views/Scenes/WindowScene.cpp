@@ -1,6 +1,21 @@
 #include "Views/Scenes/WindowScene.h"
 
+#include <QScreen>
+
 namespace kestrova {
+
+namespace {
+
+/// At its size, or as large as the screen lets it be; so is its least size, because magnified
+/// screens may be smaller than that.
+void fitToScreen(QWindow &window, QSize size)
+{
+    const QSize room = window.screen()->availableSize().shrunkBy(WindowScene::frameRoom);
+    window.setMinimumSize(window.minimumSize().boundedTo(room));
+    window.resize(size.boundedTo(room).expandedTo(window.minimumSize()));
+}
+
+} // namespace
 
 WindowScene::WindowScene(SceneEngine &engine, WindowSizes &sizes, Description description)
     : m_engine(engine), m_sizes(sizes), m_description(std::move(description))
@@ -9,8 +24,10 @@ WindowScene::WindowScene(SceneEngine &engine, WindowSizes &sizes, Description de
 
 WindowScene::~WindowScene()
 {
-    if (m_window)
-        m_window->disconnect(this);
+    if (!m_window)
+        return;
+    m_window->disconnect(this);
+    keepSize();
 }
 
 void WindowScene::open()
@@ -35,8 +52,7 @@ void WindowScene::build()
 {
     m_model = m_description.makeModel();
     m_window = m_engine.buildWindow(m_description.document, *m_model);
-    if (const auto size = m_sizes.size(m_description.identifier))
-        m_window->resize(size->expandedTo(m_window->minimumSize()));
+    fitToScreen(*m_window, m_sizes.size(m_description.identifier).value_or(m_window->size()));
     connect(m_window.get(), &QQuickWindow::frameSwapped, this, &WindowScene::shown,
             Qt::SingleShotConnection);
     connect(m_window.get(), &QWindow::visibleChanged, this, [this](bool isVisible) {
@@ -48,12 +64,17 @@ void WindowScene::build()
 void WindowScene::dismantle()
 {
     m_window->disconnect(this);
-    if (m_window->windowStates() == Qt::WindowNoState)
-        m_sizes.setSize(m_description.identifier, m_window->size());
+    keepSize();
     // Closing goes on within the window.
     auto *window = m_window.release();
     connect(window, &QObject::destroyed, m_model.release(), &QObject::deleteLater);
     window->deleteLater();
+}
+
+void WindowScene::keepSize()
+{
+    if (m_window->windowStates() == Qt::WindowNoState)
+        m_sizes.setSize(m_description.identifier, m_window->size());
 }
 
 } // namespace kestrova

@@ -3,6 +3,8 @@
 #include "Views/Scenes/SceneEngine.h"
 #include "Views/Scenes/WindowSizes.h"
 
+#include <QMargins>
+
 #include <functional>
 #include <memory>
 
@@ -15,6 +17,10 @@ class WindowScene : public QObject
     Q_OBJECT
 
 public:
+    /// What a title bar and a frame take of the screen at most: how much it is can be known only
+    /// once the window is shown.
+    static constexpr QMargins frameRoom{4, 32, 4, 4};
+
     struct Description
     {
         QString identifier;
@@ -39,6 +45,7 @@ Q_SIGNALS:
 private:
     void build();
     void dismantle();
+    void keepSize();
 
     SceneEngine &m_engine;
     WindowSizes &m_sizes;

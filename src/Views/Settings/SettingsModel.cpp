@@ -47,10 +47,11 @@ SettingsModel::SettingsModel(AppController &controller, Platform &platform)
 {
     for (const auto signal :
          {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,
-          &AppState::isPreparingModelChanged, &AppState::modelDownloadChanged,
-          &AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged,
-          &AppState::permissionsChanged, &AppState::microphoneChanged, &AppState::settingsChanged})
+          &AppState::isPreparingModelChanged, &AppState::isWhisperCLIReadyChanged,
+          &AppState::resolvedWhisperCLIPathChanged, &AppState::permissionsChanged,
+          &AppState::microphoneChanged, &AppState::settingsChanged})
         connect(&m_state, signal, this, &SettingsModel::changed);
+    connect(&m_state, &AppState::modelDownloadChanged, this, &SettingsModel::downloadChanged);
 }
 
 QString SettingsModel::statusText() const

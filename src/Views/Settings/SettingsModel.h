@@ -46,9 +46,9 @@ class SettingsModel final : public QObject
     Q_PROPERTY(bool isModelReady READ isModelReady NOTIFY changed)
     Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY changed)
     /// As ModelDownloadStatus tells it; the amount is empty while nothing is downloaded.
-    Q_PROPERTY(QString downloadAmount READ downloadAmount NOTIFY changed)
-    Q_PROPERTY(QString downloadPercentage READ downloadPercentage NOTIFY changed)
-    Q_PROPERTY(double downloadFraction READ downloadFraction NOTIFY changed)
+    Q_PROPERTY(QString downloadAmount READ downloadAmount NOTIFY downloadChanged)
+    Q_PROPERTY(QString downloadPercentage READ downloadPercentage NOTIFY downloadChanged)
+    Q_PROPERTY(double downloadFraction READ downloadFraction NOTIFY downloadChanged)
 
     // Permissions
     Q_PROPERTY(bool isMicrophoneGranted READ isMicrophoneGranted NOTIFY changed)
@@ -132,8 +132,9 @@ public:
     Q_INVOKABLE void copyDiagnostics();
 
 Q_SIGNALS:
-    /// Of any property.
+    /// Of any property but those of the download.
     void changed();
+    void downloadChanged();
     /// "dashboard".
     void openWindowRequested(const QString &identifier);
 

@@ -16,7 +16,7 @@ void greet(const AppState &state, Windows &windows)
     });
     QTimer::singleShot(trayLimit, &windows, [&windows] {
         if (!TrayItem::isShown())
-            windows.open(u"popover"_s);
+            windows.showPopoverQuietly();
     });
 }
 

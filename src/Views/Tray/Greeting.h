@@ -13,8 +13,8 @@ constexpr std::chrono::seconds trayDelay{1};
 constexpr std::chrono::seconds trayLimit{5};
 
 /// After the start of the program: shows the popover by itself to a user who has something to set
-/// up, and where no panel comes up in time, without which the program could not be reached. The
-/// state outlives the windows.
+/// up, and, without taking the keyboard from a dictation that is under way, where no panel comes up
+/// in time, without which the program could not be reached. The state outlives the windows.
 void greet(const AppState &state, Windows &windows);
 
 } // namespace kestrova

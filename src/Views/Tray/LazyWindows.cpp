@@ -22,6 +22,12 @@ void LazyWindows::togglePopover()
         loaded->togglePopover();
 }
 
+void LazyWindows::showPopoverQuietly()
+{
+    if (Windows *const loaded = windows())
+        loaded->showPopoverQuietly();
+}
+
 Windows *LazyWindows::windows()
 {
     if (m_windows)

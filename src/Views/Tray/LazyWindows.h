@@ -20,6 +20,7 @@ public:
     bool open(const QString &identifier) override;
     bool close(const QString &identifier) override;
     void togglePopover() override;
+    void showPopoverQuietly() override;
 
 private:
     /// None when they cannot be loaded.

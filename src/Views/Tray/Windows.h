@@ -22,6 +22,9 @@ public:
     virtual bool close(const QString &identifier) = 0;
     /// As for a click on the tray item: opens the popover, or closes it when it is open.
     virtual void togglePopover() = 0;
+    /// Where there is no tray: shows the popover as an ordinary window and leaves the keyboard
+    /// where it is.
+    virtual void showPopoverQuietly() = 0;
 
 Q_SIGNALS:
     /// An opened window has been drawn.

@@ -42,6 +42,26 @@ TestCase {
         compare(spy.count, 1);
     }
 
+    Component {
+        id: longTextComponent
+
+        SelectableText {
+            width: 300
+            text: "a long text"
+        }
+    }
+
+    function test_aSelectionMayOutliveItsText(): void {
+        failOnWarning(/./);
+        const edit = createTemporaryObject(longTextComponent, this);
+        edit.forceActiveFocus();
+        edit.selectAll();
+        edit.text = "";
+        edit.text = "short";
+        edit.cursorPosition = 5;
+        edit.text = "a";
+    }
+
     function test_aDisabledButtonIsNotPressed(): void {
         const button = createTemporaryObject(buttonComponent, this, { enabled: false });
         watch(button, "clicked");
@@ -192,6 +212,66 @@ TestCase {
         for (let i = 0; i < 9; ++i)
             keyClick(Qt.Key_Backtab);
         compare(pane.contentY, 0);
+    }
+
+    Component {
+        id: tallComponent
+
+        ScrollPane {
+            property alias tall: tall
+            property alias inner: inner
+
+            width: 200
+            height: 100
+            contentHeight: 1000
+
+            TextInput {
+                id: tall
+
+                y: 200
+                width: 200
+                height: 300
+                text: "tall"
+            }
+            ScrollPane {
+                id: inner
+
+                y: 600
+                width: 200
+                height: 80
+                contentHeight: 500
+
+                TextInput {
+                    width: 200
+                    height: 500
+                    text: "taller"
+                }
+            }
+        }
+    }
+
+    function test_anItemTallerThanItsPaneStaysWhereItIsSeen(): void {
+        const pane = createTemporaryObject(tallComponent, this, { contentY: 280 });
+        pane.tall.forceActiveFocus();
+        compare(pane.contentY, 280);
+    }
+
+    function test_ofAnItemTallerThanItsPaneTheBeginningIsShown_data(): var {
+        return [{ tag: "from above", contentY: 0 }, { tag: "from below", contentY: 700 }];
+    }
+
+    function test_ofAnItemTallerThanItsPaneTheBeginningIsShown(data: var): void {
+        const pane = createTemporaryObject(tallComponent, this, { contentY: data.contentY });
+        pane.tall.forceActiveFocus();
+        compare(pane.contentY, 200 - 12);
+    }
+
+    function test_aPaneShowsThePaneInWhichTheFocusIs(): void {
+        const pane = createTemporaryObject(tallComponent, this);
+        pane.inner.contentY = 300;
+        pane.inner.contentItem.children[0].forceActiveFocus();
+        compare(pane.inner.contentY, 300);
+        compare(pane.contentY, 600 - 12);
     }
 
     function test_theWheelMovesAPaneWithinItsContent(): void {

@@ -13,7 +13,8 @@ protected:
     {
         QObject::connect(&*model, &PopoverModel::dismissRequested,
                          [this] { calls.append(u"dismiss in "_s + model->statusText()); });
-        QObject::connect(&*model, &PopoverModel::changed, [this] { ++announcements; });
+        for (const auto signal : {&PopoverModel::changed, &PopoverModel::downloadChanged})
+            QObject::connect(&*model, signal, [this] { ++announcements; });
         QObject::connect(&*model, &PopoverModel::openWindowRequested,
                          [this](const QString &window) { calls.append(u"open "_s + window); });
     }

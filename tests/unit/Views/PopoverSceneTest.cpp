@@ -1,55 +1,10 @@
-#include "Views/Scenes/PopoverScene.h"
+#include "Views/PopoverSceneTest.h"
 
-#include "Platform/Linux/X11/X11Connection.h"
-#include "ViewModels/ControllerTest.h"
-#include "Views/Panel.h"
-#include "support/KeyPresses.h"
 #include "support/OtherProgram.h"
 #include "support/TestApplication.h"
-#include "support/WaitUntil.h"
-
-#include <QScreen>
 
 namespace kestrova {
 namespace {
-
-class PopoverSceneTest : public ControllerTest
-{
-protected:
-    ~PopoverSceneTest() override { scene.reset(); }
-
-    void startPanel() { ASSERT_TRUE(panel.start(trayItem)); }
-
-    PopoverWindow *popover()
-    {
-        for (QWindow *window : QGuiApplication::allWindows()) {
-            if (auto *popover = qobject_cast<PopoverWindow *>(window))
-                return popover;
-        }
-        return nullptr;
-    }
-    bool isOpen() { return popover() && popover()->isVisible() && popover()->isActive(); }
-    int gapToPanel()
-    {
-        return popover()->screen()->availableGeometry().bottom() - popover()->geometry().bottom();
-    }
-    bool isAtPanel() { return gapToPanel() == PopoverPlacement::distance; }
-    bool isHidden() { return !popover() || !popover()->isVisible(); }
-    void open()
-    {
-        scene->toggle();
-        ASSERT_TRUE(waitUntil([this] { return isOpen(); }));
-    }
-
-    GuiTestApplication application;
-    Panel panel;
-    TrayItem trayItem{*fake.platform.appearance};
-    SceneEngine engine{controller->appState(), *fake.platform.appearance};
-    std::optional<PopoverScene> scene{std::in_place, engine, *controller, *fake.platform.workspace,
-                                      trayItem};
-    X11Connection connection;
-    VirtualKeyboard keyboard{connection.xcb()};
-};
 
 TEST_F(PopoverSceneTest, AClickOpensItBesideTheItemAndTheNextOneClosesIt)
 {
@@ -85,6 +40,19 @@ TEST_F(PopoverSceneTest, WithACompositingManagerItsWindowHasRoomForAShadow)
     fake.appearance.setCompositing(false);
     EXPECT_EQ(popover()->width(), PopoverWindow::popoverWidth);
     EXPECT_TRUE(waitUntil([this] { return isAtPanel(); }));
+}
+
+TEST_F(PopoverSceneTest, TheWindowManagerIsToldOfTheShadow)
+{
+    fake.appearance.setCompositing(true);
+    startPanel();
+    open();
+    const int margin = (popover()->width() - PopoverWindow::popoverWidth) / 2;
+    const QString window = u"shadow of %1: "_s.arg(popover()->winId());
+    EXPECT_GT(margin, 0);
+    EXPECT_EQ(actionsOn(window), QStringList{window + QString::number(margin)});
+    fake.appearance.setCompositing(false);
+    EXPECT_EQ(actionsOn(window).last(), window + u"0"_s);
 }
 
 TEST_F(PopoverSceneTest, EscapeClosesIt)
@@ -172,6 +140,58 @@ TEST_F(PopoverSceneTest, WithoutATrayItIsAWindowThatIsNeverClosed)
     popover()->close();
     EXPECT_TRUE(
         waitUntil([this] { return popover()->windowStates().testFlag(Qt::WindowMinimized); }));
+    EXPECT_TRUE(popover()->isVisible());
+}
+
+TEST_F(PopoverSceneTest, WithoutATrayItGrowsWithItsContent)
+{
+    open();
+    const int heightBefore = popover()->height();
+    state().lastTranscript.set(u"Hello world"_s);
+    EXPECT_TRUE(waitUntil([&] { return popover()->height() > heightBefore; }));
+}
+
+TEST_F(PopoverSceneTest, WithoutATrayItKeepsTheSizeThatOthersGaveIt)
+{
+    open();
+    const QSize given(500, 620);
+    popover()->resize(given);
+    ASSERT_TRUE(waitUntil([&] { return popover()->size() == given; }));
+    const QVariant heightBefore = popover()->property("fullHeight");
+    state().lastTranscript.set(u"Hello world"_s);
+    ASSERT_TRUE(waitUntil([&] { return popover()->property("fullHeight") != heightBefore; }));
+    // The window manager does in order what it is asked.
+    const QPoint elsewhere = popover()->position() + QPoint(10, 10);
+    popover()->setPosition(elsewhere);
+    ASSERT_TRUE(waitUntil([&] { return popover()->position() == elsewhere; }));
+    EXPECT_EQ(popover()->size(), given);
+}
+
+TEST_F(PopoverSceneTest, WithoutATrayItCanBeShownAndLeaveTheKeyboardWhereItIs)
+{
+    const TestApplication other(connection, u"other"_s, u"Other"_s);
+    scene->showQuietly();
+    ASSERT_TRUE(waitUntil([this] { return popover()->isExposed(); }));
+    EXPECT_TRUE(popover()->isOrdinary());
+    EXPECT_EQ(connection.value(connection.root(), "_NET_ACTIVE_WINDOW"), other.windows().last());
+    open();
+}
+
+TEST_F(PopoverSceneTest, WhereNothingIsMinimisedAClosedWindowIsHidden)
+{
+    fake.desktop->refuseToMinimise();
+    open();
+    popover()->close();
+    EXPECT_TRUE(waitUntil([this] { return isHidden(); }));
+    open();
+}
+
+TEST_F(PopoverSceneTest, WhereNothingIsMinimisedADismissedWindowStays)
+{
+    fake.desktop->refuseToMinimise();
+    open();
+    scene->dismiss();
+    EXPECT_TRUE(waitUntil([this] { return popover()->windowStates() == Qt::WindowNoState; }));
     EXPECT_TRUE(popover()->isVisible());
 }
 

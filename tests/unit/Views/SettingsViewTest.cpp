@@ -1,12 +1,11 @@
 #include "Views/Settings/SettingsModel.h"
 
 #include "ViewModels/ControllerTest.h"
+#include "Views/AccessibleItems.h"
 #include "Views/Scenes/SceneEngine.h"
 #include "support/WaitUntil.h"
 
-#include <QAccessible>
 #include <QApplication>
-#include <QQuickItem>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -26,27 +25,9 @@ protected:
         EXPECT_TRUE(waitUntil([this] { return window->isActive(); }));
     }
 
-    static QString name(QQuickItem *item)
-    {
-        const auto *interface = QAccessible::queryAccessibleInterface(item);
-        return interface ? interface->text(QAccessible::Name) : QString();
-    }
     /// What the keyboard goes to.
-    QString focused() { return name(window->activeFocusItem()); }
-    /// The visible item of this accessible name; null when there is none.
-    QQuickItem *find(const QString &wanted, QQuickItem *ancestor)
-    {
-        for (QQuickItem *item : ancestor->childItems()) {
-            if (!item->isVisible())
-                continue;
-            if (name(item) == wanted)
-                return item;
-            if (QQuickItem *found = find(wanted, item))
-                return found;
-        }
-        return nullptr;
-    }
-    QQuickItem *find(const QString &wanted) { return find(wanted, window->contentItem()); }
+    QString focused() { return accessibleName(window->activeFocusItem()); }
+    QQuickItem *find(const QString &wanted) { return findShown(wanted, window->contentItem()); }
 
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
@@ -93,7 +74,7 @@ TEST_F(SettingsViewTest, TheTabsAreChosenByPointerAndKeyboard)
     for (const QString &tab :
          {u"Whisper.cpp"_s, u"Model"_s, u"Permissions"_s, u"Diagnostics"_s, u"General"_s}) {
         click(tab);
-        EXPECT_NE(find(tab, window->contentItem()), nullptr);
+        EXPECT_NE(find(tab), nullptr);
     }
     EXPECT_NE(find(u"Global Shortcut"_s), nullptr);
     press(Qt::Key_Down);
@@ -251,6 +232,20 @@ TEST_F(SettingsViewTest, AnErrorIsShownOnEveryTab)
     EXPECT_TRUE(waitUntil([this] { return find(u"Something failed."_s); }));
     click(u"Model"_s);
     EXPECT_NE(find(u"Something failed."_s), nullptr);
+}
+
+TEST_F(SettingsViewTest, TheProgressOfADownloadIsNoReasonToLookAtThePermissionsAgain)
+{
+    click(u"Diagnostics"_s);
+    press(Qt::Key_Tab);
+    const QQuickItem *report = window->activeFocusItem();
+    const QString before = model.diagnostics();
+    fake.access.setMicrophoneState(MicrophoneAuthorizationState::denied);
+    state().modelDownload.set(DownloadProgress{62'000'000, 148'000'000});
+    EXPECT_EQ(report->property("text").toString(), before);
+    controller->refreshEnvironmentSnapshot();
+    EXPECT_EQ(report->property("text").toString(), model.diagnostics());
+    EXPECT_NE(model.diagnostics(), before);
 }
 
 TEST_F(SettingsViewTest, ADownloadShowsHowFarItHasCome)

@@ -142,12 +142,29 @@ void X11Windows::activate(xcb_window_t window)
 void X11Windows::keepOffTaskBars(xcb_window_t window)
 {
     // Whoever shows the window adds to these states.
-    const std::array states{m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"),
-                            m_connection.atom("_NET_WM_STATE_SKIP_PAGER")};
-    const auto cookie = xcb_change_property_checked(
-        m_connection.xcb(), XCB_PROP_MODE_REPLACE, window, m_connection.atom("_NET_WM_STATE"),
-        XCB_ATOM_ATOM, 32, states.size(), states.data());
+    replace(window, "_NET_WM_STATE", XCB_ATOM_ATOM,
+            {m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"),
+             m_connection.atom("_NET_WM_STATE_SKIP_PAGER")});
+}
+
+void X11Windows::declareShadow(xcb_window_t window, int margin)
+{
+    replace(window, "_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, QList<quint32>(4, quint32(margin)));
+}
+
+void X11Windows::replace(xcb_window_t window, const QByteArray &property, xcb_atom_t type,
+                         const QList<quint32> &values)
+{
+    const auto cookie = xcb_change_property_checked(m_connection.xcb(), XCB_PROP_MODE_REPLACE,
+                                                    window, m_connection.atom(property), type, 32,
+                                                    quint32(values.size()), values.data());
     XcbPointer<xcb_generic_error_t>(xcb_request_check(m_connection.xcb(), cookie));
+}
+
+bool X11Windows::isMinimised(xcb_window_t window)
+{
+    constexpr quint32 iconicState = 3;
+    return m_connection.value(window, "WM_STATE") == iconicState;
 }
 
 QList<QRect> X11Windows::panels()

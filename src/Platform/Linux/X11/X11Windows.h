@@ -51,10 +51,17 @@ public:
     /// Before the window is shown: asks the window manager to leave it out of task bars and window
     /// switchers. The server knows when this returns.
     void keepOffTaskBars(xcb_window_t window);
+    /// Tells the window manager how many pixels of the window are a shadow on every side, as GTK
+    /// does (_GTK_FRAME_EXTENTS). The server knows when this returns.
+    void declareShadow(xcb_window_t window, int margin);
+    /// Whether the window manager has made it an icon (ICCCM 4.1.3.1).
+    bool isMinimised(xcb_window_t window);
     /// Where the windows of the type "dock" are.
     QList<QRect> panels();
 
 private:
+    void replace(xcb_window_t window, const QByteArray &property, xcb_atom_t type,
+                 const QList<quint32> &values);
     QList<xcb_window_t> stacked();
     X11Window describe(xcb_window_t window);
     void identify(X11Window &window);

@@ -38,6 +38,8 @@ public:
     /// An application's address opens that application, also one that no menu shows.
     bool openAddress(const QUrl &address) override;
     void keepOffTaskBars(quint64 window) override;
+    void declareShadow(quint64 window, int margin) override;
+    bool isMinimised(quint64 window) override;
     QList<QRect> panels() override { return m_windows.panels(); }
 
     std::unique_ptr<Observation>
