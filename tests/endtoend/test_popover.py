@@ -78,6 +78,13 @@ class Place(DictationTestCase):
             self.assertEqual(program.process.wait(timeout=dictation.END_LIMIT), 0)
 
 
+class Accessibility(DictationTestCase):
+    def test_whoever_looks_while_it_runs_can_read_it(self):
+        with windows.OrdinarilyStartedProgram() as program:
+            program.send("open popover")
+            program.window(program.POPOVER).find("Start Recording", BUTTON)
+
+
 def panel():
     """Where the tray's panel is."""
     return windows.geometry(targets._output("xdotool", "search", "--class", "tint2").split()[0])

@@ -11,8 +11,9 @@ from windows import BUTTON
 
 class WithoutTray(DictationTestCase):
     def test_the_popover_is_an_ordinary_window_that_cannot_be_lost(self):
-        with windows.UncontrolledProgram() as program:
-            popover = program.window_in_front(program.POPOVER)
+        with targets.start("mousepad") as editor, windows.UncontrolledProgram() as program:
+            popover = program.window(program.POPOVER)
+            self.assertTrue(editor.has_focus())
             self.assertIn(program.POPOVER, self.task_bar())
             subprocess.run(["wmctrl", "-c", program.POPOVER], check=True)
             program.wait_until_closed(program.POPOVER)

@@ -293,6 +293,10 @@ class Program(_Windows, dictation.Dictation):
         super().__init__({**self.accessible_environment(), **(environment or {})}, **options)
 
 
+class OrdinarilyStartedProgram(_Windows, dictation.Dictation):
+    """The same, but nothing has told it beforehand that somebody will read its windows."""
+
+
 class UncontrolledProgram(_Windows):
     """The program as a desktop starts it, without its control channel. Leaving it asserts the same."""
 

@@ -71,7 +71,10 @@ void PopoverWindow::becomeOrdinary()
 {
     setPlacement(std::nullopt);
     setFlags(ordinaryFlags);
-    m_isSizedByOthers = m_isSizedByOthers && isVisible();
+    if (!isVisible()) {
+        m_isSizedByOthers = false;
+        m_askedSize = {};
+    }
 }
 
 void PopoverWindow::openOrdinary()
@@ -103,18 +106,19 @@ void PopoverWindow::dismiss()
 
 void PopoverWindow::minimise()
 {
+    m_isMinimising = true;
     showMinimized();
     Q_EMIT minimising();
 }
 
 void PopoverWindow::stayOpen()
 {
-    if (!windowStates().testFlag(Qt::WindowMinimized))
+    if (!m_isMinimising)
         return; // it has been opened again
+    m_isMinimising = false;
+    setWindowStates(Qt::WindowNoState); // which maps it
     if (m_isClosing)
         hide();
-    else
-        setWindowStates(Qt::WindowNoState);
 }
 
 bool PopoverWindow::event(QEvent *event)
@@ -155,7 +159,7 @@ void PopoverWindow::place()
     const QSize all = popover.grownBy({m_margin, m_margin, m_margin, m_margin});
     if (m_placement) {
         setGeometry(QRect(m_placement->position(popover) - QPoint(m_margin, m_margin), all));
-    } else if (!m_isSizedByOthers) {
+    } else if (!m_isSizedByOthers && all != m_askedSize) {
         m_askedSize = all;
         resize(all);
     }
@@ -163,6 +167,7 @@ void PopoverWindow::place()
 
 void PopoverWindow::present()
 {
+    m_isMinimising = false;
     m_isClosing = false;
     place();
     if (windowStates() & Qt::WindowMinimized)

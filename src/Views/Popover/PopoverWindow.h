@@ -75,6 +75,7 @@ private:
     int m_margin = 0;
     QSize m_askedSize;
     bool m_isSizedByOthers = false;
+    bool m_isMinimising = false; ///< Qt's own state follows whatever the window manager tells
     bool m_isClosing = false;
     QTimer m_withoutFocus;
 };

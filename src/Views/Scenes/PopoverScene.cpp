@@ -88,10 +88,8 @@ void PopoverScene::openAt(const std::optional<QPoint> &clicked)
     }
     if (m_popover->isOrdinary())
         m_popover->hide(); // the tray has come up since
-    if (!m_popover->isVisible()) {
+    if (!m_popover->isVisible())
         m_workspace.keepOffTaskBars(m_popover->winId());
-        declareShadow();
-    }
     m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas(m_workspace)));
 }
 

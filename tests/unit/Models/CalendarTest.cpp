@@ -288,7 +288,7 @@ TEST(CalendarTest, MonthAndDayFollowTheLocale)
     EXPECT_EQ(inLocale("es_ES"), u"15 de mar"_s);
     EXPECT_EQ(inLocale("hu_HU"), u"márc. 15."_s);
     EXPECT_EQ(inLocale("lv_LV"), u"15. marts"_s);
-    EXPECT_EQ(inLocale("lt_LT"), u"03 15"_s);
+    EXPECT_EQ(inLocale("lt_LT"), u"kov. 15"_s);
     EXPECT_EQ(inLocale("ja_JP"), u"3月15日"_s);
     EXPECT_EQ(inLocale("ko_KR"), u"3월 15일"_s);
     EXPECT_EQ(inLocale("fa_IR"), u"۱۵ مارس"_s);

@@ -3,6 +3,8 @@
 #include "support/OtherProgram.h"
 #include "support/TestApplication.h"
 
+#include <array>
+
 namespace kestrova {
 namespace {
 
@@ -155,7 +157,10 @@ TEST_F(PopoverSceneTest, WithoutATrayItKeepsTheSizeThatOthersGaveIt)
 {
     open();
     const QSize given(500, 620);
-    popover()->resize(given);
+    const std::array<quint32, 2> values{quint32(given.width()), quint32(given.height())};
+    xcb_configure_window(connection.xcb(), xcb_window_t(popover()->winId()),
+                         XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
+    xcb_flush(connection.xcb());
     ASSERT_TRUE(waitUntil([&] { return popover()->size() == given; }));
     const QVariant heightBefore = popover()->property("fullHeight");
     state().lastTranscript.set(u"Hello world"_s);
@@ -174,7 +179,8 @@ TEST_F(PopoverSceneTest, WithoutATrayItCanBeShownAndLeaveTheKeyboardWhereItIs)
     ASSERT_TRUE(waitUntil([this] { return popover()->isExposed(); }));
     EXPECT_TRUE(popover()->isOrdinary());
     EXPECT_EQ(connection.value(connection.root(), "_NET_ACTIVE_WINDOW"), other.windows().last());
-    open();
+    scene->open();
+    EXPECT_TRUE(waitUntil([this] { return isOpen(); }));
 }
 
 TEST_F(PopoverSceneTest, WhereNothingIsMinimisedAClosedWindowIsHidden)
