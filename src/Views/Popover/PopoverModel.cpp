@@ -14,14 +14,14 @@ using Kind = DictationState::Kind;
 PopoverModel::PopoverModel(AppController &controller, QObject *parent)
     : QObject(parent), m_controller(controller), m_state(controller.appState())
 {
-    for (const auto signal : {&AppState::stateChanged, &AppState::sessionWordCountChanged,
-                              &AppState::lastTranscriptChanged, &AppState::lastDeliveryChanged,
-                              &AppState::unconfirmedTranscriptsChanged, &AppState::lastErrorChanged,
-                              &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
-                              &AppState::isWhisperCLIReadyChanged,
-                              &AppState::resolvedWhisperCLIPathChanged,
-                              &AppState::permissionsChanged, &AppState::microphoneChanged,
-                              &AppState::recordingProblemChanged, &AppState::settingsChanged})
+    for (const auto signal :
+         {&AppState::stateChanged, &AppState::sessionWordCountChanged,
+          &AppState::lastTranscriptChanged, &AppState::lastDeliveryChanged,
+          &AppState::unconfirmedTranscriptsChanged, &AppState::lastErrorChanged,
+          &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
+          &AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged,
+          &AppState::permissionsChanged, &AppState::microphoneChanged,
+          &AppState::recordingProblemChanged, &AppState::settingsChanged})
         connect(&m_state, signal, this, &PopoverModel::changed);
     connect(&m_state, &AppState::modelDownloadChanged, this, &PopoverModel::downloadChanged);
 }
