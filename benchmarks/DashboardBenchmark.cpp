@@ -1,5 +1,6 @@
 #include "Concurrency/BackgroundExecutor.h"
 #include "Concurrency/QtMainExecutor.h"
+#include "Platform/Fake/FakeUserDefaults.h"
 #include "Platform/Platform.h"
 #include "Services/CoordinatorServices.h"
 #include "Services/UsageLog.h"
@@ -29,21 +30,6 @@ constexpr int rounds = 15;
 constexpr qsizetype eventCount = 100'000;
 constexpr int periodsButDaily[] = {0, 2, 3};
 constexpr double secondsPerYear = 365 * 86400.0;
-
-class VolatileUserDefaults final : public UserDefaults
-{
-public:
-    std::optional<QByteArray> data(const QString &key) const override
-    {
-        const auto found = m_documents.constFind(key);
-        return found == m_documents.constEnd() ? std::nullopt : std::optional(*found);
-    }
-    void setData(const QString &key, const QByteArray &bytes) override { m_documents[key] = bytes; }
-    void setAside(const QString &) override {}
-
-private:
-    QHash<QString, QByteArray> m_documents;
-};
 
 QByteArray yearOfEvents()
 {
@@ -132,14 +118,14 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     Platform platform = makePlatform();
-    platform.userDefaults = std::make_unique<VolatileUserDefaults>();
+    platform.userDefaults = std::make_unique<FakeUserDefaults>();
     platform.userDefaults->setData(UsageAnalyticsService::standardKey(), yearOfEvents());
     QtMainExecutor main;
     BackgroundExecutor background;
-    AppController controller({.platform = platform, .main = main, .background = background},
-                             std::make_shared<SettingsStore>(*platform.userDefaults),
-                             std::make_shared<SubstituteCapture>(),
-                             std::make_shared<SubstituteInserter>());
+    AppController controller(
+        {.platform = platform, .main = main, .background = background, .tools = background},
+        std::make_shared<SettingsStore>(*platform.userDefaults),
+        std::make_shared<SubstituteCapture>(), std::make_shared<SubstituteInserter>());
     TrayItem trayItem(*platform.appearance);
     Scenes scenes(controller, platform, trayItem);
     Dashboard dashboard(scenes);

@@ -21,11 +21,19 @@ constexpr qsizetype defaultEventCount = 100'000;
 constexpr double secondsPerYear = 365 * 86400.0;
 const Date now{757'382'400.5};
 
+/// Always holds what it was given at first, and costs nothing.
 class VolatileUserDefaults final : public UserDefaults
 {
 public:
-    std::optional<QByteArray> data(const QString &) const override { return bytes; }
-    void setData(const QString &, const QByteArray &) override {}
+    std::optional<VersionedData> versionedData(const QString &) const override
+    {
+        return VersionedData{bytes, {}};
+    }
+    std::optional<DocumentVersion> version(const QString &) const override
+    {
+        return DocumentVersion{};
+    }
+    DocumentVersion setData(const QString &, const QByteArray &) override { return {}; }
     void setAside(const QString &) override {}
 
     QByteArray bytes;

@@ -1,7 +1,7 @@
 #include "Platform/Linux/X11/X11KeyRecording.h"
 
 #include "Platform/Linux/X11/X11KeyEventPosting.h"
-#include "Platform/Linux/X11/X11WithheldKeys.h"
+#include "Platform/Linux/X11/X11KeyGrabs.h"
 #include "support/KeyPresses.h"
 #include "support/PrivateXServer.h"
 #include "support/Threads.h"
@@ -181,12 +181,14 @@ TEST(X11KeyRecording, WithoutAServerItIsClosed)
 
 TEST_F(X11KeyRecordingTest, ShortcutsMayBeWithheldAndGivenBackWhileTheyArePressed)
 {
+    const auto combinations =
+        X11KeyTranslation(m_connection).combinations(HotkeyShortcut::defaultMain());
     auto pressed = std::async(std::launch::async, [this] {
         for (int i = 0; i < 200; ++i)
             tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
     });
     do {
-        const X11WithheldKeys withheld({HotkeyShortcut::defaultMain()}, name());
+        X11KeyGrabs(m_postedKeys, name()).set(combinations);
     } while (pressed.wait_for(0s) != std::future_status::ready);
     EXPECT_TRUE(waitUntil([&] { return m_reports >= 200; }));
 }
