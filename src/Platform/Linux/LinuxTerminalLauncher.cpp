@@ -1,6 +1,6 @@
 #include "Platform/Linux/LinuxTerminalLauncher.h"
 
-#include "Models/ReadableError.h"
+#include "Models/KestrovaError.h"
 #include "Platform/Linux/ApplicationLauncher.h"
 #include "Platform/Linux/TerminalScript.h"
 #include "Platform/Linux/UserProcess.h"
@@ -77,22 +77,28 @@ LinuxTerminalLauncher::LinuxTerminalLauncher(StandardDirectories &directories,
 void LinuxTerminalLauncher::openTerminalAndRun(const QString &command, std::function<void()> failed)
 {
     const QString scriptPath = writeScript(m_directories, command);
-    if (openNext({scriptPath, m_terminals, std::move(failed)}))
+    const Opening opening = openNext({scriptPath, m_terminals, std::move(failed)});
+    if (opening == Opening::taken)
         return;
     QFile::remove(scriptPath);
+    if (opening == Opening::refused)
+        throw KestrovaError::processFailed(u"Failed to open Terminal install command."_s);
     throw PlatformError(u"No terminal could be opened."_s);
 }
 
-bool LinuxTerminalLauncher::openNext(Attempt attempt)
+LinuxTerminalLauncher::Opening LinuxTerminalLauncher::openNext(Attempt attempt)
 {
+    Opening opening = Opening::none;
     while (!attempt.terminals.isEmpty()) {
         const auto process = start(attempt.terminals.takeFirst(), attempt.scriptPath);
         if (process && survives(*process, attempt.scriptPath)) {
             watch(process, attempt);
-            return true;
+            return Opening::taken;
         }
+        if (process)
+            opening = Opening::refused;
     }
-    return false;
+    return opening;
 }
 
 std::shared_ptr<UserProcess> LinuxTerminalLauncher::start(const QStringList &terminal,
@@ -121,7 +127,7 @@ void LinuxTerminalLauncher::watch(const std::shared_ptr<UserProcess> &process, c
 
 void LinuxTerminalLauncher::goOn(const Attempt &attempt)
 {
-    if (openNext(attempt))
+    if (openNext(attempt) == Opening::taken)
         return;
     QFile::remove(attempt.scriptPath);
     attempt.failed();

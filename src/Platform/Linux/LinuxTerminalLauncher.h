@@ -46,7 +46,13 @@ private:
         std::function<void()> failed;
     };
 
-    bool openNext(Attempt attempt);
+    enum class Opening {
+        taken,   ///< or a terminal is taking its time
+        refused, ///< a terminal was there and ended without having taken the command
+        none,    ///< there is no terminal
+    };
+
+    Opening openNext(Attempt attempt);
     /// None when it cannot be started.
     std::shared_ptr<UserProcess> start(const QStringList &terminal, const QString &scriptPath);
     void watch(const std::shared_ptr<UserProcess> &process, const Attempt &rest);

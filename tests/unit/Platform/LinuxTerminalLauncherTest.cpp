@@ -1,6 +1,6 @@
 #include "Platform/Linux/LinuxTerminalLauncher.h"
 
-#include "Models/ReadableError.h"
+#include "Models/KestrovaError.h"
 #include "Platform/Linux/LinuxStandardDirectories.h"
 #include "Platform/Linux/X11/X11Windows.h"
 #include "Services/TestFiles.h"
@@ -89,10 +89,23 @@ TEST_F(LinuxTerminalLauncherTest, ATerminalThatIsMissingOrFailsAtOnceIsReplacedB
 
 TEST_F(LinuxTerminalLauncherTest, WithoutAnyTerminalItThrowsAndLeavesNothing)
 {
-    auto opening = launcher({{u"/nonexistent/terminal"_s}, terminal(u"failing"_s, "exit 1")});
-    EXPECT_THROW(open(opening, u"true"_s), PlatformError);
-    auto none = launcher({});
-    EXPECT_THROW(open(none, u"true"_s), PlatformError);
+    for (const QList<QStringList> &terminals :
+         {QList<QStringList>(), QList<QStringList>{{u"/nonexistent/terminal"_s}}}) {
+        auto opening = launcher(terminals);
+        EXPECT_THROW(open(opening, u"true"_s), PlatformError);
+        EXPECT_EQ(scriptsLeft(), QStringList());
+    }
+}
+
+TEST_F(LinuxTerminalLauncherTest, TerminalsThatAllRefuseAreToldFromNone)
+{
+    auto opening = launcher({terminal(u"failing"_s, "exit 1"), {u"/nonexistent/terminal"_s}});
+    try {
+        open(opening, u"true"_s);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const KestrovaError &error) {
+        EXPECT_EQ(error.errorDescription(), u"Failed to open Terminal install command."_s);
+    }
     EXPECT_EQ(scriptsLeft(), QStringList());
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a failed terminal is a zombie";
 }

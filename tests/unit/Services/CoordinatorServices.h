@@ -86,9 +86,10 @@ struct SubstituteInserter final : TextInserting
 
 struct SubstituteModelManager final : ModelManaging
 {
-    QUrl prepareModelIfNeeded(bool forceDownload, const std::stop_token &) override
+    QUrl prepareModelIfNeeded(bool forceDownload, const std::stop_token &stop) override
     {
         forced = forceDownload;
+        stopToken = stop;
         if (whenAsked)
             whenAsked();
         return QUrl::fromLocalFile(u"/m.bin"_s);
@@ -96,6 +97,7 @@ struct SubstituteModelManager final : ModelManaging
     ModelStatus modelStatus() override { return {}; }
 
     std::optional<bool> forced;
+    std::stop_token stopToken;
     std::function<void()> whenAsked;
 };
 

@@ -238,6 +238,59 @@ TEST_F(DictationCoordinatorTest, CancellationIsNoticedAfterEachStep)
     EXPECT_EQ(events(), QStringList({u"recording"_s, u"processing"_s, u"idle"_s, u"idle"_s}));
 }
 
+TEST_F(DictationCoordinatorTest, ACancelReachesTheDownloadOfTheModel)
+{
+    bool isStopRequested = false;
+    models->whenAsked = [&] {
+        EXPECT_FALSE(models->stopToken.stop_requested());
+        coordinator->cancelProcessing();
+        isStopRequested = models->stopToken.stop_requested();
+    };
+    toggleAndRun();
+    toggleAndRun();
+    EXPECT_TRUE(isStopRequested);
+}
+
+TEST_F(DictationCoordinatorTest, TheTextGoesToTheTargetOfTheMomentOfItsInsertion)
+{
+    const TargetApplication other{13, u"org.example.Other"_s, u"Other"_s};
+    coordinator->setInsertionContext(TargetApplication{12, {}, {}}, 3);
+    transcriber->whenAsked = [&] { coordinator->setInsertionContext(other, 4); };
+    toggleAndRun();
+    toggleAndRun();
+    EXPECT_EQ(inserter->insertions.at(0).target, other);
+    EXPECT_EQ(lastPayload().target, other);
+    EXPECT_EQ(lastPayload().slotIndex, 4);
+}
+
+TEST_F(DictationCoordinatorTest, ACancelClearsTheContext)
+{
+    coordinator->setInsertionContext(TargetApplication{12, {}, {}}, 3);
+    toggleAndRun();
+    coordinator->toggle();
+    coordinator->cancelProcessing();
+    coordinator->toggle(); // waits for the recorder of the cancelled run
+    background.runAll();
+    toggleAndRun();
+    ASSERT_EQ(inserter->insertions.size(), 1U);
+    EXPECT_FALSE(inserter->insertions.at(0).target);
+    EXPECT_FALSE(lastPayload().slotIndex);
+}
+
+TEST_F(DictationCoordinatorTest, TheEndOfACancelledRunClearsTheContextOnceMore)
+{
+    toggleAndRun();
+    coordinator->toggle();
+    coordinator->cancelProcessing();
+    coordinator->setInsertionContext(TargetApplication{12, {}, {}}, 3);
+    background.runAll();
+    toggleAndRun();
+    toggleAndRun();
+    ASSERT_EQ(inserter->insertions.size(), 1U);
+    EXPECT_FALSE(inserter->insertions.at(0).target);
+    EXPECT_FALSE(lastPayload().slotIndex);
+}
+
 TEST_F(DictationCoordinatorTest, AServiceThatHonoursCancellationEndsTheRunSilently)
 {
     inserter->whenAsked = [&](const std::stop_token &stop) {
@@ -304,6 +357,10 @@ TEST_F(DictationCoordinatorTest, ACancelledRunThatEndsDuringTheNextRecordingMake
     EXPECT_EQ(events(),
               QStringList({u"recording"_s, u"processing"_s, u"idle"_s, u"recording"_s, u"idle"_s}));
     EXPECT_EQ(capture->starts, 2);
+
+    transcriber->whenAsked = nullptr;
+    toggleAndRun();
+    EXPECT_EQ(capture->starts, 3) << "the next toggle starts again";
 }
 
 TEST_F(DictationCoordinatorTest, OperationsDuringAStartTakeEffectInOrderAfterIt)
