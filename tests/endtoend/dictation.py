@@ -28,6 +28,8 @@ PROGRAM = REPOSITORY / "build" / BUILD / "bin" / "kestrova"
 EVENT_LIMIT = 120.0  # seconds
 START_LIMIT = 60.0
 END_LIMIT = 60.0
+SETTLED_LOOKS = 5  # a thread that has something to do is seen at it in one of them
+SETTLING_INTERVAL = 0.03
 
 MAIN_SHORTCUT = "super+shift+space"  # as xdotool writes it
 
@@ -185,6 +187,17 @@ class Dictation:
         transcript = self.wait_for(event="transcript")
         self.wait_for_state("idle")
         return transcript["text"]
+
+    def wait_until_settled(self):
+        """Returns when its threads have been seen asleep several times: it has had the keys pressed before."""
+        deadline = time.monotonic() + EVENT_LIMIT
+        quiet = 0
+        while quiet < SETTLED_LOOKS:
+            if time.monotonic() > deadline:
+                raise DictationError("kestrova does not come to rest")
+            states = [file.read_text() for file in Path(f"/proc/{self.process.pid}/task").glob("*/status")]
+            quiet = quiet + 1 if all("\nState:\tS" in state for state in states) else 0
+            time.sleep(SETTLING_INTERVAL)
 
     def speak_and_insert(self, recording, slot=None):
         """A whole dictation; returns the text."""

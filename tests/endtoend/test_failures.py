@@ -155,6 +155,7 @@ class Failures(DictationTestCase):
             session.start_recording()
             session.stop_recording()
             dictation.press(dictation.MAIN_SHORTCUT, "super+alt+1", dictation.MAIN_SHORTCUT)
+            session.wait_until_settled()  # commands come another way, and might overtake the keys
             session.send("cancel")
             session.wait_for_state("idle")
             gate.touch()

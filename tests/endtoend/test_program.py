@@ -12,6 +12,7 @@ import unittest
 from pathlib import Path
 
 import dictation
+import targets
 from servers import PrivateDisplay, SessionManager
 from test_failures import DictationTestCase, tool
 
@@ -128,6 +129,9 @@ class Killed(DictationTestCase):
         settings = dictation.settings_file().read_text()
         finished = 0
         log = dictation.usage_events()
+        # Something that takes the texts: a dictation waits for that.
+        terminal = targets.start("xterm")
+        self.addCleanup(terminal.close)
         for number in range(self.ROUNDS):
             with self.subTest(number=number):
                 recorded = []
