@@ -130,6 +130,8 @@ TEST_F(ChildProcessesTest, AStopRequestEndsAChildThatWritesWithoutEnd)
 
 TEST_F(ChildProcessesTest, AChildThatCannotBeMadeIsAnError)
 {
+    // UndefinedBehaviorSanitizer needs a descriptor when it sees a class for the first time.
+    EXPECT_EQ(PlatformError(u"known"_s).errorDescription(), u"known"_s);
     rlimit old = {};
     getrlimit(RLIMIT_NOFILE, &old);
     const rlimit none{3, old.rlim_max};
