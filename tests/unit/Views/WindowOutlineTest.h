@@ -14,7 +14,9 @@ class WindowOutlineTest : public ControllerTest
 protected:
     void show(const QString &document, QObject &model)
     {
-        window = engine.buildWindow(QUrl(u"qrc:/Kestrova/"_s + document), model);
+        if (!engine)
+            engine.emplace(state(), *fake.platform.appearance);
+        window = engine->buildWindow(QUrl(u"qrc:/Kestrova/"_s + document), model);
         window->show();
     }
     QStringList outline() { return kestrova::outline(*window); }
@@ -37,7 +39,7 @@ private:
     char name[5] = "test";
     char *argv[2] = {name, nullptr};
     QApplication application{argc, argv};
-    SceneEngine engine{state(), *fake.platform.appearance};
+    std::optional<SceneEngine> engine; // of the controller that there is by then
 
 protected:
     std::unique_ptr<QQuickWindow> window;
