@@ -189,13 +189,14 @@ class Dictation:
         return transcript["text"]
 
     def wait_until_settled(self):
-        """Returns when its threads have been seen asleep several times: it has had the keys pressed before."""
+        """Returns when it and the X server have been seen asleep several times: it has had the keys pressed before."""
+        processes = (self.process.pid, os.environ["KESTROVA_X_SERVER_PID"])
         deadline = time.monotonic() + EVENT_LIMIT
         quiet = 0
         while quiet < SETTLED_LOOKS:
             if time.monotonic() > deadline:
                 raise DictationError("kestrova does not come to rest")
-            states = [file.read_text() for file in Path(f"/proc/{self.process.pid}/task").glob("*/status")]
+            states = [f.read_text() for pid in processes for f in Path(f"/proc/{pid}/task").glob("*/status")]
             quiet = quiet + 1 if all("\nState:\tS" in state for state in states) else 0
             time.sleep(SETTLING_INTERVAL)
 

@@ -54,6 +54,13 @@ def tool(script):
     return str(path)
 
 
+def closed_gate():
+    """A file that is not there yet; a tool may wait for it."""
+    gate = Path(os.environ["TMPDIR"]) / "gate"
+    gate.unlink(missing_ok=True)
+    return gate
+
+
 class DictationTestCase(unittest.TestCase):
     def setUp(self):
         dictation.prepare_profile()
@@ -126,9 +133,7 @@ class Failures(DictationTestCase):
 
     def test_any_number_of_cancelled_tools_that_hang(self):
         """None of them holds up the next dictation, and all end with the program."""
-        folder = Path(os.environ["TMPDIR"])
-        gate, hung = folder / "gate", folder / "hung"
-        gate.unlink(missing_ok=True)
+        gate, hung = closed_gate(), Path(os.environ["TMPDIR"]) / "hung"
         hung.write_text("")
         script = f"[ -e {gate} ] && exec echo Hello world.\necho $$ >>{hung}; exec sleep 1000\n"
         dictation.prepare_profile(whisperCLIPath=tool(script))
@@ -149,7 +154,7 @@ class Failures(DictationTestCase):
             self.check_nothing_is_left(child)
 
     def test_presses_while_processing_are_ignored_and_the_dictation_can_be_cancelled(self):
-        gate = Path(os.environ["TMPDIR"]) / "gate"
+        gate = closed_gate()
         dictation.prepare_profile(whisperCLIPath=tool(f"until [ -e {gate} ]; do sleep 0.01; done; echo Hello world.\n"))
         with targets.start("mousepad") as editor, dictation.Dictation() as session:
             session.start_recording()
@@ -162,10 +167,10 @@ class Failures(DictationTestCase):
             session.start_recording()
             session.stop_recording()
             session.wait_for_transcript()
-            # Had the cancelled one been inserted after all, the text would be there twice.
-            self.assertEqual(editor.wait_for_text("Hello world."), "Hello world.")
             states = [event["state"] for event in session.events if event["event"] == "state"]
             self.assertEqual(states, ["recording", "processing", "idle"] * 2)
+            # Had the cancelled one been inserted after all, the text would be there twice.
+            self.assertEqual(editor.wait_for_text("Hello world."), "Hello world.", session.events)
             self.assertEqual([event["wordCount"] for event in dictation.usage_events()[-1:]], [2])
 
     def test_a_corrupt_and_an_empty_model(self):
