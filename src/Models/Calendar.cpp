@@ -43,7 +43,7 @@ qint64 floorTo(qint64 step, qint64 value)
 /// QLocale knows a long and a short format only.
 QString mediumDateFormat(const QLocale &locale)
 {
-    static const QRegularExpression weekday(QStringLiteral("[\\s,\u060c]*dddd[\\s,\u060c]*"));
+    static const QRegularExpression weekday(QStringLiteral("[\\s,\u060c]*d{3,4}[\\s,\u060c]*"));
     return locale.dateFormat(QLocale::LongFormat)
         .replace(weekday, QStringLiteral(" "))
         .replace(QLatin1String("MMMM"), QLatin1String("MMM"))

@@ -6,6 +6,7 @@
 #include "support/WaitUntil.h"
 
 #include <QApplication>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -42,8 +43,15 @@ protected:
     {
         QQuickItem *item = find(wanted);
         ASSERT_NE(item, nullptr) << wanted.toStdString();
+        waitForFrame(); // a tab that was just chosen has its final places only then
         const QPointF centre(item->width() / 2, item->height() / 2);
         QTest::mouseClick(window.get(), Qt::LeftButton, {}, item->mapToScene(centre).toPoint());
+    }
+    void waitForFrame()
+    {
+        QSignalSpy frame(window.get(), &QQuickWindow::frameSwapped);
+        window->update();
+        EXPECT_TRUE(frame.wait());
     }
     /// The names of what Tab goes to, beginning with the sidebar.
     QStringList tabStops()
