@@ -26,7 +26,7 @@ import targets  # noqa: E402
 
 LIMIT = 60.0  # seconds
 
-BUTTON = "push button"
+BUTTON = Atspi.role_get_name(Atspi.Role.PUSH_BUTTON)  # newer versions of AT-SPI say "button"
 DIALOG = "dialog"
 FIELD = "text"
 LABEL = "label"

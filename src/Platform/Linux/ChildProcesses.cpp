@@ -27,7 +27,8 @@ constexpr std::chrono::milliseconds stopPollInterval = 50ms;
 /// How long a child may take to end by itself after SIGTERM.
 constexpr std::chrono::milliseconds terminationGrace = 500ms;
 
-// Runs between fork and exec: async-signal-safe calls only.
+// Runs between vfork and exec: async-signal-safe calls only, and no variable of the parent's is
+// changed.
 void detachFromParentButNotFromItsLife(pid_t parent)
 {
     setpgid(0, 0);
@@ -44,6 +45,12 @@ void start(QProcess &process, const QString &executable, const QStringList &argu
     process.setInputChannelMode(QProcess::ForwardedInputChannel);
     process.setChildProcessModifier(
         [parent = getpid()] { detachFromParentButNotFromItsLife(parent); });
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    // As earlier versions do by themselves. A child of fork() would first wait for a word from the
+    // parent, for ever if that is killed, and would hold what it had open: the lock, the
+    // microphone.
+    process.setUnixProcessParameters(QProcess::UnixProcessFlag::UseVFork);
+#endif
     process.start();
     if (!process.waitForStarted(-1))
         throw PlatformError(executable + u": "_s + process.errorString());

@@ -65,9 +65,10 @@ void WindowScene::dismantle()
 {
     m_window->disconnect(this);
     keepSize();
-    // Closing goes on within the window.
-    auto *window = m_window.release();
-    connect(window, &QObject::destroyed, m_model.release(), &QObject::deleteLater);
+    // Closing goes on within the window; but no window outlives the scenes and their engine.
+    QObject *const window = m_window.release();
+    m_model.release()->setParent(window);
+    window->setParent(this);
     window->deleteLater();
 }
 

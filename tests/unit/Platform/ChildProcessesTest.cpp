@@ -1,5 +1,6 @@
 #include "Platform/Linux/ChildProcesses.h"
 #include "Models/ReadableError.h"
+#include "support/DescriptorLimit.h"
 #include "support/QtPrinting.h"
 #include "support/Umask.h"
 
@@ -8,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -128,21 +128,41 @@ TEST_F(ChildProcessesTest, AStopRequestEndsAChildThatWritesWithoutEnd)
     EXPECT_TRUE(outcome.wasStopped);
 }
 
+/// A program that starts children without a pause; returns once it was killed at some moment.
+pid_t killedWhileItStarts(ChildProcesses &processes, std::chrono::microseconds life)
+{
+    const pid_t program = fork();
+    if (program == 0) {
+        setpgid(0, 0);
+        for (;;)
+            processes.run(u"/bin/true"_s, {}, {});
+    }
+    std::this_thread::sleep_for(life);
+    kill(program, SIGKILL);
+    waitpid(program, nullptr, 0);
+    return program;
+}
+
+// A child that has not begun yet holds all that the program had open: its lock, its microphone.
+TEST_F(ChildProcessesTest, NoChildOfAKilledProgramStays)
+{
+    for (int round = 0; round < 200; ++round) {
+        const pid_t group = killedWhileItStarts(processes, 5ms + round * 37us);
+        ASSERT_TRUE(waitUntil([&] { return kill(-group, 0) < 0 && errno == ESRCH; })) << round;
+    }
+}
+
 TEST_F(ChildProcessesTest, AChildThatCannotBeMadeIsAnError)
 {
     // UndefinedBehaviorSanitizer needs a descriptor when it sees a class for the first time.
     EXPECT_EQ(PlatformError(u"known"_s).errorDescription(), u"known"_s);
-    rlimit old = {};
-    getrlimit(RLIMIT_NOFILE, &old);
-    const rlimit none{3, old.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
     QString failure;
     try {
+        const DescriptorLimit limit(3);
         shell(u"true"_s);
     } catch (const PlatformError &error) {
         failure = error.errorDescription();
     }
-    setrlimit(RLIMIT_NOFILE, &old);
     EXPECT_TRUE(failure.startsWith(u"/bin/sh: "_s)) << failure.toStdString();
     EXPECT_GT(failure.size(), 12) << failure.toStdString();
 }

@@ -3,6 +3,7 @@
 #include "Services/UsageLog.h"
 #include "ViewModels/ControllerTest.h"
 #include "support/UsageEvents.h"
+#include "support/Warnings.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -19,19 +20,6 @@ namespace {
 
 using testing::SizeIs;
 
-QStringList &warnings()
-{
-    static QStringList texts;
-    return texts;
-}
-
-/// All but what the screenless platform says of itself.
-void keepWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
-{
-    if (type != QtDebugMsg && type != QtInfoMsg && !text.startsWith("This plugin"_L1))
-        warnings().append(text);
-}
-
 /// The real window over a controller with fakes, driven by keyboard and pointer and looked at as
 /// assistive technology does. No test may leave a warning.
 class DashboardWindowTest : public ControllerTest
@@ -39,7 +27,6 @@ class DashboardWindowTest : public ControllerTest
 protected:
     DashboardWindowTest()
     {
-        qInstallMessageHandler(&keepWarning);
         engine.addImportPath(u"qrc:/"_s);
         QList<UsageEvent> events;
         for (int day = 1; day <= 15; ++day)
@@ -56,8 +43,7 @@ protected:
     ~DashboardWindowTest() override
     {
         window.reset();
-        qInstallMessageHandler(nullptr);
-        EXPECT_EQ(warnings().join(u'\n'), QString());
+        EXPECT_EQ(warnings.all(), QString());
     }
 
     void build()
@@ -129,6 +115,7 @@ private:
             qputenv("QT_QUICK_BACKEND", "software");
         }
     };
+    const Warnings warnings;
     Offscreen offscreen;
     int argc = 1;
     char name[5] = "test";

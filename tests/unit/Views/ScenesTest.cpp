@@ -1,0 +1,162 @@
+#include "Views/Scenes/Scenes.h"
+
+#include "ViewModels/ControllerTest.h"
+#include "Views/AccessibleItems.h"
+#include "Views/Panel.h"
+#include "support/DescriptorLimit.h"
+#include "support/WaitUntil.h"
+#include "support/Warnings.h"
+
+#include <QQuickWindow>
+
+#include <gmock/gmock.h>
+
+namespace kestrova {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The windows over a controller with fakes, on a real desktop. No test may leave a warning.
+class ScenesTest : public ControllerTest
+{
+protected:
+    ScenesTest()
+    {
+        QObject::connect(&*scenes, &Windows::shown,
+                         [this](const QString &identifier) { shown.append(identifier); });
+        QObject::connect(&*scenes, &Windows::failed,
+                         [this](const QString &reason) { failures.append(reason); });
+    }
+    ~ScenesTest() override
+    {
+        scenes.reset();
+        EXPECT_THAT(failures, IsEmpty());
+        EXPECT_EQ(warnings.all(), QString());
+    }
+
+    static QList<QQuickWindow *> windows(const QString &title)
+    {
+        QList<QQuickWindow *> found;
+        for (QWindow *window : QGuiApplication::topLevelWindows()) {
+            if (window->title() == title && window->isVisible())
+                found.append(qobject_cast<QQuickWindow *>(window));
+        }
+        return found;
+    }
+    static QQuickWindow *window(const QString &title) { return windows(title).value(0); }
+    static bool isInFront(const QString &title)
+    {
+        return window(title) && window(title)->isActive();
+    }
+    void open(const QString &identifier, const QString &title)
+    {
+        ASSERT_TRUE(scenes->open(identifier));
+        ASSERT_TRUE(waitUntil([&] { return isInFront(title); })) << title.toStdString();
+    }
+    /// As a screen reader does it.
+    static void press(const QString &title, const QString &button)
+    {
+        QQuickItem *const item =
+            findShown(button, window(title)->contentItem(), QAccessible::Button);
+        ASSERT_NE(item, nullptr) << button.toStdString();
+        QAccessible::queryAccessibleInterface(item)->actionInterface()->doAction(
+            QAccessibleActionInterface::pressAction());
+    }
+
+    const Warnings warnings;
+    GuiTestApplication application;
+    Panel panel;
+    TrayItem trayItem{*fake.platform.appearance};
+    std::optional<Scenes> scenes{std::in_place, *controller, fake.platform, trayItem};
+    QStringList shown;
+    QStringList failures;
+};
+
+TEST_F(ScenesTest, EachIdentifierOpensItsWindow)
+{
+    open(u"dashboard"_s, u"Dashboard"_s);
+    open(u"settings"_s, u"Settings"_s);
+    open(u"popover"_s, u"Kestrova"_s);
+    EXPECT_TRUE(waitUntil([this] { return shown.size() == 3; }));
+    EXPECT_THAT(shown, ElementsAre(u"dashboard"_s, u"settings"_s, u"popover"_s));
+}
+
+TEST_F(ScenesTest, OtherIdentifiersAreRefused)
+{
+    EXPECT_FALSE(scenes->open(u"Dashboard"_s));
+    EXPECT_FALSE(scenes->open(QString()));
+    EXPECT_FALSE(scenes->close(u"nothing"_s));
+    EXPECT_THAT(QGuiApplication::topLevelWindows(), IsEmpty());
+}
+
+TEST_F(ScenesTest, AClosedWindowIsGone)
+{
+    open(u"settings"_s, u"Settings"_s);
+    EXPECT_TRUE(scenes->close(u"settings"_s));
+    EXPECT_TRUE(waitUntil([] { return !window(u"Settings"_s); }));
+    EXPECT_TRUE(scenes->close(u"settings"_s)) << "nor is it an error when there is none";
+}
+
+TEST_F(ScenesTest, AWindowThatIsOpenComesToTheFront)
+{
+    open(u"settings"_s, u"Settings"_s);
+    open(u"dashboard"_s, u"Dashboard"_s);
+    open(u"settings"_s, u"Settings"_s);
+    EXPECT_EQ(windows(u"Settings"_s).size(), 1);
+    EXPECT_THAT(shown, ElementsAre(u"settings"_s, u"dashboard"_s)) << "drawn once each";
+}
+
+TEST_F(ScenesTest, AMinimisedWindowIsShownAgain)
+{
+    open(u"settings"_s, u"Settings"_s);
+    QQuickWindow *const settings = window(u"Settings"_s);
+    settings->showMinimized();
+    ASSERT_TRUE(waitUntil([&] { return !settings->isActive() && !settings->isExposed(); }));
+    open(u"settings"_s, u"Settings"_s);
+    EXPECT_EQ(window(u"Settings"_s), settings);
+    EXPECT_FALSE(settings->windowStates().testFlag(Qt::WindowMinimized));
+}
+
+TEST_F(ScenesTest, TheSettingsLeadToTheDashboard)
+{
+    open(u"settings"_s, u"Settings"_s);
+    press(u"Settings"_s, u"Open Dashboard"_s);
+    EXPECT_TRUE(waitUntil([] { return isInFront(u"Dashboard"_s); }));
+}
+
+TEST_F(ScenesTest, AWindowAskedForInThePopoverTakesItsPlace)
+{
+    ASSERT_TRUE(panel.start(trayItem));
+    open(u"popover"_s, u"Kestrova"_s);
+    press(u"Kestrova"_s, u"Dashboard"_s);
+    EXPECT_TRUE(waitUntil([] { return isInFront(u"Dashboard"_s) && !window(u"Kestrova"_s); }));
+}
+
+TEST_F(ScenesTest, ATrayClickOpensAndClosesThePopover)
+{
+    ASSERT_TRUE(panel.start(trayItem));
+    scenes->togglePopover();
+    ASSERT_TRUE(waitUntil([] { return isInFront(u"Kestrova"_s); }));
+    scenes->togglePopover();
+    EXPECT_TRUE(waitUntil([] { return !window(u"Kestrova"_s); }));
+    open(u"popover"_s, u"Kestrova"_s);
+    EXPECT_TRUE(scenes->close(u"popover"_s));
+    EXPECT_TRUE(waitUntil([] { return !window(u"Kestrova"_s); }));
+}
+
+TEST_F(ScenesTest, AWindowThatCannotBeShownIsTold)
+{
+    {
+        const DescriptorLimit limit(3);
+        EXPECT_TRUE(scenes->open(u"settings"_s)) << "there is such a window";
+    }
+    EXPECT_THAT(failures, ElementsAre(u"Kestrova may not open more files. Its limit "
+                                      "(ulimit -n) is too low."_s));
+    failures.clear();
+    EXPECT_EQ(window(u"Settings"_s), nullptr);
+    open(u"settings"_s, u"Settings"_s);
+}
+
+} // namespace
+} // namespace kestrova
