@@ -24,10 +24,11 @@ TOOL_MISSING = "whisper-cli not found. Install whisper.cpp and update Settings."
 # A test run in the background may be told to ignore SIGINT, which a program would go on doing.
 WITH_DEFAULT_SIGNALS = ["env", "--default-signal=INT,HUP"]
 # Where no whisper-cli is found: neither in the usual folder, which is hidden, nor on the search path.
-WITHOUT_TOOL = [
-    *("unshare", "--mount", *([] if os.geteuid() == 0 else ["--map-root-user"])),
-    *("sh", "-c", 'mount -t tmpfs none /usr/local/bin && PATH=/usr/bin:/bin exec "$@"', "sh"),
-]
+HIDE_TOOL = 'mount -t tmpfs none /usr/local/bin && PATH=/usr/bin:/bin exec "$@"'
+WITHOUT_TOOL = ["unshare", "--mount", "sh", "-c", HIDE_TOOL, "sh"]
+if os.geteuid() != 0:  # as root only for the mount: the session's buses know their user by the number
+    WITHOUT_TOOL.insert(1, "--map-root-user")
+    WITHOUT_TOOL += ["unshare", f"--map-user={os.geteuid()}", f"--map-group={os.getegid()}"]
 
 
 def pactl(*arguments):
