@@ -115,12 +115,12 @@ private:
             qputenv("QT_QUICK_BACKEND", "software");
         }
     };
-    const Warnings warnings;
     Offscreen offscreen;
     int argc = 1;
     char name[5] = "test";
     char *argv[2] = {name, nullptr};
     QGuiApplication application{argc, argv};
+    const Warnings warnings; // but not those of the surroundings that a test is run in
 
 protected:
     QQmlEngine engine;

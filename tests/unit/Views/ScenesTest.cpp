@@ -64,8 +64,8 @@ protected:
             QAccessibleActionInterface::pressAction());
     }
 
-    const Warnings warnings;
     GuiTestApplication application;
+    const Warnings warnings;
     Panel panel;
     TrayItem trayItem{*fake.platform.appearance};
     std::optional<Scenes> scenes{std::in_place, *controller, fake.platform, trayItem};
