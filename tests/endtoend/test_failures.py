@@ -204,7 +204,7 @@ class Failures(DictationTestCase):
             self.assertTrue(message.startswith("whisper-cli failed with status 3. xxx"), message[:100])
             self.assertLess(len(message), 2_000_000)
             program.send("open dashboard")
-            program.window("Dashboard").find("Hotbar Apps", windows.TAB).click()
+            program.window("Dashboard").find("Hotbar Apps", windows.TAB).press()
             self.assertTrue(program.window("Dashboard").find("Copy error", windows.BUTTON))
             for window in ("popover", "settings"):
                 program.send(f"open {window}")

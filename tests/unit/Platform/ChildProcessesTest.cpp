@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <future>
 #include <thread>
 
 namespace kestrova {
@@ -128,6 +129,7 @@ TEST_F(ChildProcessesTest, AStopRequestEndsAChildThatWritesWithoutEnd)
     EXPECT_TRUE(outcome.wasStopped);
 }
 
+#ifndef __SANITIZE_ADDRESS__ // with which Qt does not use vfork
 /// A program that starts children without a pause; returns once it was killed at some moment.
 pid_t killedWhileItStarts(ChildProcesses &processes, std::chrono::microseconds life)
 {
@@ -151,11 +153,13 @@ TEST_F(ChildProcessesTest, NoChildOfAKilledProgramStays)
         ASSERT_TRUE(waitUntil([&] { return kill(-group, 0) < 0 && errno == ESRCH; })) << round;
     }
 }
+#endif
 
 TEST_F(ChildProcessesTest, AChildThatCannotBeMadeIsAnError)
 {
     // UndefinedBehaviorSanitizer needs a descriptor when it sees a class for the first time.
     EXPECT_EQ(PlatformError(u"known"_s).errorDescription(), u"known"_s);
+    EXPECT_EQ(shell(u"exit 3"_s).terminationStatus, 3);
     QString failure;
     try {
         const DescriptorLimit limit(3);
@@ -225,14 +229,17 @@ TEST_F(ChildProcessesTest, AChildDoesNotOutliveAProgramThatIsKilled)
 TEST_F(ChildProcessesTest, AllThatRunCanBeEndedAtOnceWithTheirDescendants)
 {
     const QString pidFile = folder.filePath(u"pid"_s);
-    ProcessOutcome outcome;
-    std::thread worker(
-        [&] { outcome = shell(u"trap '' TERM; sleep 1000 & echo $! > %1; wait"_s.arg(pidFile)); });
+    auto outcome = std::async(std::launch::async, [&] {
+        return shell(u"trap '' TERM; sleep 1000 & echo $! > %1; wait"_s.arg(pidFile));
+    });
     const pid_t grandchild = pidIn(pidFile);
     ASSERT_TRUE(isRunning(grandchild));
-    endChildProcesses();
-    worker.join();
-    EXPECT_EQ(outcome.terminationStatus, SIGKILL);
+    // A child may have begun its work before it is known to run.
+    EXPECT_TRUE(waitUntil([&] {
+        endChildProcesses();
+        return outcome.wait_for(0s) == std::future_status::ready;
+    }));
+    EXPECT_EQ(outcome.get().terminationStatus, SIGKILL);
     EXPECT_TRUE(waitUntil([&] { return !isRunning(grandchild); }));
     EXPECT_EQ(shell(u"exit 3"_s).terminationStatus, 3);
     endChildProcesses();
