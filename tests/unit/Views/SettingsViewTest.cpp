@@ -26,6 +26,13 @@ protected:
         EXPECT_TRUE(waitUntil([this] { return window->isActive(); }));
     }
 
+    /// What is to be deleted later, as a sheet that was closed, is deleted now.
+    void TearDown() override
+    {
+        window.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
     /// What the keyboard goes to.
     QString focused() { return accessibleName(window->activeFocusItem()); }
     QQuickItem *find(const QString &wanted) { return findShown(wanted, window->contentItem()); }
