@@ -16,6 +16,27 @@ sleep 1
 exec {shutil.which("openbox")} "$@"
 """
 
+# Takes over in two steps, and what a window asks for in between is lost, as sometimes with the genuine one.
+FORGETFUL_WINDOW_MANAGER = f"""#!/bin/sh
+/usr/bin/python3 - <<'PROGRAM'
+import ctypes
+EVENT_MASK, SUBSTRUCTURE_REDIRECT = 1 << 11, 1 << 20
+xcb = ctypes.CDLL("libxcb.so.1")
+xcb.xcb_connect.restype = xcb.xcb_get_setup.restype = xcb.xcb_wait_for_event.restype = ctypes.c_void_p
+xcb.xcb_setup_roots_iterator.restype = type(
+    "Iterator", (ctypes.Structure,), dict(_fields_=[("data", ctypes.POINTER(ctypes.c_uint32)), ("rest", ctypes.c_int64)])
+)
+connection = ctypes.c_void_p(xcb.xcb_connect(None, None))
+root = xcb.xcb_setup_roots_iterator(ctypes.c_void_p(xcb.xcb_get_setup(connection))).data[0]
+mask = ctypes.byref(ctypes.c_uint32(SUBSTRUCTURE_REDIRECT))
+xcb.xcb_change_window_attributes(connection, root, EVENT_MASK, mask)
+xcb.xcb_unmap_subwindows(connection, root)
+xcb.xcb_flush(connection)
+xcb.xcb_wait_for_event(connection)
+PROGRAM
+exec {shutil.which("openbox")} "$@"
+"""
+
 
 def windows_at_start(window_manager):
     """What the window manager of a desktop lists when the command runs, as xprop tells it."""
@@ -31,6 +52,9 @@ def windows_at_start(window_manager):
 class VirtualDesktop(unittest.TestCase):
     def test_the_command_runs_when_windows_are_managed_and_finds_none(self):
         self.assertEqual(windows_at_start(SLOW_WINDOW_MANAGER), "_NET_CLIENT_LIST: window id #")
+
+    def test_a_window_manager_that_forgets_a_window_is_waited_for_too(self):
+        self.assertEqual(windows_at_start(FORGETFUL_WINDOW_MANAGER), "_NET_CLIENT_LIST: window id #")
 
 
 if __name__ == "__main__":
