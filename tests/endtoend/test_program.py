@@ -105,12 +105,12 @@ class OneCopy(DictationTestCase):
 
 class Killed(DictationTestCase):
     ROUNDS = 200
-    LONGEST_LIFE = 0.5  # seconds, in which it starts and finishes one or two dictations
+    LIFE_STEP = 1.1
 
-    def dictate_until_killed(self, recorded):
+    def dictate_until_killed(self, recorded, longest_life):
         """Adds the stored log of each finished dictation to the list; returns when the program is gone."""
         session = dictation.Dictation()
-        killer = threading.Timer(random.uniform(0, self.LONGEST_LIFE), session.process.kill)
+        killer = threading.Timer(random.uniform(0, longest_life), session.process.kill)
         killer.start()
         try:
             while True:
@@ -128,6 +128,7 @@ class Killed(DictationTestCase):
         dictation.prepare_profile(whisperCLIPath=tool("echo Hello world.\n"))
         settings = dictation.settings_file().read_text()
         finished = 0
+        longest_life = 0.5  # seconds
         log = dictation.usage_events()
         # Something that takes the texts: a dictation waits for that.
         terminal = targets.start("xterm")
@@ -135,8 +136,10 @@ class Killed(DictationTestCase):
         for number in range(self.ROUNDS):
             with self.subTest(number=number):
                 recorded = []
-                self.dictate_until_killed(recorded)
+                self.dictate_until_killed(recorded, longest_life)
                 finished += len(recorded)
+                # Whatever the machine's speed, about half of the lives are long enough for a dictation.
+                longest_life *= 1 / self.LIFE_STEP if recorded else self.LIFE_STEP
                 stored = dictation.usage_events()
                 for earlier in [log, *recorded]:
                     self.assertEqual(stored[: len(earlier)], earlier)
