@@ -207,5 +207,23 @@ TEST_F(X11KeyRecordingTest, ShortcutsMayBeWithheldAndGivenBackWhileTheyArePresse
     EXPECT_TRUE(pressed.get());
 }
 
+TEST_F(X11KeyRecordingTest, GrabsMayComeAndEndWhileShortcutsArePressed)
+{
+    const auto combinations =
+        X11KeyTranslation(m_connection).combinations(HotkeyShortcut::defaultMain());
+    std::atomic<bool> isOver = false;
+    auto pressed = std::async(std::launch::async, [&] {
+        while (!isOver)
+            tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
+    });
+    for (int round = 0; round < 50; ++round)
+        X11KeyGrabs(m_postedKeys, name()).set(combinations);
+    isOver = true;
+    pressed.get();
+    ASSERT_TRUE(comesToSleep());
+    EXPECT_FALSE(X11KeyEventPosting(m_postedKeys, name()).isKeyboardTaken());
+    EXPECT_TRUE(isTapReported(key::a, m_reports + 1));
+}
+
 } // namespace
 } // namespace kestrova
