@@ -117,7 +117,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    Platform platform = makePlatform();
+    Platform platform = makePlatform(findDesktopSession());
     platform.userDefaults = std::make_unique<FakeUserDefaults>();
     platform.userDefaults->setData(UsageAnalyticsService::standardKey(), yearOfEvents());
     QtMainExecutor main;

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+#include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 #include "support/KeyPresses.h"
 
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "Platform/Linux/PulseAudioInput.h"
+#include "Platform/Linux/Audio/PulseAudioInput.h"
 #include "support/RampPlayer.h"
 #include "support/VirtualSound.h"
 #include "support/WavSamples.h"

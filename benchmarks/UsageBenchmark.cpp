@@ -1,5 +1,5 @@
 #include "Comparison.h"
-#include "Platform/Linux/FileUserDefaults.h"
+#include "Platform/Posix/FileUserDefaults.h"
 #include "Services/StraightforwardUsage.h"
 #include "Services/UsageAnalyticsService.h"
 

@@ -13,7 +13,8 @@
 
 namespace kestrova {
 
-KestrovaApp::KestrovaApp()
+KestrovaApp::KestrovaApp(std::shared_ptr<DesktopSession> session)
+    : m_platform(makePlatform(std::move(session)))
 {
     auto capture =
         std::make_shared<AVAudioCaptureService>(*m_platform.audioInput, *m_platform.directories);
@@ -62,7 +63,7 @@ void KestrovaApp::endWork()
 
 QString standaloneDiagnosticsJSON()
 {
-    const Platform platform = makePlatform();
+    const Platform platform = makePlatform(findDesktopSession());
     const auto settings = std::make_shared<SettingsStore>(*platform.userDefaults);
     PermissionService permissions(*platform.systemAccess, *platform.workspace);
     return DiagnosticsReporter{.permissions = permissions.currentPermissions(),

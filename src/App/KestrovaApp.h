@@ -19,7 +19,7 @@ class KestrovaApp
 {
 public:
     /// When this returns, the shortcuts work.
-    KestrovaApp();
+    explicit KestrovaApp(std::shared_ptr<DesktopSession> session);
     /// Ends a running dictation with its child process and waits for it. A worker that does not
     /// end in time takes the process with it, so that no session has to wait.
     ~KestrovaApp();
@@ -39,7 +39,7 @@ private:
 
     void endWork();
 
-    Platform m_platform = makePlatform();
+    Platform m_platform;
     SystemClock m_clock;
     QtMainExecutor m_main;
     BackgroundExecutor m_background;

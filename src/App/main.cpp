@@ -46,7 +46,7 @@ int printDiagnostics(int argc, char **argv)
 int printVersion(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    print(u"Kestrova "_s + makePlatform().bundle.version.value_or(u"dev"_s));
+    print(u"Kestrova "_s + makePlatform(findDesktopSession()).bundle.version.value_or(u"dev"_s));
     return EXIT_SUCCESS;
 }
 
@@ -60,13 +60,14 @@ void keepFromBeingRestarted(QSessionManager &session)
 int run(int argc, char **argv)
 {
     const bool isControlled = contains(argc, argv, "--control");
-    auto preparation = prepareDesktopSession();
+    auto session = findDesktopSession();
+    auto preparation = prepareDesktopApplication(*session);
     QApplication application(argc, argv);
     preparation.reset();
     QApplication::setQuitOnLastWindowClosed(false);
     refuseToBeStopped();
     const TerminationSignals signalHandling([] { QCoreApplication::quit(); });
-    runningApp = std::make_unique<KestrovaApp>();
+    runningApp = std::make_unique<KestrovaApp>(std::move(session));
     std::atexit(&endAbruptly);
 
     std::unique_ptr<ControlChannel> control;

@@ -18,12 +18,14 @@
 
 namespace kestrova {
 
+class DesktopSession; // each back end has its own
+
 /// One of each platform service. Built and destroyed on the main thread; outlives every service
 /// that was given a reference to one of its members.
 struct Platform
 {
     BundleInfo bundle;
-    std::shared_ptr<void> session; ///< what the services below share; ends after them
+    std::shared_ptr<DesktopSession> session; ///< what the services below share; ends after them
     std::unique_ptr<StandardDirectories> directories;
     std::unique_ptr<UserDefaults> userDefaults;
     std::unique_ptr<ProcessRunning> processes;
@@ -41,14 +43,17 @@ struct Platform
 /// Where the program keeps its files, for use before there is a whole platform.
 std::unique_ptr<StandardDirectories> makeStandardDirectories();
 
-/// Gets the process ready for a desktop application object: called before it is made, the result
-/// destroyed afterwards, before anything is launched. Throws PlatformError when there is no desktop
-/// session that it could run in.
-[[nodiscard]] std::shared_ptr<void> prepareDesktopSession();
+/// The desktop session that the program finds itself in, chosen now and for good. Never null:
+/// without a desktop it is one in which nothing is running and nothing can be sent. Main thread;
+/// nothing throws.
+std::shared_ptr<DesktopSession> findDesktopSession();
 
-/// The services of the system and session that the program finds itself in. Needs a
-/// QCoreApplication. Without a desktop session the members that need one report that nothing is
-/// running and nothing can be sent; nothing throws.
-Platform makePlatform();
+/// Gets the process ready for a desktop application object in this session: called before that is
+/// made, the result destroyed afterwards, before anything is launched. Throws PlatformError when
+/// the session is none that could show windows.
+[[nodiscard]] std::shared_ptr<void> prepareDesktopApplication(DesktopSession &session);
+
+/// The services of the system and of this session. Needs a QCoreApplication. Nothing throws.
+Platform makePlatform(std::shared_ptr<DesktopSession> session);
 
 } // namespace kestrova

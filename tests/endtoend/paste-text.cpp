@@ -1,9 +1,9 @@
 // paste-text TEXT: pastes TEXT into the focused application with Kestrova's own clipboard and key
 // events, prints "sent" or "refused", and serves the text until its standard input ends.
 
-#include "Platform/Linux/X11/PostedKeys.h"
-#include "Platform/Linux/X11/X11KeyEventPosting.h"
-#include "Platform/Linux/X11/X11Pasteboard.h"
+#include "Platform/Linux/X11/Clipboard/X11Pasteboard.h"
+#include "Platform/Linux/X11/Keys/PostedKeys.h"
+#include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 
 #include <cstdio>
 

@@ -1,5 +1,7 @@
 """tools/check-layers must refuse each of these trees, for the reason given, and pass the good ones."""
 
+import graphlib
+import runpy
 import subprocess
 import tempfile
 import unittest
@@ -10,7 +12,9 @@ CHECK = Path(__file__).resolve().parents[2] / "tools" / "check-layers"
 # Headers to point at, one per layer.
 HEADERS = [
     "Models/Record.h", "Concurrency/Executor.h", "Platform/Workspace.h", "Platform/Fake/Fake.h",
-    "Platform/Linux/Files.h", "Platform/Linux/X11/Connection.h", "Services/Store.h",
+    "Platform/Posix/Documents.h", "Platform/Linux/Choice.h", "Platform/Linux/Applications/Launcher.h",
+    "Platform/Linux/Session/Session.h", "Platform/Linux/X11/Session.h", "Platform/Linux/X11/Keys/Keys.h",
+    "Platform/Linux/X11/Connection/Connection.h", "Services/Store.h",
     "ViewModels/State.h", "Views/Text.h", "Views/Primitives/Button.h", "Views/Scenes/Window.h",
     "Views/Tray/Icon.h", "App/Program.h",
 ]
@@ -49,15 +53,20 @@ class CheckLayers(unittest.TestCase):
             ("Models", "Concurrency/Executor.h"), ("Models", "Platform/Workspace.h"),
             ("Concurrency", "Models/Record.h"), ("Concurrency", "Services/Store.h"),
             ("Platform", "Concurrency/Executor.h"), ("Platform", "Services/Store.h"),
-            ("Platform", "Platform/Linux/Files.h"), ("Platform", "Platform/Fake/Fake.h"),
+            ("Platform", "Platform/Linux/Choice.h"), ("Platform", "Platform/Fake/Fake.h"),
             ("Platform/Linux", "Concurrency/Executor.h"), ("Platform/Linux", "Platform/Fake/Fake.h"),
-            ("Platform/Linux/X11", "Services/Store.h"), ("Platform/Fake", "Platform/Linux/Files.h"),
-            ("Services", "Platform/Linux/Files.h"), ("Services", "Platform/Linux/X11/Connection.h"),
+            ("Platform/Linux/Session", "Platform/Linux/X11/Session.h"),
+            ("Platform/Linux/X11", "Platform/Linux/Choice.h"), ("Platform/Linux/X11", "Platform/Posix/Documents.h"),
+            ("Platform/Linux/X11/Connection", "Platform/Linux/X11/Session.h"),
+            ("Platform/Posix", "Platform/Linux/Applications/Launcher.h"),
+            ("Platform/Linux/Applications", "Platform/Linux/Session/Session.h"),
+            ("Platform/Linux/X11", "Services/Store.h"), ("Platform/Fake", "Platform/Linux/Choice.h"),
+            ("Services", "Platform/Linux/Choice.h"), ("Services", "Platform/Linux/X11/Session.h"),
             ("Services", "Platform/Fake/Fake.h"), ("Services", "ViewModels/State.h"),
             ("ViewModels", "Views/Text.h"), ("ViewModels", "Platform/Fake/Fake.h"),
-            ("Views", "App/Program.h"), ("Views", "Platform/Linux/Files.h"),
+            ("Views", "App/Program.h"), ("Views", "Platform/Linux/Choice.h"),
             ("Views", "Views/Scenes/Window.h"), ("Views/Primitives", "Views/Text.h"),
-            ("App", "Platform/Linux/Files.h"), ("App", "Views/Scenes/Window.h"),
+            ("App", "Platform/Linux/Choice.h"), ("App", "Views/Scenes/Window.h"),
         ]
         self.assert_refused([(folder, f'#include <QString>\n\n#include "{target}"\n',
                               f"3: {folder} must not see {Path(target).parent}: {target}")
@@ -70,14 +79,23 @@ class CheckLayers(unittest.TestCase):
     def test_arrows_that_point_down_are_accepted(self):
         arrows = [
             ("Models", "Models/Record.h"), ("Platform", "Models/Record.h"),
-            ("Platform/Linux", "Platform/Linux/X11/Connection.h"),
-            ("Platform/Linux/X11", "Platform/Linux/Files.h"), ("Platform/Fake", "Platform/Workspace.h"),
-            ("Services", "Platform/Workspace.h"), ("Services", "Concurrency/Executor.h"),
+            ("Platform/Linux", "Platform/Linux/X11/Session.h"),
+            ("Platform/Linux", "Platform/Posix/Documents.h"),
+            ("Platform/Linux/X11", "Platform/Linux/X11/Keys/Keys.h"),
+            ("Platform/Linux/X11", "Platform/Linux/Session/Session.h"),
+            ("Platform/Linux/X11/Keys", "Platform/Linux/X11/Connection/Connection.h"),
+            ("Platform/Linux/X11/Connection", "Platform/Linux/Applications/Launcher.h"),
+            ("Platform/Fake", "Platform/Workspace.h"), ("Services", "Platform/Workspace.h"), ("Services", "Concurrency/Executor.h"),
             ("ViewModels", "Services/Store.h"), ("Views", "ViewModels/State.h"),
             ("Views", "Views/Primitives/Button.h"), ("Views/Popover", "Views/Text.h"),
             ("App", "Views/Tray/Icon.h"), ("App", "Platform/Workspace.h"),
         ]
         self.assert_accepted([(folder, f'#include "{target}"\n') for folder, target in arrows])
+
+    def test_no_layer_is_above_itself(self):
+        layers = runpy.run_path(str(CHECK))["LAYERS"]
+        below = {layer: set(others) - {layer} for layer, others in layers.items()}
+        graphlib.TopologicalSorter(below).prepare()  # throws CycleError
 
     def test_an_include_that_is_not_named_from_src_is_refused(self):
         includes = ["Store.h", "../Services/Store.h", "Services/Missing.h", "Services/../App/Program.h"]
@@ -89,11 +107,17 @@ class CheckLayers(unittest.TestCase):
         self.assert_refused([("Helpers", "", "1: the folder Helpers has no place in the order of layers")])
 
     def test_desktop_headers_are_refused_outside_their_back_end(self):
-        headers = ["X11/Xlib.h", "xcb/xcb.h", "xkbcommon/xkbcommon.h", "pulse/pulseaudio.h",
-                   "glib.h", "gio/gio.h", "gio/gdesktopappinfo.h", "glib-object.h"]
-        self.assert_refused([(folder, f"#include <{header}>\n", f"1: {header} belongs in Platform/Linux only")
-                             for header in headers for folder in ("Services", "Platform", "Platform/Fake", "Views")])
-        self.assert_accepted([("Platform/Linux/X11", f"#include <{header}>\n") for header in headers])
+        elsewhere = ["Services", "Platform", "Platform/Posix", "Platform/Fake", "Views"]
+        owners = {
+            "Platform/Linux": (elsewhere, ["pulse/pulseaudio.h", "glib.h", "gio/gio.h", "gio/gdesktopappinfo.h",
+                                           "glib-object.h"]),
+            "Platform/Linux/X11": ([*elsewhere, "Platform/Linux", "Platform/Linux/Terminal"],
+                                   ["X11/Xlib.h", "xcb/xcb.h", "xkbcommon/xkbcommon.h"]),
+        }
+        for owner, (others, headers) in owners.items():
+            self.assert_refused([(folder, f"#include <{header}>\n", f"1: {header} belongs in {owner} only")
+                                 for header in headers for folder in others])
+            self.assert_accepted([("Platform/Linux/X11", f"#include <{header}>\n") for header in headers])
 
     def test_qt_modules_beyond_core_are_refused_below_the_view_models(self):
         folders = ["Models", "Concurrency", "Services", "Platform", "Platform/Fake", "Platform/Linux/X11"]

@@ -1,4 +1,4 @@
-#include "Platform/Linux/ApplicationIdentifier.h"
+#include "Platform/Linux/Applications/ApplicationIdentifier.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/ApplicationLauncher.h"
+#include "Platform/Linux/Applications/ApplicationLauncher.h"
 
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"

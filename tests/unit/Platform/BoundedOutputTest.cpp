@@ -1,4 +1,4 @@
-#include "Platform/Linux/BoundedOutput.h"
+#include "Platform/Posix/BoundedOutput.h"
 
 #include "support/QtPrinting.h"
 

@@ -1,5 +1,7 @@
-#include "Platform/Linux/ChildProcesses.h"
+#include "Platform/Posix/ChildProcesses.h"
+
 #include "Models/ReadableError.h"
+#include "Platform/Linux/Applications/EndWithParent.h"
 #include "support/DescriptorLimit.h"
 #include "support/QtPrinting.h"
 #include "support/Umask.h"
@@ -33,7 +35,7 @@ protected:
     }
 
     QTemporaryDir folder;
-    ChildProcesses processes;
+    ChildProcesses processes{&endWithParent};
 };
 
 TEST_F(ChildProcessesTest, WhatAChildWritesIsTheUsersAlone)

@@ -1,4 +1,4 @@
-#include "Platform/Linux/DesktopEntries.h"
+#include "Platform/Linux/Applications/DesktopEntries.h"
 
 #include <gtest/gtest.h>
 

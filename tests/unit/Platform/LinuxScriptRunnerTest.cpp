@@ -1,7 +1,7 @@
-#include "Platform/Linux/LinuxScriptRunner.h"
+#include "Platform/Linux/Applications/LinuxScriptRunner.h"
 
 #include "Models/ReadableError.h"
-#include "Platform/Linux/X11/X11Windows.h"
+#include "Platform/Linux/X11/Windows/X11ApplicationWindows.h"
 #include "support/BusApplication.h"
 #include "support/QtPrinting.h"
 #include "support/TerminalWindow.h"
@@ -82,7 +82,8 @@ protected:
     DesktopEntries m_entries;
     X11Windows m_windows{m_connection, m_entries};
     RecordedProcesses m_processes;
-    LinuxScriptRunner m_runner{m_windows, m_processes};
+    X11ApplicationWindows m_applicationWindows{m_windows};
+    LinuxScriptRunner m_runner{m_applicationWindows, m_processes};
 };
 
 TEST_F(LinuxScriptRunnerTest, AWindowIsActivatedByAPartOfItsTitleInAnyLetterCase)

@@ -1,5 +1,7 @@
-#include "Platform/Linux/LinuxStandardDirectories.h"
+#include "Platform/Linux/Files/LinuxStandardDirectories.h"
+
 #include "Models/ReadableError.h"
+#include "Platform/Linux/Files/XdgDirectories.h"
 #include "support/OrdinaryUser.h"
 #include "support/QtPrinting.h"
 #include "support/Umask.h"
@@ -167,6 +169,16 @@ TEST_F(LinuxStandardDirectoriesTest, ApplicationDataFollowsTheDesktopsConvention
     qputenv("XDG_DATA_HOME", "relative");
     EXPECT_EQ(directories.applicationSupportDirectory(), QDir::homePath() + u"/.local/share"_s);
     old.isNull() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", old);
+}
+
+TEST_F(LinuxStandardDirectoriesTest, ARelativeConfigurationFolderIsIgnored)
+{
+    const QByteArray old = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", "relative");
+    EXPECT_EQ(documentDirectory(), QDir::homePath() + u"/.config/kestrova"_s);
+    qputenv("XDG_CONFIG_HOME", "/configuration");
+    EXPECT_EQ(documentDirectory(), u"/configuration/kestrova"_s);
+    old.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", old);
 }
 
 } // namespace

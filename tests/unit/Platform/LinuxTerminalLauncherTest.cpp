@@ -1,8 +1,8 @@
-#include "Platform/Linux/LinuxTerminalLauncher.h"
+#include "Platform/Linux/Terminal/LinuxTerminalLauncher.h"
 
 #include "Models/KestrovaError.h"
-#include "Platform/Linux/LinuxStandardDirectories.h"
-#include "Platform/Linux/X11/X11Windows.h"
+#include "Platform/Linux/Files/LinuxStandardDirectories.h"
+#include "Platform/Linux/X11/X11Session.h"
 #include "Services/TestFiles.h"
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"
@@ -31,7 +31,7 @@ protected:
 
     LinuxTerminalLauncher launcher(const QList<QStringList> &terminals)
     {
-        return {directories, display, terminals};
+        return {directories, [this] { return session->newStartupId(); }, terminals};
     }
 
     // A program that plays a terminal by running a shell script.
@@ -69,7 +69,7 @@ protected:
     QCoreApplication application{argc, argv};
     const QTemporaryDir folder;
     LinuxStandardDirectories directories;
-    X11Connection display;
+    const std::shared_ptr<X11Session> session = X11Session::open();
     int lateFailures = 0;
 };
 
@@ -201,8 +201,7 @@ TEST_P(LinuxTerminalLauncherRealTest, TheCommandRunsVerbatimInFrontAndTheShellSt
     EXPECT_EQ(scriptsLeft(), QStringList());
 
     // It has the keyboard, and what is typed there is a command.
-    DesktopEntries entries;
-    X11Windows windows{display, entries};
+    ApplicationWindows &windows = session->applicationWindows();
     ASSERT_TRUE(waitUntil([&] { return windows.active().has_value(); }));
     const QString typed = u"touch '%1'\n"_s.arg(folder.filePath(u"typed"_s));
     ASSERT_EQ(QProcess::execute(u"xdotool"_s, {u"type"_s, typed}), 0);

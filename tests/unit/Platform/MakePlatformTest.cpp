@@ -27,7 +27,7 @@ protected:
 
 TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
 {
-    const Platform platform = makePlatform();
+    const Platform platform = makePlatform(findDesktopSession());
     const TerminalWindow window(u"target"_s);
     ASSERT_TRUE(waitUntil([&] {
         const auto front = platform.workspace->frontmostApplication();
@@ -54,7 +54,7 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
 TEST_F(MakePlatformTest, ABrokenConnectionDoesNotEndUsAndChildrenKeepTheDefault)
 {
     std::signal(SIGPIPE, SIG_DFL);
-    const Platform platform = makePlatform();
+    const Platform platform = makePlatform(findDesktopSession());
     EXPECT_EQ(std::signal(SIGPIPE, SIG_IGN), SIG_IGN);
     const ProcessOutcome child =
         platform.processes->run(u"grep"_s, {u"^SigIgn:"_s, u"/proc/self/status"_s}, {});
@@ -68,7 +68,7 @@ TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
 {
     const QByteArray display = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
-    const Platform platform = makePlatform();
+    const Platform platform = makePlatform(findDesktopSession());
     EXPECT_EQ(platform.workspace->frontmostApplication(), std::nullopt);
     EXPECT_TRUE(platform.workspace->runningApplications(u"debian-xterm"_s).isEmpty());
     EXPECT_FALSE(platform.workspace->openAddress(QUrl(u"https://example.org"_s)));

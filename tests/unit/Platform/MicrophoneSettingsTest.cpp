@@ -1,6 +1,6 @@
-#include "Platform/Linux/MicrophoneSettings.h"
+#include "Platform/Linux/Sandbox/MicrophoneSettings.h"
 
-#include "Platform/Linux/ApplicationAddress.h"
+#include "Platform/Linux/Applications/ApplicationAddress.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/PasteChords.h"
+#include "Platform/Linux/X11/Keys/PasteChords.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 

@@ -1,6 +1,6 @@
-#include "Platform/Linux/ProcessFamily.h"
+#include "Platform/Linux/Applications/ProcessFamily.h"
 
-#include "Platform/Linux/ProcessStatus.h"
+#include "Platform/Linux/Applications/ProcessStatus.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>

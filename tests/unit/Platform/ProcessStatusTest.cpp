@@ -1,4 +1,4 @@
-#include "Platform/Linux/ProcessStatus.h"
+#include "Platform/Linux/Applications/ProcessStatus.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/PulseAudioConnection.h"
+#include "Platform/Linux/Audio/PulseAudioConnection.h"
 
 #include "support/VirtualSound.h"
 #include "support/WaitUntil.h"

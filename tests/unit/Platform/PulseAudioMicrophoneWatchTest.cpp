@@ -1,4 +1,4 @@
-#include "Platform/Linux/PulseAudioInput.h"
+#include "Platform/Linux/Audio/PulseAudioInput.h"
 
 #include "support/VirtualSound.h"
 #include "support/WaitUntil.h"

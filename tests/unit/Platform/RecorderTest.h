@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/PulseAudioInput.h"
+#include "Platform/Linux/Audio/PulseAudioInput.h"
 #include "support/RampPlayer.h"
 #include "support/VirtualSound.h"
 #include "support/WaitUntil.h"

@@ -1,6 +1,6 @@
-#include "Platform/Linux/Sandbox.h"
+#include "Platform/Linux/Sandbox/Sandbox.h"
 
-#include "Platform/Linux/MicrophoneAdvice.h"
+#include "Platform/Linux/Sandbox/MicrophoneAdvice.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/SelectionText.h"
+#include "Platform/Linux/X11/Clipboard/SelectionText.h"
 
 #include <gtest/gtest.h>
 

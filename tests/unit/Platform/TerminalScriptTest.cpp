@@ -1,4 +1,4 @@
-#include "Platform/Linux/TerminalScript.h"
+#include "Platform/Linux/Terminal/TerminalScript.h"
 
 #include "Services/TestFiles.h"
 #include "support/QtPrinting.h"

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/VirtualKeyCodes.h"
+#include "Platform/Linux/X11/Keys/VirtualKeyCodes.h"
 
 #include "Models/HotkeyShortcut.h"
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/WavFile.h"
+#include "Platform/Linux/Audio/WavFile.h"
 
 #include "Models/ReadableError.h"
 #include "Services/FileSizeLimit.h"

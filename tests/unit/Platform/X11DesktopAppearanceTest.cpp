@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/X11DesktopAppearance.h"
+#include "Platform/Linux/X11/Windows/X11DesktopAppearance.h"
 
 #include "support/PrivateXServer.h"
 #include "support/SelectionManager.h"

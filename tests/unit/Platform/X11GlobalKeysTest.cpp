@@ -1,7 +1,7 @@
-#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+#include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 
 #include "Models/HotkeyShortcut.h"
-#include "Platform/Linux/X11/X11KeyEventPosting.h"
+#include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 #include "support/KeyMonitoringTest.h"
 #include "support/RunOrThrow.h"
 

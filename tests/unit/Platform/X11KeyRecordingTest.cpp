@@ -1,7 +1,7 @@
-#include "Platform/Linux/X11/X11KeyRecording.h"
+#include "Platform/Linux/X11/Keys/X11KeyRecording.h"
 
-#include "Platform/Linux/X11/X11KeyEventPosting.h"
-#include "Platform/Linux/X11/X11KeyGrabs.h"
+#include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
+#include "Platform/Linux/X11/Keys/X11KeyGrabs.h"
 #include "support/KeyPresses.h"
 #include "support/PrivateXServer.h"
 #include "support/Threads.h"

@@ -1,6 +1,6 @@
-#include "Platform/Linux/X11/X11Workspace.h"
+#include "Platform/Linux/X11/Windows/X11Workspace.h"
 
-#include "Platform/Linux/ApplicationAddress.h"
+#include "Platform/Linux/Applications/ApplicationAddress.h"
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"
 

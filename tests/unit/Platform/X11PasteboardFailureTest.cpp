@@ -1,5 +1,5 @@
-#include "Platform/Linux/X11/SelectionReader.h"
-#include "Platform/Linux/X11/X11Pasteboard.h"
+#include "Platform/Linux/X11/Clipboard/SelectionReader.h"
+#include "Platform/Linux/X11/Clipboard/X11Pasteboard.h"
 
 #include "Models/ReadableError.h"
 #include "support/PrivateXServer.h"

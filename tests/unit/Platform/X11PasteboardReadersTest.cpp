@@ -1,5 +1,5 @@
-#include "Platform/Linux/X11/X11ClientProcess.h"
-#include "Platform/Linux/X11/X11Pasteboard.h"
+#include "Platform/Linux/X11/Clipboard/X11Pasteboard.h"
+#include "Platform/Linux/X11/Connection/X11ClientProcess.h"
 
 #include "support/QtPrinting.h"
 #include "support/SelectionClient.h"

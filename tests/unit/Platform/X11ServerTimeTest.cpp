@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/X11ServerTime.h"
+#include "Platform/Linux/X11/Connection/X11ServerTime.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "Platform/Linux/X11/X11ServerTime.h"
-#include "Platform/Linux/X11/X11Windows.h"
+#include "Platform/Linux/X11/Connection/X11ServerTime.h"
+#include "Platform/Linux/X11/Windows/X11Windows.h"
 
 #include "support/WaitUntil.h"
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/X11Workspace.h"
+#include "Platform/Linux/X11/Windows/X11Workspace.h"
 
 #include "support/PrivateXServer.h"
 #include "support/QtPrinting.h"

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/XSettings.h"
+#include "Platform/Linux/X11/Windows/XSettings.h"
 
 #include "support/XSettingsProperty.h"
 

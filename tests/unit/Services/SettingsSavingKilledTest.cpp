@@ -1,4 +1,4 @@
-#include "Platform/Linux/FileUserDefaults.h"
+#include "Platform/Posix/FileUserDefaults.h"
 #include "Services/SettingsStore.h"
 #include "Services/TestFiles.h"
 #include "support/KilledWriter.h"

@@ -1,5 +1,5 @@
 #include "Models/UsageEventsJson.h"
-#include "Platform/Linux/FileUserDefaults.h"
+#include "Platform/Posix/FileUserDefaults.h"
 #include "Services/FileSizeLimit.h"
 #include "Services/SettingsStore.h"
 #include "Services/TestFiles.h"

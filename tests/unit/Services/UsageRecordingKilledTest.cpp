@@ -1,5 +1,5 @@
 #include "Models/UsageEventsJson.h"
-#include "Platform/Linux/FileUserDefaults.h"
+#include "Platform/Posix/FileUserDefaults.h"
 #include "Services/UsageAnalyticsService.h"
 #include "support/KilledWriter.h"
 #include "support/UsageEvents.h"

@@ -3,7 +3,8 @@
 #include "Models/KestrovaError.h"
 #include "Platform/Fake/FakeProcessRunning.h"
 #include "Platform/Fake/FakeStandardDirectories.h"
-#include "Platform/Linux/ChildProcesses.h"
+#include "Platform/Linux/Applications/EndWithParent.h"
+#include "Platform/Posix/ChildProcesses.h"
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"
 
@@ -420,7 +421,7 @@ TEST_F(DecoderLimitTest, TheSecondRunIsAlsoEndedWithTheProgram)
                               "echo 'too many decoders requested (10), max = 8' >&2\n"
                               "exit 10\n";
     writeFile(config.cliPath, script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    ChildProcesses children;
+    ChildProcesses children{&endWithParent};
     WhisperCppTranscriber real([this] { return config; }, children, directories,
                                programEnding.get_token());
     const std::jthread ending([this] {

@@ -6,7 +6,7 @@
 //   leave   "done" once no window has the keyboard
 //   reserve CODE  "done" once the key, with any modifiers, is this program's in all windows
 
-#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/Connection/X11Connection.h"
 #include "support/KeyLogWindow.h"
 
 #include <iostream>

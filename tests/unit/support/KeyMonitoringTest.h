@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+#include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 #include "support/KeyPresses.h"
 #include "support/OtherProgram.h"
 #include "support/WaitUntil.h"

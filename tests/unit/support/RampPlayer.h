@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/PulseAudioConnection.h"
+#include "Platform/Linux/Audio/PulseAudioConnection.h"
 
 #include <QtGlobal>
 

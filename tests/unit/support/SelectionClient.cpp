@@ -1,6 +1,6 @@
 #include "support/SelectionClient.h"
 
-#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/Connection/X11Connection.h"
 
 #include <chrono>
 #include <stdexcept>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/Connection/X11Connection.h"
 
 namespace kestrova {
 

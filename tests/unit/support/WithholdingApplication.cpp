@@ -1,7 +1,7 @@
 // Keeps the main shortcut from all windows until it is ended: another program for tests, to be
 // stopped and killed.
 
-#include "Platform/Linux/X11/X11KeyEventMonitoring.h"
+#include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 
 #include <QCoreApplication>
 

@@ -1,0 +1,104 @@
+#include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
+
+#include <QMetaObject>
+
+namespace kestrova {
+
+namespace {
+
+struct Withholding final : KeyEventMonitoring::Monitor
+{
+    Withholding(std::shared_ptr<X11KeyGrabs> usedGrabs, const QList<HotkeyShortcut> &withheld)
+        : grabs(std::move(usedGrabs)),
+          shortcuts(std::make_shared<const QList<HotkeyShortcut>>(withheld))
+    {
+    }
+    ~Withholding() override { grabs->set({}); }
+    Q_DISABLE_COPY_MOVE(Withholding)
+
+    const std::shared_ptr<X11KeyGrabs> grabs;
+    const std::shared_ptr<const QList<HotkeyShortcut>> shortcuts;
+};
+
+} // namespace
+
+X11KeyEventMonitoring::X11KeyEventMonitoring(X11Connection &connection, PostedKeys &postedKeys,
+                                             const QByteArray &displayName)
+    : m_connection(connection), m_postedKeys(postedKeys), m_displayName(displayName),
+      m_filter(connection, postedKeys, m_local)
+{
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor>
+X11KeyEventMonitoring::addGlobalMonitor(KeyEvent::Types types, GlobalHandler handler)
+{
+    return record() ? m_global.addObserver(types, std::move(handler)) : nullptr;
+}
+
+bool X11KeyEventMonitoring::record()
+{
+    if (!m_recording || !m_recording->isOpen()) {
+        const auto post = [this](const KeyEvent &event) {
+            QMetaObject::invokeMethod(
+                &m_mainThread, [this, event] { report(event); }, Qt::QueuedConnection);
+        };
+        m_recording = std::make_unique<X11KeyRecording>(m_postedKeys, post, m_displayName);
+    }
+    return m_recording->isOpen();
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor>
+X11KeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
+{
+    if (!record())
+        return nullptr;
+    if (!m_grabs)
+        m_grabs = std::make_shared<X11KeyGrabs>(m_postedKeys, m_displayName);
+    auto withholding = std::make_unique<Withholding>(m_grabs, shortcuts);
+    m_withheld = withholding->shortcuts;
+    grabWithheld();
+    return withholding;
+}
+
+void X11KeyEventMonitoring::grabWithheld()
+{
+    const auto shortcuts = m_withheld.lock();
+    if (!shortcuts)
+        return;
+    std::set<X11KeyCombination> combinations;
+    for (const HotkeyShortcut &shortcut : *shortcuts)
+        combinations.merge(translation().combinations(shortcut));
+    m_grabs->set(std::move(combinations));
+}
+
+const X11KeyTranslation &X11KeyEventMonitoring::translation()
+{
+    if (!m_translation)
+        m_translation.emplace(m_connection);
+    return *m_translation;
+}
+
+bool X11KeyEventMonitoring::canType(const HotkeyShortcut &shortcut)
+{
+    return !translation().combinations(shortcut).empty();
+}
+
+std::unique_ptr<KeyEventMonitoring::Monitor>
+X11KeyEventMonitoring::addLocalMonitor(KeyEvent::Types types, LocalHandler handler)
+{
+    return m_local.add(types, std::move(handler));
+}
+
+void X11KeyEventMonitoring::report(const KeyEvent &event)
+{
+    // Not as soon as the last monitor ends: replacing the bindings ends one and adds the next.
+    if (m_global.count() == 0)
+        m_recording.reset();
+    if (event.type == KeyEvent::keyboardChanged) {
+        m_translation.reset();
+        grabWithheld();
+    }
+    m_global.call(event);
+}
+
+} // namespace kestrova
