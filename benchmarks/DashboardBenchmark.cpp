@@ -3,7 +3,7 @@
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Platform/Platform.h"
 #include "Services/CoordinatorServices.h"
-#include "Services/UsageLog.h"
+#include "Services/Usage/UsageLog.h"
 #include "ViewModels/AppController.h"
 #include "Views/Dashboard/DashboardModel.h"
 #include "Views/Scenes/Scenes.h"

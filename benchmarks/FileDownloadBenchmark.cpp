@@ -1,6 +1,6 @@
 #include "Comparison.h"
-#include "Services/FileDownload.h"
 #include "Services/LoopbackHttpServer.h"
+#include "Services/Model/FileDownload.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
 #include "Comparison.h"
-#include "Services/Sha256.h"
+#include "Services/Model/Sha256.h"
 
 #include <QFile>
 #include <QProcess>

@@ -1,7 +1,7 @@
 #include "Comparison.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Services/StraightforwardUsage.h"
-#include "Services/UsageAnalyticsService.h"
+#include "Services/Usage/UsageAnalyticsService.h"
 
 #include <QTemporaryDir>
 

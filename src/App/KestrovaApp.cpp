@@ -1,9 +1,9 @@
 #include "App/KestrovaApp.h"
 
 #include "App/WindowsLibrary.h"
-#include "Services/AVAudioCaptureService.h"
+#include "Services/Dictation/AVAudioCaptureService.h"
+#include "Services/Dictation/TextInsertionService.h"
 #include "Services/PermissionService.h"
-#include "Services/TextInsertionService.h"
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 #include "Views/Tray/FailureNotice.h"

@@ -1,9 +1,9 @@
 #include "ViewModels/AppController.h"
 
 #include "Models/ReadableError.h"
-#include "Services/GlobalHotkeyManager.h"
+#include "Services/Dictation/RestartingCapture.h"
 #include "Services/PermissionService.h"
-#include "Services/RestartingCapture.h"
+#include "Services/Shortcuts/GlobalHotkeyManager.h"
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 #include "ViewModels/HotkeyBindings.h"

@@ -7,7 +7,7 @@
 #include "Models/UsageRecords.h"
 #include "Models/UsageTrendPeriod.h"
 #include "Platform/AudioRecorder.h"
-#include "Services/DownloadProgress.h"
+#include "Services/Model/DownloadProgress.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Concurrency/Executor.h"
-#include "Services/DictationCoordinatorEvent.h"
+#include "Services/Dictation/DictationCoordinatorEvent.h"
 #include "Services/Protocols.h"
 #include "ViewModels/AppState.h"
 

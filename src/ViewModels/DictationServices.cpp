@@ -1,7 +1,7 @@
 #include "ViewModels/DictationServices.h"
 
-#include "Services/AbandonableTranscriber.h"
-#include "Services/DefaultModelManager.h"
+#include "Services/Dictation/AbandonableTranscriber.h"
+#include "Services/Model/DefaultModelManager.h"
 
 namespace kestrova {
 

@@ -2,10 +2,10 @@
 
 #include "Concurrency/Executor.h"
 #include "Platform/Platform.h"
-#include "Services/DownloadProgress.h"
+#include "Services/Dictation/WhisperCppTranscriber.h"
+#include "Services/Model/DownloadProgress.h"
 #include "Services/Protocols.h"
-#include "Services/SettingsStore.h"
-#include "Services/WhisperCppTranscriber.h"
+#include "Services/Settings/SettingsStore.h"
 
 #include <memory>
 #include <stop_token>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/DownloadProgress.h"
+#include "Services/Model/DownloadProgress.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "Services/AVAudioCaptureService.h"
+#include "Services/Dictation/AVAudioCaptureService.h"
 #include "Models/KestrovaError.h"
 #include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/FakeStandardDirectories.h"

@@ -1,4 +1,4 @@
-#include "Services/AbandonableTranscriber.h"
+#include "Services/Dictation/AbandonableTranscriber.h"
 
 #include "Concurrency/BackgroundExecutor.h"
 #include "Concurrency/Cancelled.h"

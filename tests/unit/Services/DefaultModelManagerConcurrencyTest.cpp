@@ -1,4 +1,4 @@
-#include "Services/DefaultModelManager.h"
+#include "Services/Model/DefaultModelManager.h"
 
 #include "Models/KestrovaError.h"
 #include "Services/LoopbackHttpServer.h"

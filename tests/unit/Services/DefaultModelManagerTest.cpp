@@ -1,4 +1,4 @@
-#include "Services/DefaultModelManager.h"
+#include "Services/Model/DefaultModelManager.h"
 
 #include "Concurrency/Cancelled.h"
 #include "Models/KestrovaError.h"

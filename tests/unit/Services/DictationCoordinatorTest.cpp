@@ -1,4 +1,4 @@
-#include "Services/DictationCoordinator.h"
+#include "Services/Dictation/DictationCoordinator.h"
 #include "Concurrency/BackgroundExecutor.h"
 #include "Models/KestrovaError.h"
 #include "Services/CoordinatorServices.h"

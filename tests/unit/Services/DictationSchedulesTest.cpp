@@ -1,6 +1,6 @@
 #include "Models/KestrovaError.h"
 #include "Services/CoordinatorServices.h"
-#include "Services/DictationCoordinator.h"
+#include "Services/Dictation/DictationCoordinator.h"
 #include "support/QtPrinting.h"
 #include "support/Schedule.h"
 

@@ -1,4 +1,4 @@
-#include "Services/FileDownload.h"
+#include "Services/Model/FileDownload.h"
 
 #include "Concurrency/Cancelled.h"
 #include "Models/ReadableError.h"

@@ -1,4 +1,4 @@
-#include "Services/GlobalHotkeyManager.h"
+#include "Services/Shortcuts/GlobalHotkeyManager.h"
 
 #include "Platform/Fake/FakeKeyEventMonitoring.h"
 #include "support/QtPrinting.h"

@@ -1,4 +1,4 @@
-#include "Services/PartialFile.h"
+#include "Services/Model/PartialFile.h"
 
 #include "Models/ReadableError.h"
 #include "Services/FileSizeLimit.h"

@@ -1,4 +1,4 @@
-#include "Services/RestartingCapture.h"
+#include "Services/Dictation/RestartingCapture.h"
 
 #include "Services/CoordinatorServices.h"
 #include "support/QtPrinting.h"

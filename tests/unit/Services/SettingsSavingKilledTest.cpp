@@ -1,5 +1,5 @@
 #include "Platform/Posix/FileUserDefaults.h"
-#include "Services/SettingsStore.h"
+#include "Services/Settings/SettingsStore.h"
 #include "Services/TestFiles.h"
 #include "support/KilledWriter.h"
 #include "support/QtPrinting.h"

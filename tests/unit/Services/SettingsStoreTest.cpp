@@ -1,4 +1,4 @@
-#include "Services/SettingsStore.h"
+#include "Services/Settings/SettingsStore.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "support/QtPrinting.h"
 

@@ -1,4 +1,4 @@
-#include "Services/Sha256.h"
+#include "Services/Model/Sha256.h"
 
 #include "Concurrency/Cancelled.h"
 #include "Models/ReadableError.h"

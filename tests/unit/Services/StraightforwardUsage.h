@@ -3,7 +3,7 @@
 #include "Models/JsonObjectReader.h"
 #include "Models/UsageEventsJson.h"
 #include "Models/UtcDateTime.h"
-#include "Services/UsageAggregation.h"
+#include "Services/Usage/UsageAggregation.h"
 
 #include <QHash>
 #include <QJsonDocument>

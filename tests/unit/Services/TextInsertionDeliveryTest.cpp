@@ -1,6 +1,6 @@
 #include "Platform/Fake/FakeDesktop.h"
 #include "Platform/Fake/FakePasteboard.h"
-#include "Services/TextInsertionService.h"
+#include "Services/Dictation/TextInsertionService.h"
 #include "support/ManualClock.h"
 #include "support/ManualExecutors.h"
 

@@ -1,4 +1,4 @@
-#include "Services/TextInsertionService.h"
+#include "Services/Dictation/TextInsertionService.h"
 #include "Models/KestrovaError.h"
 #include "Platform/Fake/FakeDesktop.h"
 #include "Platform/Fake/FakePasteboard.h"

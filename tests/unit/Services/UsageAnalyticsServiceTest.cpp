@@ -1,4 +1,4 @@
-#include "Services/UsageAnalyticsService.h"
+#include "Services/Usage/UsageAnalyticsService.h"
 #include "Models/UsageEventsJson.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Services/StraightforwardUsage.h"

@@ -1,4 +1,4 @@
-#include "Services/UsageAggregation.h"
+#include "Services/Usage/UsageAggregation.h"
 #include "support/DateText.h"
 #include "support/QtPrinting.h"
 #include "support/UsageEvents.h"

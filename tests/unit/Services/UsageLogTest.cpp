@@ -1,4 +1,4 @@
-#include "Services/UsageLog.h"
+#include "Services/Usage/UsageLog.h"
 #include "Models/UsageEventsJson.h"
 #include "Services/StraightforwardUsage.h"
 #include "support/QtPrinting.h"

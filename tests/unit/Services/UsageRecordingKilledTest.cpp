@@ -1,6 +1,6 @@
 #include "Models/UsageEventsJson.h"
 #include "Platform/Posix/FileUserDefaults.h"
-#include "Services/UsageAnalyticsService.h"
+#include "Services/Usage/UsageAnalyticsService.h"
 #include "support/KilledWriter.h"
 #include "support/UsageEvents.h"
 

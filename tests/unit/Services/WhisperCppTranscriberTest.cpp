@@ -1,4 +1,4 @@
-#include "Services/WhisperCppTranscriber.h"
+#include "Services/Dictation/WhisperCppTranscriber.h"
 #include "Concurrency/Cancelled.h"
 #include "Models/KestrovaError.h"
 #include "Platform/Fake/FakeProcessRunning.h"

@@ -1,4 +1,4 @@
-#include "Services/WordCount.h"
+#include "Services/Dictation/WordCount.h"
 
 #include <gtest/gtest.h>
 

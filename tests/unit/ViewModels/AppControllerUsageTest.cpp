@@ -1,7 +1,7 @@
 #include "ViewModels/ControllerTest.h"
 
 #include "Models/UsageEventsJson.h"
-#include "Services/UsageLog.h"
+#include "Services/Usage/UsageLog.h"
 #include "support/UsageEvents.h"
 
 namespace kestrova {

@@ -2,7 +2,7 @@
 
 #include "Models/UsageEventsJson.h"
 #include "Platform/Fake/FakeUserDefaults.h"
-#include "Services/UsageAnalyticsService.h"
+#include "Services/Usage/UsageAnalyticsService.h"
 #include "ViewModels/StateTrail.h"
 #include "support/DateText.h"
 #include "support/ManualExecutors.h"

@@ -1,6 +1,6 @@
 #include "Views/Dashboard/DashboardModel.h"
 
-#include "Services/UsageLog.h"
+#include "Services/Usage/UsageLog.h"
 #include "ViewModels/ControllerTest.h"
 #include "support/UsageEvents.h"
 

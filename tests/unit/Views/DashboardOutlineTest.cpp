@@ -1,6 +1,6 @@
 #include "Views/Dashboard/DashboardModel.h"
 
-#include "Services/UsageLog.h"
+#include "Services/Usage/UsageLog.h"
 #include "Views/WindowOutlineTest.h"
 #include "support/UsageEvents.h"
 

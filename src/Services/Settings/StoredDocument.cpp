@@ -1,0 +1,41 @@
+#include "Services/Settings/StoredDocument.h"
+
+namespace kestrova {
+
+StoredDocument::StoredDocument(UserDefaults &defaults, const QString &key)
+    : m_defaults(defaults), m_key(key)
+{
+}
+
+bool StoredDocument::isAsKnown() const
+{
+    try {
+        return m_defaults.version(m_key) == m_known;
+    } catch (const ReadableError &) {
+        return false;
+    }
+}
+
+bool StoredDocument::store(const QByteArray &bytes)
+{
+    try {
+        if (m_defaults.version(m_key) != m_known)
+            m_defaults.setAside(m_key);
+        m_known = m_defaults.setData(m_key, bytes);
+        return true;
+    } catch (const ReadableError &) {
+        return false;
+    }
+}
+
+bool StoredDocument::setAside()
+{
+    try {
+        m_defaults.setAside(m_key);
+        return true;
+    } catch (const ReadableError &) {
+        return false;
+    }
+}
+
+} // namespace kestrova

@@ -1,0 +1,59 @@
+#include "Services/Shortcuts/GlobalHotkeyManager.h"
+
+#include <algorithm>
+
+namespace kestrova {
+
+namespace {
+
+bool matches(const HotkeyShortcut &shortcut, const KeyEvent &event)
+{
+    const quint32 differing = shortcut.modifiers ^ event.modifiers;
+    return shortcut.keyCode == event.keyCode && (differing & HotkeyShortcut::allModifiers) == 0;
+}
+
+QList<HotkeyShortcut> exclusiveShortcutsOf(const QList<HotkeyBinding> &bindings)
+{
+    QList<HotkeyShortcut> shortcuts;
+    for (const HotkeyBinding &binding : bindings) {
+        if (binding.isExclusive)
+            shortcuts.append(binding.shortcut);
+    }
+    return shortcuts;
+}
+
+} // namespace
+
+void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
+{
+    unregister();
+    m_bindings = bindings;
+    m_globalMonitor = m_monitoring.addGlobalMonitor(
+        KeyEvent::keyDown, [this](const KeyEvent &event) { handle(event); });
+    m_localMonitor = m_monitoring.addLocalMonitor(
+        KeyEvent::keyDown, [this](const KeyEvent &event) { return handle(event); });
+    m_withheldShortcuts = m_monitoring.withhold(exclusiveShortcutsOf(bindings));
+}
+
+void GlobalHotkeyManager::unregister()
+{
+    m_globalMonitor.reset();
+    m_localMonitor.reset();
+    m_withheldShortcuts.reset();
+    m_bindings.clear();
+}
+
+bool GlobalHotkeyManager::handle(const KeyEvent &event) const
+{
+    const auto binding =
+        std::find_if(m_bindings.begin(), m_bindings.end(), [&](const HotkeyBinding &candidate) {
+            return matches(candidate.shortcut, event);
+        });
+    if (binding == m_bindings.end() || (event.isReserved && !binding->isExclusive))
+        return false;
+    const auto handler = binding->handler; // it may replace the bindings, or end this object
+    handler();
+    return true;
+}
+
+} // namespace kestrova
