@@ -43,15 +43,4 @@ private:
     QString keyDisplayName() const;
 };
 
-/// A shortcut tied to an action. Not stored.
-struct HotkeyBinding
-{
-    QString id; ///< "toggle", or "hotbar-" and the slot number
-    HotkeyShortcut shortcut;
-    std::function<void()> handler; ///< called on the main thread
-    /// Other programs' windows do not get the shortcut. Otherwise they do, and the handler is not
-    /// called where another program has reserved it.
-    bool isExclusive = true;
-};
-
 } // namespace kestrova

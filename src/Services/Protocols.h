@@ -2,13 +2,13 @@
 
 #include "Models/AudioRecording.h"
 #include "Models/Delivery.h"
-#include "Models/HotkeyShortcut.h"
 #include "Models/ModelStatus.h"
 #include "Models/PermissionSnapshot.h"
 #include "Models/TargetApplication.h"
 #include "Models/TranscriptionResult.h"
 #include "Models/UsageRecords.h"
 #include "Models/UsageTrendPeriod.h"
+#include "Services/HotkeyBinding.h"
 
 #include <QList>
 #include <QUrl>

@@ -22,12 +22,18 @@ std::optional<int> slotWithShortcut(const AppSettings &settings, const HotkeySho
 QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<void()> toggleMain,
                                     const std::function<void(int slotIndex)> &toggleSlot)
 {
-    QList<HotkeyBinding> bindings{{u"toggle"_s, settings.shortcut, std::move(toggleMain)}};
+    QList<HotkeyBinding> bindings{{.id = u"toggle"_s,
+                                   .shortcut = settings.shortcut,
+                                   .handler = std::move(toggleMain),
+                                   .description = u"Start or end a dictation"_s}};
     for (int slot = 1; slot <= HotbarSlotAssignment::slotCount; ++slot) {
         if (const auto shortcut = settings.hotbarShortcut(slot)) {
-            bindings.append({u"hotbar-%1"_s.arg(slot), *shortcut,
-                             [toggleSlot, slot] { toggleSlot(slot); },
-                             settings.assignment(slot).isAssigned()});
+            // Without the application's name: a desktop may ask its user about each new description.
+            bindings.append({.id = u"hotbar-%1"_s.arg(slot),
+                             .shortcut = *shortcut,
+                             .handler = [toggleSlot, slot] { toggleSlot(slot); },
+                             .isExclusive = settings.assignment(slot).isAssigned(),
+                             .description = u"Dictate into hotbar slot %1"_s.arg(slot)});
         }
     }
     return bindings;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/AppSettings.h"
+#include "Services/HotkeyBinding.h"
 
 namespace kestrova {
 

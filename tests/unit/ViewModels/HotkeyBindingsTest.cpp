@@ -42,6 +42,21 @@ TEST_F(HotkeyBindingsTest, TheMainShortcutComesFirstAndThenEverySlotAssignedOrNo
     }
 }
 
+TEST_F(HotkeyBindingsTest, TheDescriptionsStayAsTheyAreWhateverTheSlotsHold)
+{
+    const auto descriptions = [this] {
+        QStringList all;
+        for (const HotkeyBinding &binding : bindings())
+            all.append(binding.description);
+        return all;
+    };
+    const QStringList before = descriptions();
+    EXPECT_EQ(before[0], u"Start or end a dictation"_s);
+    EXPECT_EQ(before[3], u"Dictate into hotbar slot 3"_s);
+    settings.setHotbarAssignment(3, u"org.editor"_s, u"Editor"_s);
+    EXPECT_EQ(descriptions(), before);
+}
+
 TEST_F(HotkeyBindingsTest, UnassignedSlotsTakeTheirShortcutsFromNobody)
 {
     settings.setHotbarAssignment(3, u"org.editor"_s, std::nullopt);
