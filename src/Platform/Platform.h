@@ -3,6 +3,7 @@
 #include "Models/BundleInfo.h"
 #include "Platform/AudioRecorder.h"
 #include "Platform/DesktopAppearance.h"
+#include "Platform/GlobalShortcuts.h"
 #include "Platform/KeyEventMonitoring.h"
 #include "Platform/KeyEventPosting.h"
 #include "Platform/Pasteboard.h"
@@ -35,6 +36,7 @@ struct Platform
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<KeyEventPosting> keyEvents;
     std::unique_ptr<KeyEventMonitoring> keyMonitoring;
+    std::unique_ptr<GlobalShortcuts> globalShortcuts; ///< null where keys are observed instead
     std::unique_ptr<ScriptRunning> scripts;
     std::unique_ptr<SystemAccess> systemAccess;
     std::unique_ptr<TerminalLauncher> terminal;

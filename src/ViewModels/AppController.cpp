@@ -3,7 +3,6 @@
 #include "Models/ReadableError.h"
 #include "Services/Dictation/RestartingCapture.h"
 #include "Services/PermissionService.h"
-#include "Services/Shortcuts/GlobalHotkeyManager.h"
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 #include "ViewModels/HotkeyBindings.h"
@@ -37,7 +36,7 @@ AppController::AppController(const AppEnvironment &environment,
       m_analyticsService(std::make_shared<UsageAnalyticsService>(
           *environment.platform.userDefaults, UsageAnalyticsService::standardKey(),
           UsageAnalyticsService::standardRetentionMonths, environment.calendar, environment.now)),
-      m_hotkeyManager(std::make_unique<GlobalHotkeyManager>(*environment.platform.keyMonitoring)),
+      m_hotkeyManager(makeHotkeyManager(environment.platform)),
       m_permissionService(std::make_unique<PermissionService>(*environment.platform.systemAccess,
                                                               *environment.platform.workspace)),
       m_appState(std::make_shared<AppState>(m_settingsStore->loadToEdit())),

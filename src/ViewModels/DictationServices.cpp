@@ -2,10 +2,19 @@
 
 #include "Services/Dictation/AbandonableTranscriber.h"
 #include "Services/Model/DefaultModelManager.h"
+#include "Services/Shortcuts/GlobalHotkeyManager.h"
+#include "Services/Shortcuts/NamedShortcutManager.h"
 
 namespace kestrova {
 
 using namespace Qt::StringLiterals;
+
+std::unique_ptr<HotkeyManaging> makeHotkeyManager(const Platform &platform)
+{
+    if (platform.globalShortcuts)
+        return std::make_unique<NamedShortcutManager>(*platform.globalShortcuts);
+    return std::make_unique<GlobalHotkeyManager>(*platform.keyMonitoring);
+}
 
 std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
                                                 std::shared_ptr<const SettingsStore> settings,

@@ -10,9 +10,12 @@
 #include <memory>
 #include <stop_token>
 
-/// The services whose configuration is the stored settings: they read them anew on each call, on
-/// the calling thread. The platform outlives them.
+/// The services as the platform and the stored settings make them. The settings are read anew on
+/// each call, on the calling thread. The platform outlives all of them.
 namespace kestrova {
+
+/// Over named shortcuts where the desktop has them, else over the observed keys.
+std::unique_ptr<HotkeyManaging> makeHotkeyManager(const Platform &platform);
 
 std::shared_ptr<ModelManaging> makeModelManager(const Platform &platform,
                                                 std::shared_ptr<const SettingsStore> settings,

@@ -28,7 +28,8 @@ QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<v
                                    .description = u"Start or end a dictation"_s}};
     for (int slot = 1; slot <= HotbarSlotAssignment::slotCount; ++slot) {
         if (const auto shortcut = settings.hotbarShortcut(slot)) {
-            // Without the application's name: a desktop may ask its user about each new description.
+            // Without the application's name: a desktop may ask its user about each new
+            // description.
             bindings.append({.id = u"hotbar-%1"_s.arg(slot),
                              .shortcut = *shortcut,
                              .handler = [toggleSlot, slot] { toggleSlot(slot); },

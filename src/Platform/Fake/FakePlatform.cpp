@@ -33,4 +33,10 @@ FakePlatform::FakePlatform()
     platform.scripts = std::make_unique<FakeScriptRunning>(desktop);
 }
 
+FakeGlobalShortcuts &FakePlatform::useNamedShortcuts()
+{
+    keyboard.setGlobalAvailable(false);
+    return install<FakeGlobalShortcuts>(platform.globalShortcuts);
+}
+
 } // namespace kestrova

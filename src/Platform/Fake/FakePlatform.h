@@ -3,6 +3,7 @@
 #include "Platform/Fake/FakeAudioInput.h"
 #include "Platform/Fake/FakeDesktop.h"
 #include "Platform/Fake/FakeDesktopAppearance.h"
+#include "Platform/Fake/FakeGlobalShortcuts.h"
 #include "Platform/Fake/FakeKeyEventMonitoring.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/FakeProcessRunning.h"
@@ -19,6 +20,10 @@ namespace kestrova {
 struct FakePlatform
 {
     FakePlatform();
+
+    /// From now on the desktop binds shortcuts by name, and shows the program no keys. Called
+    /// before a service asks for either.
+    FakeGlobalShortcuts &useNamedShortcuts();
 
     Platform platform;
 

@@ -37,7 +37,7 @@ TEST_F(NamedShortcutManagerTest, TheDesktopIsAskedByNameWithWhatItShows)
         {binding(u"toggle"_s, mainShortcut), binding(u"hotbar-1"_s, slotShortcut)});
     const QList<NamedShortcut> expected{{u"toggle"_s, u"about toggle"_s, mainShortcut},
                                         {u"hotbar-1"_s, u"about hotbar-1"_s, slotShortcut}};
-    EXPECT_EQ(shortcuts.requests(), QList{expected});
+    EXPECT_EQ(shortcuts.requests(), QList<QList<NamedShortcut>>{expected});
 }
 
 TEST_F(NamedShortcutManagerTest, AShortcutCallsItsHandlerOnceItIsBound)
@@ -88,7 +88,7 @@ TEST_F(NamedShortcutManagerTest, TheDesktopIsAskedAgainOnlyForSomethingElse)
 TEST_F(NamedShortcutManagerTest, NoBindingsAreAskedForToo)
 {
     manager->registerBindings({});
-    EXPECT_EQ(shortcuts.requests(), QList{QList<NamedShortcut>()});
+    EXPECT_EQ(shortcuts.requests(), QList<QList<NamedShortcut>>{{}});
 }
 
 TEST_F(NamedShortcutManagerTest, AHandlerMayReplaceTheBindingsOrEndTheManager)

@@ -129,6 +129,30 @@ TEST_F(AppControllerHotkeysTest, UnregisteredShortcutsDoNothingUntilTheyAreRegis
     EXPECT_TRUE(startsRecording(HotkeyShortcut::defaultMain()));
 }
 
+TEST_F(AppControllerHotkeysTest, WhereTheDesktopBindsShortcutsByNameThoseDictate)
+{
+    end();
+    FakeGlobalShortcuts &shortcuts = fake.useNamedShortcuts();
+    launch();
+    EXPECT_EQ(shortcuts.requests().last().size(), 10);
+    shortcuts.accept();
+    assign(9, browser.bundleIdentifier, {});
+    EXPECT_EQ(shortcuts.requests().size(), 1) << "nobody is asked again";
+
+    shortcuts.press(u"hotbar-9"_s);
+    settle();
+    EXPECT_EQ(state().state.get(), DictationState::recording());
+    shortcuts.press(u"toggle"_s);
+    settle();
+    EXPECT_EQ(inserter->insertions.at(0).target, browser.asTarget());
+
+    controller->unregisterHotkeys();
+    shortcuts.press(u"toggle"_s);
+    settle();
+    EXPECT_EQ(state().state.get(), DictationState::idle());
+    end();
+}
+
 TEST_F(AppControllerHotkeysTest, AFailedRegistrationIsShown)
 {
     end();
