@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/RawValue.h"
+#include "Models/Json/RawValue.h"
 
 namespace kestrova {
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Models/BundleInfo.h"
-#include "Platform/AudioRecorder.h"
+#include "Platform/Audio/AudioRecorder.h"
 #include "Platform/DesktopAppearance.h"
-#include "Platform/GlobalShortcuts.h"
-#include "Platform/KeyEventMonitoring.h"
-#include "Platform/KeyEventPosting.h"
+#include "Platform/Keys/GlobalShortcuts.h"
+#include "Platform/Keys/KeyEventMonitoring.h"
+#include "Platform/Keys/KeyEventPosting.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/ProcessRunning.h"
 #include "Platform/ScriptRunning.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/TargetApplication.h"
+#include "Models/Dictation/TargetApplication.h"
 
 #include <QList>
 #include <QRect>

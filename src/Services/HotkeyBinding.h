@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/HotkeyShortcut.h"
+#include "Models/Settings/HotkeyShortcut.h"
 
 #include <functional>
 

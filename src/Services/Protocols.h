@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Models/AudioRecording.h"
-#include "Models/Delivery.h"
+#include "Models/Dictation/AudioRecording.h"
+#include "Models/Dictation/Delivery.h"
+#include "Models/Dictation/TargetApplication.h"
+#include "Models/Dictation/TranscriptionResult.h"
 #include "Models/ModelStatus.h"
 #include "Models/PermissionSnapshot.h"
-#include "Models/TargetApplication.h"
-#include "Models/TranscriptionResult.h"
-#include "Models/UsageRecords.h"
-#include "Models/UsageTrendPeriod.h"
+#include "Models/Usage/UsageRecords.h"
+#include "Models/Usage/UsageTrendPeriod.h"
 #include "Services/HotkeyBinding.h"
 
 #include <QList>

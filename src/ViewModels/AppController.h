@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Concurrency/Executor.h"
-#include "Models/Calendar.h"
+#include "Models/Usage/Calendar.h"
 #include "Platform/Platform.h"
 #include "Services/Dictation/DictationCoordinator.h"
 #include "Services/Dictation/WhisperCppTranscriber.h"

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Models/AppSettings.h"
-#include "Models/Delivery.h"
-#include "Models/DictationState.h"
+#include "Models/Dictation/Delivery.h"
+#include "Models/Dictation/DictationState.h"
 #include "Models/PermissionSnapshot.h"
-#include "Models/UsageRecords.h"
-#include "Models/UsageTrendPeriod.h"
-#include "Platform/AudioRecorder.h"
+#include "Models/Settings/AppSettings.h"
+#include "Models/Usage/UsageRecords.h"
+#include "Models/Usage/UsageTrendPeriod.h"
+#include "Platform/Audio/AudioRecorder.h"
 #include "Services/Model/DownloadProgress.h"
 
 #include <QObject>

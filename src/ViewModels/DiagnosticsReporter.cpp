@@ -1,6 +1,6 @@
 #include "ViewModels/DiagnosticsReporter.h"
 
-#include "Models/JsonObjectReader.h"
+#include "Models/Json/JsonObjectReader.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

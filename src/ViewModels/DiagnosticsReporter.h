@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Models/AppSettings.h"
 #include "Models/BundleInfo.h"
-#include "Models/DictationState.h"
+#include "Models/Dictation/DictationState.h"
 #include "Models/ModelStatus.h"
 #include "Models/PermissionSnapshot.h"
+#include "Models/Settings/AppSettings.h"
 
 namespace kestrova {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/AppSettings.h"
+#include "Models/Settings/AppSettings.h"
 #include "Services/HotkeyBinding.h"
 
 namespace kestrova {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Models/DictationState.h"
-#include "Views/Primitives/Tones.h"
+#include "Models/Dictation/DictationState.h"
+#include "Views/Primitives/Theme/Tones.h"
 
 namespace kestrova {
 

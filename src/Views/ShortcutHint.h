@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/KeyEventMonitoring.h"
+#include "Platform/Keys/KeyEventMonitoring.h"
 
 #include <QString>
 

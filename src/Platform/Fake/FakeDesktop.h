@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/KeyEventPosting.h"
+#include "Platform/Keys/KeyEventPosting.h"
 #include "Platform/ScriptRunning.h"
 #include "Platform/Workspace.h"
 

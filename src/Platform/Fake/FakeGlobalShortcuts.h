@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/GlobalShortcuts.h"
+#include "Platform/Keys/GlobalShortcuts.h"
 
 #include <map>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/KeyEventHandlers.h"
+#include "Platform/Keys/KeyEventHandlers.h"
 
 namespace kestrova {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/AudioRecorder.h"
+#include "Platform/Audio/AudioRecorder.h"
 #include "Platform/StandardDirectories.h"
 #include "Services/Protocols.h"
 

@@ -3,7 +3,7 @@
 #include "Concurrency/Clock.h"
 #include "Concurrency/MainExecutor.h"
 #include "Concurrency/Timings.h"
-#include "Models/Delivery.h"
+#include "Models/Dictation/Delivery.h"
 #include "Platform/PasteboardOffer.h"
 #include "Platform/Workspace.h"
 

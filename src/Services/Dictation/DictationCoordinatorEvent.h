@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Models/Delivery.h"
-#include "Models/DictationState.h"
-#include "Models/TranscriptInsertionPayload.h"
+#include "Models/Dictation/Delivery.h"
+#include "Models/Dictation/DictationState.h"
+#include "Models/Dictation/TranscriptInsertionPayload.h"
 
 #include <functional>
 #include <variant>

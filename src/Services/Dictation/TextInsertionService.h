@@ -3,7 +3,7 @@
 #include "Concurrency/Clock.h"
 #include "Concurrency/MainExecutor.h"
 #include "Concurrency/Timings.h"
-#include "Platform/KeyEventPosting.h"
+#include "Platform/Keys/KeyEventPosting.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/ScriptRunning.h"
 #include "Platform/Workspace.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/WhisperDecodingProfile.h"
+#include "Models/Dictation/WhisperDecodingProfile.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/AppSettings.h"
+#include "Models/Settings/AppSettings.h"
 #include "Services/Settings/StoredDocument.h"
 
 namespace kestrova {

@@ -2,7 +2,7 @@
 
 #include "Services/Protocols.h"
 
-#include "Platform/KeyEventMonitoring.h"
+#include "Platform/Keys/KeyEventMonitoring.h"
 
 #include <memory>
 

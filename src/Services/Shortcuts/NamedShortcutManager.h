@@ -2,7 +2,7 @@
 
 #include "Services/Protocols.h"
 
-#include "Platform/GlobalShortcuts.h"
+#include "Platform/Keys/GlobalShortcuts.h"
 
 #include <memory>
 

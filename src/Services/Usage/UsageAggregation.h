@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Models/Calendar.h"
-#include "Models/UsageRecords.h"
-#include "Models/UsageTrendPeriod.h"
+#include "Models/Usage/Calendar.h"
+#include "Models/Usage/UsageRecords.h"
+#include "Models/Usage/UsageTrendPeriod.h"
 
 namespace kestrova {
 

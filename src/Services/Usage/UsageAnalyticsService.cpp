@@ -1,6 +1,6 @@
 #include "Services/Usage/UsageAnalyticsService.h"
 
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "Services/Usage/UsageAggregation.h"
 
 #include <chrono>

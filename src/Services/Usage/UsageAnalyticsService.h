@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/Calendar.h"
+#include "Models/Usage/Calendar.h"
 #include "Services/Protocols.h"
 #include "Services/Settings/StoredDocument.h"
 #include "Services/Usage/UsageLog.h"

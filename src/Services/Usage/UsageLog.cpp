@@ -1,6 +1,6 @@
 #include "Services/Usage/UsageLog.h"
 
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 
 #include <QSet>
 

@@ -1,6 +1,6 @@
 #include "Views/Dashboard/DashboardModel.h"
 
-#include "Views/Dashboard/OverviewRows.h"
+#include "Views/Dashboard/Overview/OverviewRows.h"
 #include "Views/Dashboard/UsageText.h"
 #include "Views/ShortcutHint.h"
 #include "Views/ShownPart.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Views/Dashboard/Charts/HeatmapChart.h"
+#include "Views/Dashboard/Charts/TrendChart.h"
 #include "Views/Dashboard/DashboardRows.h"
-#include "Views/Dashboard/HeatmapChart.h"
-#include "Views/Dashboard/TrendChart.h"
 #include "Views/DictationStatus.h"
 #include "Views/Recorder/ShortcutRecorder.h"
 

@@ -2,7 +2,7 @@
 
 #include "ViewModels/AppController.h"
 #include "Views/Popover/SetupStep.h"
-#include "Views/Primitives/Tones.h"
+#include "Views/Primitives/Theme/Tones.h"
 
 namespace kestrova {
 

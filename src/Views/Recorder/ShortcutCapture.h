@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Models/HotkeyShortcut.h"
-#include "Platform/KeyEventMonitoring.h"
+#include "Models/Settings/HotkeyShortcut.h"
+#include "Platform/Keys/KeyEventMonitoring.h"
 #include "Views/Recorder/KeyboardGrab.h"
 
 #include <QQmlEngine>

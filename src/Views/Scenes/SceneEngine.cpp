@@ -1,7 +1,7 @@
 #include "Views/Scenes/SceneEngine.h"
 
 #include "Models/ReadableError.h"
-#include "Views/Primitives/Appearance.h"
+#include "Views/Primitives/Theme/Appearance.h"
 #include "Views/Scenes/ApplicationIcon.h"
 #include "Views/Scenes/KeyboardFocus.h"
 

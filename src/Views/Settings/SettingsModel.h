@@ -2,7 +2,7 @@
 
 #include "Platform/Platform.h"
 #include "ViewModels/AppController.h"
-#include "Views/Primitives/Tones.h"
+#include "Views/Primitives/Theme/Tones.h"
 #include "Views/Recorder/ShortcutRecorder.h"
 
 namespace kestrova {

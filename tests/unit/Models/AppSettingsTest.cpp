@@ -1,5 +1,5 @@
-#include "Models/AppSettings.h"
-#include "Models/JsonObjectReader.h"
+#include "Models/Settings/AppSettings.h"
+#include "Models/Json/JsonObjectReader.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "Models/Calendar.h"
+#include "Models/Usage/Calendar.h"
 #include "support/DateText.h"
 #include "support/QtPrinting.h"
 

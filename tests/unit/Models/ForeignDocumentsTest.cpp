@@ -1,5 +1,5 @@
-#include "Models/AppSettings.h"
-#include "Models/UsageEventsJson.h"
+#include "Models/Settings/AppSettings.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "support/QtPrinting.h"
 #include "support/Samples.h"
 

@@ -1,5 +1,5 @@
-#include "Models/HotkeyShortcut.h"
-#include "Models/JsonObjectReader.h"
+#include "Models/Settings/HotkeyShortcut.h"
+#include "Models/Json/JsonObjectReader.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "Models/UsageEventsJson.h"
-#include "Models/JsonObjectReader.h"
+#include "Models/Usage/UsageEventsJson.h"
+#include "Models/Json/JsonObjectReader.h"
 #include "support/QtPrinting.h"
 #include "support/UsageEvents.h"
 

@@ -1,4 +1,4 @@
-#include "Platform/KeyEventHandlers.h"
+#include "Platform/Keys/KeyEventHandlers.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/Keys/VirtualKeyCodes.h"
 
-#include "Models/HotkeyShortcut.h"
+#include "Models/Settings/HotkeyShortcut.h"
 
 #include <QList>
 

@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 
-#include "Models/HotkeyShortcut.h"
+#include "Models/Settings/HotkeyShortcut.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 #include "support/KeyMonitoringTest.h"
 #include "support/RunOrThrow.h"

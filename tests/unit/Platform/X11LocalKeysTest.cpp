@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 
-#include "Models/HotkeyShortcut.h"
+#include "Models/Settings/HotkeyShortcut.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 #include "support/KeyPresses.h"
 #include "support/OtherProgram.h"

@@ -1,4 +1,4 @@
-#include "Models/HotkeyShortcut.h"
+#include "Models/Settings/HotkeyShortcut.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 #include "support/KeyMonitoringTest.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Models/JsonObjectReader.h"
-#include "Models/UsageEventsJson.h"
+#include "Models/Json/JsonObjectReader.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "Models/UtcDateTime.h"
 #include "Services/Usage/UsageAggregation.h"
 

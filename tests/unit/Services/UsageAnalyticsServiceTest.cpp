@@ -1,5 +1,5 @@
 #include "Services/Usage/UsageAnalyticsService.h"
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Services/StraightforwardUsage.h"
 #include "support/DateText.h"

@@ -1,5 +1,5 @@
 #include "Services/Usage/UsageLog.h"
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "Services/StraightforwardUsage.h"
 #include "support/QtPrinting.h"
 #include "support/UsageEvents.h"

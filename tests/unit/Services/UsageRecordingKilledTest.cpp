@@ -1,4 +1,4 @@
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Services/Usage/UsageAnalyticsService.h"
 #include "support/KilledWriter.h"

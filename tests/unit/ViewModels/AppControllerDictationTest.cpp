@@ -1,7 +1,7 @@
 #include "ViewModels/ControllerTest.h"
 
 #include "Models/ReadableError.h"
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 
 namespace kestrova {
 namespace {

@@ -1,6 +1,6 @@
 #include "ViewModels/ControllerTest.h"
 
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "Services/Usage/UsageLog.h"
 #include "support/UsageEvents.h"
 

@@ -1,6 +1,6 @@
 #include "ViewModels/DictationEventHandler.h"
 
-#include "Models/UsageEventsJson.h"
+#include "Models/Usage/UsageEventsJson.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Services/Usage/UsageAnalyticsService.h"
 #include "ViewModels/StateTrail.h"

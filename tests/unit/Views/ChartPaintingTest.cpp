@@ -1,5 +1,5 @@
-#include "Views/Dashboard/HeatmapGrid.h"
-#include "Views/Dashboard/TrendPlot.h"
+#include "Views/Dashboard/Charts/HeatmapGrid.h"
+#include "Views/Dashboard/Charts/TrendPlot.h"
 
 #include <QGuiApplication>
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "Views/Dashboard/HeatmapChart.h"
+#include "Views/Dashboard/Charts/HeatmapChart.h"
 #include "support/QtPrinting.h"
 #include "support/UsageBuckets.h"
 

@@ -1,4 +1,4 @@
-#include "Views/Dashboard/HeatmapLayout.h"
+#include "Views/Dashboard/Charts/HeatmapLayout.h"
 
 #include <gmock/gmock.h>
 

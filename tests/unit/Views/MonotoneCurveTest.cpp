@@ -1,4 +1,4 @@
-#include "Views/Dashboard/MonotoneCurve.h"
+#include "Views/Dashboard/Charts/MonotoneCurve.h"
 
 #include <gtest/gtest.h>
 

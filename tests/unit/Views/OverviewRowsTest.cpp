@@ -1,4 +1,4 @@
-#include "Views/Dashboard/OverviewRows.h"
+#include "Views/Dashboard/Overview/OverviewRows.h"
 #include "Views/Dashboard/UsageText.h"
 #include "support/QtPrinting.h"
 

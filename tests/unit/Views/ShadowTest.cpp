@@ -1,4 +1,4 @@
-#include "Views/Primitives/Shadow.h"
+#include "Views/Primitives/Surfaces/Shadow.h"
 
 #include <QImage>
 #include <QPainter>

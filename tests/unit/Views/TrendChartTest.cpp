@@ -1,4 +1,4 @@
-#include "Views/Dashboard/TrendChart.h"
+#include "Views/Dashboard/Charts/TrendChart.h"
 #include "support/QtPrinting.h"
 #include "support/UsageBuckets.h"
 

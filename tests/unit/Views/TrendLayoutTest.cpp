@@ -1,4 +1,4 @@
-#include "Views/Dashboard/TrendLayout.h"
+#include "Views/Dashboard/Charts/TrendLayout.h"
 
 #include <gmock/gmock.h>
 

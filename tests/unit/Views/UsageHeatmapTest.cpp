@@ -1,4 +1,4 @@
-#include "Views/Dashboard/UsageHeatmap.h"
+#include "Views/Dashboard/Charts/UsageHeatmap.h"
 #include "support/DateText.h"
 #include "support/QtPrinting.h"
 #include "support/UsageBuckets.h"

@@ -1,4 +1,4 @@
-#include "Views/Dashboard/ValueAxis.h"
+#include "Views/Dashboard/Charts/ValueAxis.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "support/Outline.h"
 
-#include "Views/Primitives/Symbol.h"
+#include "Views/Primitives/Theme/Symbol.h"
 
 #include <QAccessible>
 #include <QHash>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Models/Calendar.h"
-#include "Models/UsageRecords.h"
+#include "Models/Usage/Calendar.h"
+#include "Models/Usage/UsageRecords.h"
 #include "support/DateText.h"
 
 namespace kestrova {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/UsageRecords.h"
+#include "Models/Usage/UsageRecords.h"
 
 namespace kestrova {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/AudioRecorder.h"
+#include "Platform/Audio/AudioRecorder.h"
 #include "Platform/Linux/Audio/PulseAudioConnection.h"
 
 #include <string>

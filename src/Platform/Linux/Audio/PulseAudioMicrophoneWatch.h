@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/AudioInputNews.h"
+#include "Platform/Audio/AudioInputNews.h"
 #include "Platform/Linux/Audio/PulseAudioMicrophone.h"
 
 #include <optional>

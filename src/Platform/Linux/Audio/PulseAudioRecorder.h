@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/AudioInputNews.h"
-#include "Platform/AudioRecorder.h"
+#include "Platform/Audio/AudioInputNews.h"
+#include "Platform/Audio/AudioRecorder.h"
 #include "Platform/Linux/Audio/PulseAudioConnection.h"
 #include "Platform/Linux/Audio/WavFile.h"
 

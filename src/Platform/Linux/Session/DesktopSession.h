@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Platform/DesktopAppearance.h"
-#include "Platform/KeyEventMonitoring.h"
-#include "Platform/KeyEventPosting.h"
+#include "Platform/Keys/KeyEventMonitoring.h"
+#include "Platform/Keys/KeyEventPosting.h"
 #include "Platform/Linux/Applications/ApplicationWindows.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/Workspace.h"

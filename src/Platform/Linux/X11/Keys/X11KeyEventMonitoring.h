@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/KeyEventMonitoring.h"
+#include "Platform/Keys/KeyEventMonitoring.h"
 #include "Platform/Linux/X11/Keys/X11KeyFilter.h"
 #include "Platform/Linux/X11/Keys/X11KeyGrabs.h"
 #include "Platform/Linux/X11/Keys/X11KeyRecording.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Models/HotkeyShortcut.h"
-#include "Platform/KeyEventMonitoring.h"
+#include "Models/Settings/HotkeyShortcut.h"
+#include "Platform/Keys/KeyEventMonitoring.h"
 #include "Platform/Linux/X11/Connection/X11Connection.h"
 
 #include <array>
