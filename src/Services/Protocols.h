@@ -9,6 +9,7 @@
 #include "Models/Usage/UsageRecords.h"
 #include "Models/Usage/UsageTrendPeriod.h"
 #include "Services/HotkeyBinding.h"
+#include "Services/HotkeyStatus.h"
 
 #include <QList>
 #include <QUrl>
@@ -56,15 +57,24 @@ public:
     virtual void observeLateRequests(std::function<void(quint64 number)> handler) = 0;
 };
 
+/// Main thread.
 class HotkeyManaging
 {
 public:
     virtual ~HotkeyManaging() = default;
 
-    /// Replaces all earlier bindings. Main thread.
+    /// Replaces all earlier bindings.
     virtual void registerBindings(const QList<HotkeyBinding> &bindings) = 0;
-    /// Removes all bindings. Main thread.
+    /// Removes all bindings.
     virtual void unregister() = 0;
+
+    /// How the shortcut of a binding stands, or stood when it was last registered.
+    virtual HotkeyStatus status(const HotkeyBinding &binding) const = 0;
+    /// Calls the handler when status() says something else than before. Set once.
+    virtual void observeStatus(std::function<void()> changed) = 0;
+    virtual ShortcutEditing editing() const = 0;
+    /// Opens the desktop's dialog, where there is one.
+    virtual void configure() = 0;
 };
 
 class ModelManaging

@@ -51,6 +51,7 @@ AppController::AppController(const AppEnvironment &environment,
       m_targets(*environment.platform.workspace)
 {
     listenToMicrophone();
+    m_hotkeyManager->observeStatus([this] { readHotkeys(); });
     refreshEnvironmentSnapshot();
     refreshUsageAnalytics();
     registerHotkeys();
@@ -170,6 +171,15 @@ void AppController::registerHotkeys()
     } catch (const std::exception &error) {
         showError(u"Failed to register hotkeys: "_s + userFacingDescription(error));
     }
+    readHotkeys();
+}
+
+void AppController::readHotkeys()
+{
+    QMap<QString, HotkeyStatus> statuses;
+    for (const HotkeyBinding &binding : hotkeyBindings(m_appState->settings.get(), {}, {}))
+        statuses.insert(binding.id, m_hotkeyManager->status(binding));
+    m_appState->hotkeys.set(statuses);
 }
 
 void AppController::unregisterHotkeys()

@@ -61,6 +61,9 @@ public:
     void registerHotkeys();
     /// Disarms them, for as long as a new shortcut is being recorded.
     void unregisterHotkeys();
+    ShortcutEditing shortcutEditing() const { return m_hotkeyManager->editing(); }
+    /// Opens the desktop's dialog for them, where there is one.
+    void configureShortcuts() { m_hotkeyManager->configure(); }
 
     // What the state shows
 
@@ -110,6 +113,7 @@ private:
     void showInstallCommand();
     void commit(const AppSettings &settings);
     void listenToMicrophone();
+    void readHotkeys();
     void finishModelPreparation(const std::optional<QString> &failure);
     void finishMicrophoneRequest(bool isGranted);
     DownloadProgressSink progressSink();

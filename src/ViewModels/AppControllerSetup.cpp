@@ -4,6 +4,7 @@
 #include "Models/ReadableError.h"
 #include "ViewModels/DictationEventHandler.h"
 #include "ViewModels/HotkeyBindings.h"
+#include "ViewModels/HotkeyTexts.h"
 #include "ViewModels/MicrophonePermissionMessages.h"
 
 #include <QPointer>
@@ -180,8 +181,9 @@ void AppController::assignHotbarSlotFromFrontmost(int slotIndex)
 
 QString AppController::hotbarShortcutDisplay(int slotIndex) const
 {
-    const auto shortcut = m_appState->settings.get().hotbarShortcut(slotIndex);
-    return shortcut ? shortcut->displayText() : u"Unavailable"_s;
+    const auto &hotkeys = m_appState->hotkeys.get();
+    const auto hotkey = hotkeys.find(hotbarHotkeyId(slotIndex));
+    return hotkey == hotkeys.end() ? u"Unavailable"_s : shownKeys(*hotkey);
 }
 
 void AppController::updateSettings(const std::function<void(AppSettings &)> &change)

@@ -7,8 +7,10 @@
 #include "Models/Usage/UsageRecords.h"
 #include "Models/Usage/UsageTrendPeriod.h"
 #include "Platform/Audio/AudioRecorder.h"
+#include "Services/HotkeyStatus.h"
 #include "Services/Model/DownloadProgress.h"
 
+#include <QMap>
 #include <QObject>
 
 namespace kestrova {
@@ -81,6 +83,8 @@ public:
     Published<std::optional<RecordingProblem>> recordingProblem{*this,
                                                                 &AppState::recordingProblemChanged};
     Published<AppSettings> settings;
+    /// How the shortcuts of the settings stand, by the identifiers of their bindings.
+    Published<QMap<QString, HotkeyStatus>> hotkeys{*this, &AppState::hotkeysChanged};
     Published<UsageDashboardSnapshot> usageSnapshot{*this, &AppState::usageSnapshotChanged,
                                                     UsageDashboardSnapshot::empty()};
     Published<UsageTrendPeriod> usageTrendPeriod{*this, &AppState::usageTrendPeriodChanged,
@@ -111,6 +115,7 @@ Q_SIGNALS:
     void microphoneChanged();
     void recordingProblemChanged();
     void settingsChanged();
+    void hotkeysChanged();
     void usageSnapshotChanged();
     void usageTrendPeriodChanged();
     void usageTrendBucketsChanged();

@@ -22,7 +22,7 @@ std::optional<int> slotWithShortcut(const AppSettings &settings, const HotkeySho
 QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<void()> toggleMain,
                                     const std::function<void(int slotIndex)> &toggleSlot)
 {
-    QList<HotkeyBinding> bindings{{.id = u"toggle"_s,
+    QList<HotkeyBinding> bindings{{.id = mainHotkeyId(),
                                    .shortcut = settings.shortcut,
                                    .handler = std::move(toggleMain),
                                    .description = u"Start or end a dictation"_s}};
@@ -30,7 +30,7 @@ QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<v
         if (const auto shortcut = settings.hotbarShortcut(slot)) {
             // Without the application's name: a desktop may ask its user about each new
             // description.
-            bindings.append({.id = u"hotbar-%1"_s.arg(slot),
+            bindings.append({.id = hotbarHotkeyId(slot),
                              .shortcut = *shortcut,
                              .handler = [toggleSlot, slot] { toggleSlot(slot); },
                              .isExclusive = settings.assignment(slot).isAssigned(),

@@ -5,6 +5,16 @@
 
 namespace kestrova {
 
+/// The identifiers of the bindings.
+inline QString mainHotkeyId()
+{
+    return QStringLiteral("toggle");
+}
+inline QString hotbarHotkeyId(int slotIndex)
+{
+    return QStringLiteral("hotbar-%1").arg(slotIndex);
+}
+
 /// The binding "toggle" of the main shortcut, then "hotbar-1" to "hotbar-9", assigned or not. Those
 /// of unassigned slots take their shortcuts from no other program.
 QList<HotkeyBinding> hotkeyBindings(const AppSettings &settings, std::function<void()> toggleMain,

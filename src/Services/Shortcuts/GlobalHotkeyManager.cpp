@@ -28,8 +28,9 @@ void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
 {
     unregister();
     m_bindings = bindings;
-    m_globalMonitor = m_monitoring.addGlobalMonitor(
-        KeyEvent::keyDown, [this](const KeyEvent &event) { handle(event); });
+    m_globalMonitor =
+        m_monitoring.addGlobalMonitor(KeyEvent::keyDown | KeyEvent::keyboardChanged,
+                                      [this](const KeyEvent &event) { handleGlobally(event); });
     m_localMonitor = m_monitoring.addLocalMonitor(
         KeyEvent::keyDown, [this](const KeyEvent &event) { return handle(event); });
     m_withheldShortcuts = m_monitoring.withhold(exclusiveShortcutsOf(bindings));
@@ -41,6 +42,29 @@ void GlobalHotkeyManager::unregister()
     m_localMonitor.reset();
     m_withheldShortcuts.reset();
     m_bindings.clear();
+}
+
+HotkeyStatus GlobalHotkeyManager::status(const HotkeyBinding &binding) const
+{
+    const HotkeyShortcut &shortcut = binding.shortcut;
+    HotkeyStatus status{.keys = shortcut.displayText()};
+    if (m_monitoring.canType(shortcut))
+        return status;
+    status.state = HotkeyStatus::untypable;
+    for (const auto modifier : {HotkeyShortcut::command, HotkeyShortcut::shift,
+                                HotkeyShortcut::option, HotkeyShortcut::control}) {
+        if (shortcut.has(modifier) && !m_monitoring.canType({shortcut.keyCode, modifier}))
+            status.missingModifiers |= modifier;
+    }
+    return status;
+}
+
+void GlobalHotkeyManager::handleGlobally(const KeyEvent &event) const
+{
+    if (event.type == KeyEvent::keyboardChanged)
+        m_changed();
+    else
+        handle(event);
 }
 
 bool GlobalHotkeyManager::handle(const KeyEvent &event) const

@@ -22,8 +22,14 @@ public:
     /// call this, unregister(), and destroy the manager.
     void registerBindings(const QList<HotkeyBinding> &bindings) override;
     void unregister() override;
+    /// Armed unless the present keyboard lacks what it takes to type it.
+    HotkeyStatus status(const HotkeyBinding &binding) const override;
+    void observeStatus(std::function<void()> changed) override { m_changed = std::move(changed); }
+    ShortcutEditing editing() const override { return ShortcutEditing::inProgram; }
+    void configure() override {}
 
 private:
+    void handleGlobally(const KeyEvent &event) const;
     bool handle(const KeyEvent &event) const;
 
     KeyEventMonitoring &m_monitoring;
@@ -31,6 +37,7 @@ private:
     std::unique_ptr<KeyEventMonitoring::Monitor> m_localMonitor;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_withheldShortcuts;
     QList<HotkeyBinding> m_bindings;
+    std::function<void()> m_changed = [] {};
 };
 
 } // namespace kestrova

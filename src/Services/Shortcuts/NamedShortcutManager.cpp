@@ -8,7 +8,7 @@ NamedShortcutManager::NamedShortcutManager(GlobalShortcuts &shortcuts)
     : m_shortcuts(shortcuts),
       m_observation(shortcuts.observe(
           {.activated = [this](const QString &id, const QByteArray &) { handle(id); },
-           .changed = [] {}}))
+           .changed = [this] { m_changed(); }}))
 {
 }
 
@@ -22,6 +22,26 @@ void NamedShortcutManager::registerBindings(const QList<HotkeyBinding> &bindings
         return;
     m_asked = wanted;
     m_shortcuts.bind(wanted);
+}
+
+HotkeyStatus NamedShortcutManager::status(const HotkeyBinding &binding) const
+{
+    switch (m_shortcuts.binding(binding.id)) {
+    case GlobalShortcuts::Binding::none:
+    case GlobalShortcuts::Binding::pending:
+        return {HotkeyStatus::pending, binding.shortcut.displayText()};
+    case GlobalShortcuts::Binding::bound:
+        return {HotkeyStatus::armed, m_shortcuts.triggerText(binding.id)};
+    case GlobalShortcuts::Binding::refused:
+        return {HotkeyStatus::refused};
+    }
+    Q_UNREACHABLE();
+}
+
+ShortcutEditing NamedShortcutManager::editing() const
+{
+    return m_shortcuts.canConfigure() ? ShortcutEditing::inDesktopDialog
+                                      : ShortcutEditing::inDesktopSettings;
 }
 
 void NamedShortcutManager::handle(const QString &id) const

@@ -21,6 +21,10 @@ public:
     void registerBindings(const QList<HotkeyBinding> &bindings) override;
     /// The desktop keeps the shortcuts, which do nothing meanwhile.
     void unregister() override { m_bindings.clear(); }
+    HotkeyStatus status(const HotkeyBinding &binding) const override;
+    void observeStatus(std::function<void()> changed) override { m_changed = std::move(changed); }
+    ShortcutEditing editing() const override;
+    void configure() override { m_shortcuts.configure(); }
 
 private:
     void handle(const QString &id) const;
@@ -28,6 +32,7 @@ private:
     GlobalShortcuts &m_shortcuts;
     std::optional<QList<NamedShortcut>> m_asked;
     QList<HotkeyBinding> m_bindings;
+    std::function<void()> m_changed = [] {};
     std::unique_ptr<GlobalShortcuts::Observation> m_observation;
 };
 

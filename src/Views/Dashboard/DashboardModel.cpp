@@ -1,8 +1,9 @@
 #include "Views/Dashboard/DashboardModel.h"
 
+#include "ViewModels/HotkeyBindings.h"
+#include "ViewModels/HotkeyTexts.h"
 #include "Views/Dashboard/Overview/OverviewRows.h"
 #include "Views/Dashboard/UsageText.h"
-#include "Views/ShortcutHint.h"
 #include "Views/ShownPart.h"
 
 #include <QTextBoundaryFinder>
@@ -36,14 +37,17 @@ QString initialOf(const QString &name)
     return trimmed.left(end).toUpper();
 }
 
-HotbarSlotRow rowOf(int slotIndex, const AppController &controller, const AppSettings &settings)
+HotbarSlotRow rowOf(int slotIndex, AppController &controller)
 {
-    const HotbarSlotAssignment slot = settings.assignment(slotIndex);
+    const AppState &state = controller.appState();
+    const HotbarSlotAssignment slot = state.settings.get().assignment(slotIndex);
+    const HotkeyStatus hotkey = state.hotkeys.get().value(hotbarHotkeyId(slotIndex));
     HotbarSlotRow row;
     row.slotIndex = slotIndex;
     row.title = u"Slot %1"_s.arg(slotIndex);
     row.appName = slot.displayName();
     row.shortcut = controller.hotbarShortcutDisplay(slotIndex);
+    row.shortcutHint = hotkeyHint(hotkey, controller.shortcutEditing());
     row.isAssigned = slot.isAssigned();
     if (row.isAssigned)
         row.initial = initialOf(row.appName);
@@ -53,10 +57,7 @@ HotbarSlotRow rowOf(int slotIndex, const AppController &controller, const AppSet
 } // namespace
 
 DashboardModel::DashboardModel(AppController &controller, KeyEventMonitoring &monitoring)
-    : m_controller(controller), m_state(controller.appState()), m_keyboard(monitoring),
-      m_recorder(controller, monitoring),
-      m_keyboardMonitor(monitoring.addGlobalMonitor(
-          KeyEvent::keyboardChanged, [this](const KeyEvent &) { Q_EMIT hotbarSlotsChanged(); }))
+    : m_controller(controller), m_state(controller.appState()), m_recorder(controller, monitoring)
 {
     m_controller.refreshUsageAnalytics();
     followBuckets();
@@ -65,6 +66,7 @@ DashboardModel::DashboardModel(AppController &controller, KeyEventMonitoring &mo
     connect(&m_state, &AppState::usageSnapshotChanged, this, &DashboardModel::slotUsageChanged);
     connect(&m_state, &AppState::settingsChanged, this, &DashboardModel::slotUsageChanged);
     connect(&m_state, &AppState::settingsChanged, this, &DashboardModel::hotbarSlotsChanged);
+    connect(&m_state, &AppState::hotkeysChanged, this, &DashboardModel::hotbarSlotsChanged);
     connect(&m_state, &AppState::lastErrorChanged, this, &DashboardModel::lastErrorChanged);
     connect(&m_state, &AppState::usageTrendPeriodChanged, this, &DashboardModel::followPeriod);
     connect(&m_state, &AppState::usageTrendBucketsChanged, this, &DashboardModel::followBuckets);
@@ -116,15 +118,24 @@ QVariantList DashboardModel::slotUsage() const
     return rows;
 }
 
-// It names the shortcuts that a new user starts with, whatever has been changed since.
 QString DashboardModel::hotbarExplanation() const
 {
-    const auto numbered = [](int slotIndex) {
-        return HotkeyShortcut::defaultHotbarNumber(slotIndex)->displayText();
-    };
-    return u"Use %1 for default routing. Hotbar defaults are %2 through %3, and custom slot "
-           "shortcuts override them."_s.arg(HotkeyShortcut::defaultMain().displayText(),
-                                            numbered(1), numbered(HotbarSlotAssignment::slotCount));
+    return kestrova::hotbarExplanation(m_controller.shortcutEditing());
+}
+
+bool DashboardModel::recordsShortcuts() const
+{
+    return m_controller.shortcutEditing() == ShortcutEditing::inProgram;
+}
+
+bool DashboardModel::configuresShortcuts() const
+{
+    return m_controller.shortcutEditing() == ShortcutEditing::inDesktopDialog;
+}
+
+void DashboardModel::configureShortcuts()
+{
+    m_controller.configureShortcuts();
 }
 
 QString DashboardModel::lastError() const
@@ -145,13 +156,8 @@ int DashboardModel::slotCount() const
 QVariantList DashboardModel::hotbarSlots() const
 {
     QVariantList rows;
-    const AppSettings &settings = m_state.settings.get();
-    for (int slotIndex = 1; slotIndex <= slotCount(); ++slotIndex) {
-        HotbarSlotRow row = rowOf(slotIndex, m_controller, settings);
-        if (const auto shortcut = settings.hotbarShortcut(slotIndex))
-            row.shortcutHint = kestrova::shortcutHint(m_keyboard, *shortcut);
-        rows.append(QVariant::fromValue(row));
-    }
+    for (int slotIndex = 1; slotIndex <= slotCount(); ++slotIndex)
+        rows.append(QVariant::fromValue(rowOf(slotIndex, m_controller)));
     return rows;
 }
 

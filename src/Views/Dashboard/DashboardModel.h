@@ -32,6 +32,9 @@ class DashboardModel : public QObject
     Q_PROPERTY(QVariantList slotUsage READ slotUsage NOTIFY slotUsageChanged)
 
     Q_PROPERTY(QString hotbarExplanation READ hotbarExplanation CONSTANT)
+    /// Whether shortcuts are recorded here, or in a dialog of the desktop's that can be opened.
+    Q_PROPERTY(bool recordsShortcuts READ recordsShortcuts CONSTANT)
+    Q_PROPERTY(bool configuresShortcuts READ configuresShortcuts CONSTANT)
     /// Empty when there is none.
     Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
     Q_PROPERTY(int slotCount READ slotCount CONSTANT)
@@ -65,6 +68,9 @@ public:
     QVariantList slotUsage() const;
 
     QString hotbarExplanation() const;
+    bool recordsShortcuts() const;
+    bool configuresShortcuts() const;
+    Q_INVOKABLE void configureShortcuts();
     QString lastError() const;
     Q_INVOKABLE void copyError();
     int slotCount() const;
@@ -108,9 +114,7 @@ private:
 
     AppController &m_controller;
     AppState &m_state;
-    KeyEventMonitoring &m_keyboard;
     ShortcutRecorder m_recorder;
-    const std::unique_ptr<KeyEventMonitoring::Monitor> m_keyboardMonitor;
     UsageChartStyle m_chartStyle = Bar;
     UsageSummary m_totals;
     TrendChart m_trendChart;

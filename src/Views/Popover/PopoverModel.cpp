@@ -1,5 +1,7 @@
 #include "Views/Popover/PopoverModel.h"
 
+#include "ViewModels/HotkeyBindings.h"
+#include "ViewModels/HotkeyTexts.h"
 #include "ViewModels/MicrophoneHints.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
@@ -21,7 +23,7 @@ PopoverModel::PopoverModel(AppController &controller, QObject *parent)
           &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
           &AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged,
           &AppState::permissionsChanged, &AppState::microphoneChanged,
-          &AppState::recordingProblemChanged, &AppState::settingsChanged})
+          &AppState::recordingProblemChanged, &AppState::hotkeysChanged})
         connect(&m_state, signal, this, &PopoverModel::changed);
     connect(&m_state, &AppState::modelDownloadChanged, this, &PopoverModel::downloadChanged);
 }
@@ -124,7 +126,7 @@ QString PopoverModel::wordsProcessed() const
 
 QString PopoverModel::shortcut() const
 {
-    return m_state.settings.get().shortcut.displayText();
+    return shownKeys(m_state.hotkeys.get().value(mainHotkeyId()));
 }
 
 bool PopoverModel::lacksPermission() const

@@ -38,16 +38,24 @@ ColumnLayout {
             PushButton {
                 prominent: true
                 text: "Record Shortcut"
+                visible: tab.model.recordsShortcuts
                 onClicked: tab.model.recordShortcut()
             }
             PushButton {
                 text: "Reset to Default"
+                visible: tab.model.recordsShortcuts
                 onClicked: tab.model.resetShortcut()
+            }
+            PushButton {
+                prominent: true
+                text: "Configure Shortcuts"
+                visible: tab.model.configuresShortcuts
+                onClicked: tab.model.configureShortcuts()
             }
         }
         StyledText {
             Layout.fillWidth: true
-            text: "Tip: press Escape in the recorder to cancel."
+            text: tab.model.shortcutTip
             style: Theme.caption
             color: Theme.secondary
             wrapMode: Text.Wrap

@@ -1,10 +1,11 @@
 #include "Views/Settings/SettingsModel.h"
 
+#include "ViewModels/HotkeyBindings.h"
+#include "ViewModels/HotkeyTexts.h"
 #include "ViewModels/MicrophoneHints.h"
 #include "ViewModels/MicrophonePermissionMessages.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
-#include "Views/ShortcutHint.h"
 #include "Views/ShownPart.h"
 
 #include <QTextStream>
@@ -41,15 +42,13 @@ QString address(SettingsModel::ModelPreset preset)
 
 SettingsModel::SettingsModel(AppController &controller, Platform &platform)
     : m_controller(controller), m_state(controller.appState()), m_platform(platform),
-      m_recorder(controller, *platform.keyMonitoring),
-      m_keyboardMonitor(platform.keyMonitoring->addGlobalMonitor(
-          KeyEvent::keyboardChanged, [this](const KeyEvent &) { Q_EMIT changed(); }))
+      m_recorder(controller, *platform.keyMonitoring)
 {
     for (const auto signal :
          {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,
           &AppState::isPreparingModelChanged, &AppState::isWhisperCLIReadyChanged,
           &AppState::resolvedWhisperCLIPathChanged, &AppState::permissionsChanged,
-          &AppState::microphoneChanged, &AppState::settingsChanged})
+          &AppState::microphoneChanged, &AppState::settingsChanged, &AppState::hotkeysChanged})
         connect(&m_state, signal, this, &SettingsModel::changed);
     connect(&m_state, &AppState::modelDownloadChanged, this, &SettingsModel::downloadChanged);
 }
@@ -81,12 +80,32 @@ void SettingsModel::copyError()
 
 QString SettingsModel::shortcut() const
 {
-    return m_state.settings.get().shortcut.displayText();
+    return shownKeys(m_state.hotkeys.get().value(mainHotkeyId()));
 }
 
 QString SettingsModel::shortcutHint() const
 {
-    return kestrova::shortcutHint(*m_platform.keyMonitoring, m_state.settings.get().shortcut);
+    return hotkeyHint(m_state.hotkeys.get().value(mainHotkeyId()), m_controller.shortcutEditing());
+}
+
+bool SettingsModel::recordsShortcuts() const
+{
+    return m_controller.shortcutEditing() == ShortcutEditing::inProgram;
+}
+
+bool SettingsModel::configuresShortcuts() const
+{
+    return m_controller.shortcutEditing() == ShortcutEditing::inDesktopDialog;
+}
+
+QString SettingsModel::shortcutTip() const
+{
+    return shortcutEditingTip(m_controller.shortcutEditing());
+}
+
+void SettingsModel::configureShortcuts()
+{
+    m_controller.configureShortcuts();
 }
 
 void SettingsModel::recordShortcut()

@@ -24,8 +24,12 @@ class SettingsModel final : public QObject
 
     // General
     Q_PROPERTY(QString shortcut READ shortcut NOTIFY changed)
-    /// Why the shortcut cannot be typed on this keyboard; empty when it can.
+    /// Why the shortcut does not do what the user expects; empty when it does.
     Q_PROPERTY(QString shortcutHint READ shortcutHint NOTIFY changed)
+    /// Whether shortcuts are recorded here, or in a dialog of the desktop's that can be opened.
+    Q_PROPERTY(bool recordsShortcuts READ recordsShortcuts CONSTANT)
+    Q_PROPERTY(bool configuresShortcuts READ configuresShortcuts CONSTANT)
+    Q_PROPERTY(QString shortcutTip READ shortcutTip CONSTANT)
     Q_PROPERTY(kestrova::ShortcutRecorder *recorder READ recorder CONSTANT)
     Q_PROPERTY(Theme theme READ theme WRITE setTheme NOTIFY changed)
 
@@ -81,6 +85,9 @@ public:
 
     QString shortcut() const;
     QString shortcutHint() const;
+    bool recordsShortcuts() const;
+    bool configuresShortcuts() const;
+    QString shortcutTip() const;
     ShortcutRecorder *recorder() { return &m_recorder; }
     Theme theme() const;
     void setTheme(Theme theme);
@@ -118,6 +125,7 @@ public:
     /// Opens the recorder for the main shortcut.
     Q_INVOKABLE void recordShortcut();
     Q_INVOKABLE void resetShortcut();
+    Q_INVOKABLE void configureShortcuts();
     Q_INVOKABLE void openDashboard();
     Q_INVOKABLE void installWhisperCpp();
     Q_INVOKABLE void refresh();
@@ -145,7 +153,6 @@ private:
     const AppState &m_state;
     Platform &m_platform;
     ShortcutRecorder m_recorder;
-    const std::unique_ptr<KeyEventMonitoring::Monitor> m_keyboardMonitor;
 };
 
 } // namespace kestrova

@@ -188,6 +188,22 @@ TEST_F(GlobalHotkeyManagerTest, AHandlerMayReplaceTheBindings)
     EXPECT_EQ(called, (QStringList{u"first"_s, u"second"_s}));
 }
 
+TEST_F(GlobalHotkeyManagerTest, AShortcutIsArmedUnlessTheKeyboardCannotTypeIt)
+{
+    const HotkeyBinding toggle = binding(u"toggle"_s, {space, command | shift});
+    int changes = 0;
+    manager.observeStatus([&] { ++changes; });
+    manager.registerBindings({toggle});
+    EXPECT_EQ(manager.status(toggle), (HotkeyStatus{.keys = u"⌘⇧Space"_s}));
+
+    monitoring.setMissingModifiers(command | option);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(manager.status(toggle),
+              (HotkeyStatus{HotkeyStatus::untypable, u"⌘⇧Space"_s, command}));
+    EXPECT_EQ(called, QStringList()) << "a change of the keyboard is no key";
+    EXPECT_EQ(manager.editing(), ShortcutEditing::inProgram);
+}
+
 TEST_F(GlobalHotkeyManagerTest, AHandlerMayUnregister)
 {
     manager.registerBindings({{u"first"_s, {space, command | shift}, [this] {

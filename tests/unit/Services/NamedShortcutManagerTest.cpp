@@ -85,6 +85,37 @@ TEST_F(NamedShortcutManagerTest, TheDesktopIsAskedAgainOnlyForSomethingElse)
     EXPECT_EQ(shortcuts.binding(u"toggle"_s), Binding::pending);
 }
 
+TEST_F(NamedShortcutManagerTest, AShortcutIsCalledWhatTheDesktopCallsIt)
+{
+    const HotkeyBinding toggle = binding(u"toggle"_s, mainShortcut);
+    int changes = 0;
+    manager->observeStatus([&] { ++changes; });
+    EXPECT_EQ(manager->status(toggle), (HotkeyStatus{HotkeyStatus::pending, u"⌘⇧Space"_s}))
+        << "it has not even been asked for";
+    manager->registerBindings({toggle});
+    EXPECT_EQ(manager->status(toggle), (HotkeyStatus{HotkeyStatus::pending, u"⌘⇧Space"_s}));
+
+    shortcuts.accept();
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(manager->status(toggle), (HotkeyStatus{HotkeyStatus::armed, u"keys of toggle"_s}));
+    shortcuts.change(u"toggle"_s, u"F9"_s);
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(manager->status(toggle), (HotkeyStatus{HotkeyStatus::armed, u"F9"_s}));
+    manager->unregister();
+    EXPECT_EQ(manager->status(toggle).keys, u"F9"_s) << "while another is recorded, too";
+    shortcuts.change(u"toggle"_s, {});
+    EXPECT_EQ(manager->status(toggle), (HotkeyStatus{HotkeyStatus::refused}));
+}
+
+TEST_F(NamedShortcutManagerTest, TheKeysAreChosenInTheDesktopsDialogWhereItHasOne)
+{
+    EXPECT_EQ(manager->editing(), ShortcutEditing::inDesktopDialog);
+    manager->configure();
+    EXPECT_EQ(shortcuts.configurations(), 1);
+    shortcuts.setCanConfigure(false);
+    EXPECT_EQ(manager->editing(), ShortcutEditing::inDesktopSettings);
+}
+
 TEST_F(NamedShortcutManagerTest, NoBindingsAreAskedForToo)
 {
     manager->registerBindings({});

@@ -153,6 +153,26 @@ TEST_F(AppControllerHotkeysTest, WhereTheDesktopBindsShortcutsByNameThoseDictate
     end();
 }
 
+TEST_F(AppControllerHotkeysTest, TheStateFollowsWhatTheDesktopDoesWithTheShortcuts)
+{
+    end();
+    FakeGlobalShortcuts &shortcuts = fake.useNamedShortcuts();
+    launch();
+    const auto hotkey = [this](const QString &id) { return state().hotkeys.get().value(id); };
+    EXPECT_EQ(hotkey(u"toggle"_s).state, HotkeyStatus::pending);
+    shortcuts.accept();
+    EXPECT_EQ(changes(), QStringList{u"hotkeys"_s});
+    EXPECT_EQ(hotkey(u"toggle"_s), (HotkeyStatus{.keys = u"keys of toggle"_s}));
+    EXPECT_EQ(controller->hotbarShortcutDisplay(9), u"keys of hotbar-9"_s);
+
+    shortcuts.change(u"hotbar-9"_s, {});
+    EXPECT_EQ(hotkey(u"hotbar-9"_s).state, HotkeyStatus::refused);
+    EXPECT_EQ(controller->hotbarShortcutDisplay(9), u"None"_s);
+    controller->configureShortcuts();
+    EXPECT_EQ(shortcuts.configurations(), 1);
+    end();
+}
+
 TEST_F(AppControllerHotkeysTest, AFailedRegistrationIsShown)
 {
     end();

@@ -30,6 +30,7 @@ public:
         follow(state, &AppState::microphoneChanged, u"microphone"_s);
         follow(state, &AppState::recordingProblemChanged, u"recordingProblem"_s);
         follow(state, &AppState::settingsChanged, u"settings"_s);
+        follow(state, &AppState::hotkeysChanged, u"hotkeys"_s);
         follow(state, &AppState::usageSnapshotChanged, u"usageSnapshot"_s);
         follow(state, &AppState::usageTrendPeriodChanged, u"usageTrendPeriod"_s);
         follow(state, &AppState::usageTrendBucketsChanged, u"usageTrendBuckets"_s);

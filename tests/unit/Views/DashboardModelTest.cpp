@@ -78,6 +78,24 @@ TEST_F(DashboardModelTest, ASlotWhoseShortcutTheKeyboardCannotTypeSaysSo)
     EXPECT_EQ(slot(2).shortcutHint, QString());
 }
 
+TEST_F(DashboardModelTest, WhereTheDesktopDecidesASlotShowsTheKeysThatItHasThere)
+{
+    end();
+    FakeGlobalShortcuts &shortcuts = fake.useNamedShortcuts();
+    launch();
+    open();
+    EXPECT_FALSE(model->recordsShortcuts());
+    EXPECT_TRUE(model->configuresShortcuts());
+    EXPECT_EQ(slot(1).shortcutHint, u"The desktop has not confirmed this shortcut yet."_s);
+    shortcuts.accept();
+    EXPECT_EQ(slot(1).shortcut, u"keys of hotbar-1"_s);
+    EXPECT_EQ(slot(1).shortcutHint, QString());
+    model->configureShortcuts();
+    EXPECT_EQ(shortcuts.configurations(), 1);
+    model.reset();
+    end();
+}
+
 TEST_F(DashboardModelTest, OpeningReadsTheUsageAnew)
 {
     record({eventAt(date("2024-03-15T11:30:00+01:00"), 5)});

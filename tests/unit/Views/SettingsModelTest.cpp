@@ -27,6 +27,8 @@ protected:
     QStringList opened;
 };
 
+using NamedShortcutsInSettingsTest = ControllerTest;
+
 TEST_F(SettingsModelTest, TheStatusIsThatOfTheDictation)
 {
     EXPECT_EQ(model.statusText(), u"Ready"_s);
@@ -68,6 +70,34 @@ TEST_F(SettingsModelTest, AShortcutThatTheKeyboardCannotTypeIsExplainedAsLongAsI
     EXPECT_EQ(model.shortcutHint(), QString());
     fake.keyboard.setMissingModifiers(HotkeyShortcut::option | HotkeyShortcut::control);
     EXPECT_TRUE(model.shortcutHint().contains(u": it has no Alt (⌥) and no Ctrl (⌃) key."_s));
+}
+
+TEST_F(SettingsModelTest, ShortcutsAreRecordedWhereTheProgramDecidesOnThem)
+{
+    EXPECT_TRUE(model.recordsShortcuts());
+    EXPECT_FALSE(model.configuresShortcuts());
+    EXPECT_EQ(model.shortcutTip(), u"Tip: press Escape in the recorder to cancel."_s);
+}
+
+TEST_F(NamedShortcutsInSettingsTest, WhereTheDesktopDecidesTheSettingsOfferItsDialog)
+{
+    FakeGlobalShortcuts &shortcuts = fake.useNamedShortcuts();
+    launch();
+    SettingsModel model{*controller, fake.platform};
+    EXPECT_FALSE(model.recordsShortcuts());
+    EXPECT_TRUE(model.configuresShortcuts());
+    EXPECT_EQ(model.shortcut(), u"⌘⇧Space"_s);
+    EXPECT_EQ(model.shortcutHint(), u"The desktop has not confirmed this shortcut yet."_s);
+    shortcuts.refuse();
+    EXPECT_EQ(model.shortcut(), u"None"_s);
+    model.configureShortcuts();
+    EXPECT_EQ(shortcuts.configurations(), 1);
+    shortcuts.change(u"toggle"_s, u"Logo+D"_s);
+    EXPECT_EQ(model.shortcut(), u"Logo+D"_s);
+    EXPECT_EQ(model.shortcutHint(), QString());
+    shortcuts.setCanConfigure(false);
+    EXPECT_FALSE(model.configuresShortcuts());
+    EXPECT_FALSE(model.recordsShortcuts());
 }
 
 TEST_F(SettingsModelTest, TheRecorderSetsTheMainShortcut)

@@ -18,6 +18,11 @@ ColumnLayout {
         title: "Hotbar App Assignment"
         subtitle: tab.model.hotbarExplanation
     }
+    PushButton {
+        text: "Configure Shortcuts"
+        visible: tab.model.configuresShortcuts
+        onClicked: tab.model.configureShortcuts()
+    }
     // Why a slot could not be assigned, or a shortcut not be taken.
     DangerCard {
         Layout.fillWidth: true
@@ -32,6 +37,7 @@ ColumnLayout {
 
             Layout.fillWidth: true
             slot: tab.model.hotbarSlots[index]
+            recordsShortcuts: tab.model.recordsShortcuts
             onAssignRequested: tab.model.assignFrontmost(slot.slotIndex)
             onRecordRequested: tab.model.recordShortcut(slot.slotIndex)
             onResetRequested: tab.model.resetShortcut(slot.slotIndex)

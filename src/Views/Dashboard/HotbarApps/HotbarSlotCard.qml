@@ -9,6 +9,7 @@ SurfaceCard {
 
     // A HotbarSlotRow.
     required property var slot
+    property bool recordsShortcuts: true
     signal assignRequested
     signal recordRequested
     signal resetRequested
@@ -92,11 +93,13 @@ SurfaceCard {
             }
             PushButton {
                 text: "Record Shortcut"
+                visible: card.recordsShortcuts
                 Accessible.description: card.slot.title
                 onClicked: card.recordRequested()
             }
             PushButton {
                 text: "Reset Shortcut"
+                visible: card.recordsShortcuts
                 Accessible.description: card.slot.title
                 onClicked: card.resetRequested()
             }
