@@ -33,6 +33,18 @@ struct RunningApplication
     bool operator==(const RunningApplication &) const = default;
 };
 
+/// What a desktop lets a program know of the applications of others, and do with them.
+struct WorkspaceCapabilities
+{
+    /// Without an application in front there is none. Otherwise there may be one that is not known.
+    bool knowsFront = false;
+    bool canActivate = false; ///< activate() is heard
+    bool canList = false;     ///< what is not listed does not run
+
+    static constexpr WorkspaceCapabilities all() { return {true, true, true}; }
+    bool operator==(const WorkspaceCapabilities &) const = default;
+};
+
 /// The applications of the desktop. Used on the main thread only; every call returns promptly.
 class Workspace
 {
@@ -46,7 +58,11 @@ public:
 
     virtual ~Workspace() = default;
 
-    /// The application whose window has the keyboard; none on an empty desktop.
+    /// The same each time.
+    virtual WorkspaceCapabilities capabilities() const = 0;
+
+    /// The application whose window has the keyboard; none on an empty desktop, and where it is
+    /// not known.
     virtual std::optional<RunningApplication> frontmostApplication() = 0;
     /// None also for a process that several applications share.
     virtual std::optional<RunningApplication> runningApplication(qint32 processIdentifier) = 0;

@@ -65,6 +65,12 @@ public:
     /// Opens the desktop's dialog for them, where there is one.
     void configureShortcuts() { m_hotkeyManager->configure(); }
 
+    /// What can be known of other applications here, and done with them.
+    WorkspaceCapabilities workspaceCapabilities() const
+    {
+        return m_environment.platform.workspace->capabilities();
+    }
+
     // What the state shows
 
     /// Reads permissions, model and tool anew.

@@ -94,4 +94,17 @@ QString hotbarExplanation(ShortcutEditing editing)
                                             numbered(1), numbered(HotbarSlotAssignment::slotCount));
 }
 
+QString hotbarLimits(const WorkspaceCapabilities &capabilities)
+{
+    QStringList limits;
+    if (!capabilities.knowsFront)
+        limits.append(u"This desktop does not tell programs which application is in front, so that "
+                      "none can be assigned from there."_s);
+    if (!capabilities.canActivate)
+        limits.append(
+            u"This desktop lets no program bring another one to the front: an application "
+            "that is running has to be there when its slot is used."_s);
+    return limits.join(u' ');
+}
+
 } // namespace kestrova

@@ -30,8 +30,11 @@ InsertionTargets::InsertionTargets(Workspace &workspace)
 
 std::optional<TargetApplication> InsertionTargets::preferred() const
 {
-    const auto front = externalTarget(m_workspace.frontmostApplication());
-    return front ? front : m_lastExternalApplication;
+    const auto front = m_workspace.frontmostApplication();
+    if (!front && !m_workspace.capabilities().knowsFront)
+        return std::nullopt;
+    const auto target = externalTarget(front);
+    return target ? target : m_lastExternalApplication;
 }
 
 std::optional<TargetApplication> InsertionTargets::forHotbarSlot(const AppSettings &settings,

@@ -14,7 +14,7 @@ public:
     explicit InsertionTargets(Workspace &workspace);
 
     /// The application in front, or the last one that was when it is this program or none; none
-    /// when there was none.
+    /// when there was none, and where it is not known which one is in front: whatever is.
     std::optional<TargetApplication> preferred() const;
     /// The application assigned to the slot, with the process identifier 0 when it is not running
     /// or shares its process; none when the slot is not assigned.

@@ -38,12 +38,19 @@ void FakeDesktop::bringToFront(qint32 processIdentifier)
             if (application.isActive)
                 front = application;
         }
-        observers = m_observers;
+        if (m_tells)
+            observers = m_observers;
     }
     if (!front)
         return;
     for (const Observer &observer : observers)
         observer.handler(*front);
+}
+
+void FakeDesktop::tellNothing()
+{
+    const std::lock_guard lock(m_mutex);
+    m_tells = false;
 }
 
 void FakeDesktop::setHook(Hook hook)
@@ -121,7 +128,18 @@ void FakeDesktop::note(const QString &action)
 QList<RunningApplication> FakeDesktop::running() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_running;
+    return m_tells ? m_running : QList<RunningApplication>();
+}
+
+bool FakeDesktop::tells() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_tells;
+}
+
+WorkspaceCapabilities FakeWorkspace::capabilities() const
+{
+    return m_desktop->tells() ? WorkspaceCapabilities::all() : WorkspaceCapabilities();
 }
 
 std::optional<RunningApplication> FakeWorkspace::frontmostApplication()
@@ -155,14 +173,15 @@ QList<RunningApplication> FakeWorkspace::runningApplications(const QString &bund
 bool FakeWorkspace::isOfApplication(qint32 processIdentifier, const RunningApplication &application)
 {
     const std::lock_guard lock(m_desktop->m_mutex);
-    return processIdentifier >= 1 &&
+    return m_desktop->m_tells && processIdentifier >= 1 &&
            m_desktop->m_helpers.value(processIdentifier, processIdentifier) ==
                application.processIdentifier;
 }
 
 void FakeWorkspace::activate(const RunningApplication &application)
 {
-    m_desktop->note(u"activate %1"_s.arg(application.processIdentifier));
+    if (m_desktop->tells())
+        m_desktop->note(u"activate %1"_s.arg(application.processIdentifier));
 }
 
 bool FakeWorkspace::isInstalled(const QString &bundleIdentifier)
@@ -182,7 +201,8 @@ bool FakeWorkspace::isStarting(qint32 processIdentifier)
 {
     const bool isRunning = runningApplication(processIdentifier).has_value();
     const std::lock_guard lock(m_desktop->m_mutex);
-    return !isRunning && processIdentifier > 0 && processIdentifier == m_desktop->m_launchedProcess;
+    return m_desktop->m_tells && !isRunning && processIdentifier > 0 &&
+           processIdentifier == m_desktop->m_launchedProcess;
 }
 
 void FakeWorkspace::keepOffTaskBars(quint64 window)

@@ -27,6 +27,9 @@ public:
     /// 0: no application is in front. Observers are told. The application's window with the
     /// keyboard has the number of its process.
     void bringToFront(qint32 processIdentifier);
+    /// From now on it tells a program nothing about other applications, and brings none to the
+    /// front for it. What is installed can be started.
+    void tellNothing();
     /// Called after each action has been noted.
     void setHook(Hook hook);
     /// Whether the script runner's activations and paste succeed.
@@ -62,10 +65,13 @@ private:
     };
 
     void note(const QString &action);
+    /// As far as programs are told.
     QList<RunningApplication> running() const;
+    bool tells() const;
 
     mutable std::mutex m_mutex;
     QList<RunningApplication> m_running;
+    bool m_tells = true;
     QStringList m_installed;
     QHash<qint32, qint32> m_helpers; // and the processes of their applications
     QStringList m_actions;
@@ -87,6 +93,7 @@ class FakeWorkspace final : public Workspace
 public:
     explicit FakeWorkspace(std::shared_ptr<FakeDesktop> desktop) : m_desktop(std::move(desktop)) {}
 
+    WorkspaceCapabilities capabilities() const override;
     std::optional<RunningApplication> frontmostApplication() override;
     std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
     QList<RunningApplication> runningApplications(const QString &bundleIdentifier) override;

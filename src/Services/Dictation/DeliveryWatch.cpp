@@ -31,7 +31,7 @@ DeliveryOutcome DeliveryWatch::wait(Clock &clock, const Timings &timings,
                                     const std::stop_token &stop)
 {
     const Clock::TimePoint deadline = clock.now() + timings.requestWait;
-    while (!isRequested() && clock.now() < deadline &&
+    while (!isDecided() && clock.now() < deadline &&
            clock.sleep(timings.requestPollInterval, stop)) {
     }
     return outcome();
@@ -51,12 +51,12 @@ void DeliveryWatch::follow(std::function<void()> whenRequested)
     });
 }
 
-bool DeliveryWatch::isRequested()
+bool DeliveryWatch::isDecided()
 {
     const QList<qint32> readers = m_offer->takeReaders();
     if (!readers.isEmpty())
         m_main.call([&] { note(readers); });
-    return m_isRequested;
+    return m_isRequested || (m_isReadOtherwise && !m_front);
 }
 
 void DeliveryWatch::note(const QList<qint32> &readers)

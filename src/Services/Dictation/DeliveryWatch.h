@@ -33,7 +33,8 @@ public:
     void follow(std::function<void()> whenRequested);
 
 private:
-    bool isRequested();
+    /// Whether waiting longer can tell nothing more.
+    bool isDecided();
     void note(const QList<qint32> &readers);
     bool isWitness(qint32 reader);
     DeliveryOutcome outcome() const;

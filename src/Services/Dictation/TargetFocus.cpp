@@ -41,50 +41,58 @@ TargetFocus::TargetFocus(const TargetApplication &target, Workspace &workspace,
 {
 }
 
-bool TargetFocus::bringToFront()
+TargetFocus::Answer TargetFocus::bringToFront()
 {
     for (int attempt = 0; attempt < activationAttempts; ++attempt) {
-        if (m_main.call([this] { return isTargetFrontmost(); }))
-            return true;
+        Answer answer = m_main.call([this] { return isTargetFrontmost(); });
+        if (answer == Answer::yes || (answer == Answer::unknown && m_wasAsked))
+            return answer;
         m_main.call([this] { activate(); });
         // A script would have nothing to activate, and might start the application once more.
         const bool isComing = m_main.call([this] { return isStarting(); });
-        if (waitForTargetFrontmost(m_timings.focusWait))
-            return true;
-        if ((isComing || activateTargetByScript()) &&
-            waitForTargetFrontmost(m_timings.scriptFocusWait))
-            return true;
+        answer = waitForTargetFrontmost(m_timings.focusWait);
+        if (answer == Answer::no && (isComing || activateTargetByScript()))
+            answer = waitForTargetFrontmost(m_timings.scriptFocusWait);
+        if (answer != Answer::no)
+            return answer;
     }
-    return false;
+    return Answer::no;
 }
 
-bool TargetFocus::isTargetFrontmost()
+TargetFocus::Answer TargetFocus::isTargetFrontmost()
 {
     const auto front = m_workspace.frontmostApplication();
-    if (!front || !isSameApplication(m_target, *front))
-        return false;
+    if (!front)
+        return m_workspace.capabilities().knowsFront ? Answer::no : Answer::unknown;
+    if (!isSameApplication(m_target, *front))
+        return Answer::no;
     m_keyboardWindow = front->keyboardWindow;
-    return true;
+    return Answer::yes;
 }
 
-bool TargetFocus::waitForTargetFrontmost(std::chrono::nanoseconds limit)
+TargetFocus::Answer TargetFocus::waitForTargetFrontmost(std::chrono::nanoseconds limit)
 {
+    Answer answer = Answer::no;
     // A cancelled dictation still settles the focus; the pause before the paste ends it.
-    return pollUntil(m_clock, limit, m_timings.focusPollInterval, {},
-                     [this] { return m_main.call([this] { return look(); }); });
+    pollUntil(m_clock, limit, m_timings.focusPollInterval, {}, [&] {
+        answer = m_main.call([this] { return look(); });
+        return answer != Answer::no;
+    });
+    return answer;
 }
 
 // What was launched may open its window behind others, the longer it takes the more likely.
-bool TargetFocus::look()
+TargetFocus::Answer TargetFocus::look()
 {
-    const bool isInFront = isTargetFrontmost();
-    if (!isInFront && m_isActivationDue)
+    const Answer answer = isTargetFrontmost();
+    if (answer == Answer::no && m_isActivationDue)
         activate();
-    return isInFront;
+    return answer;
 }
 
 void TargetFocus::activate()
 {
+    m_wasAsked = true;
     const auto application = runningTargetApplication();
     if (application)
         m_workspace.activate(*application);

@@ -10,9 +10,14 @@ namespace kestrova {
 
 /// Brings the destination of one insertion to the front, as often as that is needed, and starts it
 /// once at the most. Used on one worker; it looks at the workspace on the main thread.
+///
+/// A desktop may not tell which application is in front. What cannot be known is not waited for
+/// and is no failure: the target is asked to come to the front once, and that is all.
 class TargetFocus
 {
 public:
+    enum class Answer { no, yes, unknown };
+
     static constexpr int activationAttempts = 3; ///< of each bringToFront()
 
     /// Everything referred to outlives this.
@@ -21,15 +26,15 @@ public:
 
     /// Returns whether the target is in front now. What it started may take all of its waits to
     /// show a window.
-    bool bringToFront();
+    Answer bringToFront();
     /// The target's window that had the keyboard when it was last seen in front, as
-    /// RunningApplication::keyboardWindow.
+    /// RunningApplication::keyboardWindow; 0 when it was never seen there.
     quint64 keyboardWindow() const { return m_keyboardWindow; }
 
 private:
-    bool isTargetFrontmost();
-    bool waitForTargetFrontmost(std::chrono::nanoseconds limit);
-    bool look();
+    Answer isTargetFrontmost();
+    Answer waitForTargetFrontmost(std::chrono::nanoseconds limit);
+    Answer look();
     void activate();
     std::optional<RunningApplication> runningTargetApplication();
     bool isStarting();
@@ -43,6 +48,7 @@ private:
     const Timings &m_timings;
     std::optional<qint32> m_launched; // the process; none: nothing was launched
     bool m_isActivationDue = false;   // when what was launched shows a window
+    bool m_wasAsked = false;          // to come to the front
     quint64 m_keyboardWindow = 0;
 };
 

@@ -39,11 +39,11 @@ Delivery TextInsertionService::insert(const QString &text,
     std::optional<TargetFocus> focus;
     if (target)
         focus.emplace(*target, m_workspace, m_scripts, m_main, m_clock, m_timings);
-    const bool isInFront = !focus || focus->bringToFront();
+    const bool isElsewhere = focus && focus->bringToFront() == TargetFocus::Answer::no;
     // In any case: the user can still paste it.
     const auto watch =
         std::make_shared<DeliveryWatch>(m_workspace, m_main, m_pasteboard.setString(trimmed));
-    if (!isInFront) {
+    if (isElsewhere) {
         throw KestrovaError::processFailed(u"Could not focus "_s + displayName(target) +
                                            u" before insertion."_s);
     }
@@ -80,7 +80,7 @@ bool TextInsertionService::paste(const std::optional<TargetApplication> &target,
 {
     for (int attempt = 1; attempt <= pasteAttempts; ++attempt) {
         const bool areModifiersUp = waitForKeyboard(stop);
-        if (focus && !focus->bringToFront())
+        if (focus && focus->bringToFront() == TargetFocus::Answer::no)
             return false;
         if (!m_clock.sleep(m_timings.pauseBeforePaste, stop))
             throw Cancelled();

@@ -123,6 +123,16 @@ QString DashboardModel::hotbarExplanation() const
     return kestrova::hotbarExplanation(m_controller.shortcutEditing());
 }
 
+QString DashboardModel::hotbarLimits() const
+{
+    return kestrova::hotbarLimits(m_controller.workspaceCapabilities());
+}
+
+bool DashboardModel::canAssign() const
+{
+    return m_controller.workspaceCapabilities().knowsFront;
+}
+
 bool DashboardModel::recordsShortcuts() const
 {
     return m_controller.shortcutEditing() == ShortcutEditing::inProgram;

@@ -32,6 +32,9 @@ class DashboardModel : public QObject
     Q_PROPERTY(QVariantList slotUsage READ slotUsage NOTIFY slotUsageChanged)
 
     Q_PROPERTY(QString hotbarExplanation READ hotbarExplanation CONSTANT)
+    /// What cannot be done on this desktop, and why; empty when everything can.
+    Q_PROPERTY(QString hotbarLimits READ hotbarLimits CONSTANT)
+    Q_PROPERTY(bool canAssign READ canAssign CONSTANT)
     /// Whether shortcuts are recorded here, or in a dialog of the desktop's that can be opened.
     Q_PROPERTY(bool recordsShortcuts READ recordsShortcuts CONSTANT)
     Q_PROPERTY(bool configuresShortcuts READ configuresShortcuts CONSTANT)
@@ -68,6 +71,8 @@ public:
     QVariantList slotUsage() const;
 
     QString hotbarExplanation() const;
+    QString hotbarLimits() const;
+    bool canAssign() const;
     bool recordsShortcuts() const;
     bool configuresShortcuts() const;
     Q_INVOKABLE void configureShortcuts();

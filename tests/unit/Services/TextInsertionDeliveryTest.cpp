@@ -119,6 +119,16 @@ TEST_F(TextInsertionDeliveryTest, WhereNobodyAsksTheTextIsLeftOnTheClipboard)
     EXPECT_EQ(pasteboard.string(), u"hello"_s);
 }
 
+TEST_F(TextInsertionDeliveryTest, WhereTheFrontIsUnknownWhoeverAsksDecidesNothing)
+{
+    desktop->tellNothing();
+    setReaders({editorProcess});
+    EXPECT_EQ(insert().outcome, Outcome::unknown);
+    EXPECT_EQ(waited(), 0ns) << "nothing more can become known";
+    setReaders({});
+    EXPECT_EQ(insert().outcome, Outcome::leftOnClipboard);
+}
+
 TEST_F(TextInsertionDeliveryTest, AClipboardManagerIsNotTheApplication)
 {
     pasteboard.whenWritten([this] { pasteboard.read(clipboardManager); });

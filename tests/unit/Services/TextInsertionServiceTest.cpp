@@ -102,6 +102,34 @@ TEST_F(TextInsertionServiceTest, ATargetBehindIsActivatedFirst)
     EXPECT_EQ(desktop->actions(), QStringList({u"activate 30"_s, u"paste"_s}));
 }
 
+TEST_F(TextInsertionServiceTest, WhereTheFrontIsUnknownItIsNeitherWaitedForNorAFailure)
+{
+    desktop->setRunning({running(30, u"org.example.Mail"_s), running(31, u"other"_s)});
+    desktop->bringToFront(31);
+    desktop->tellNothing();
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), QStringList{u"paste"_s}) << "no script either";
+    EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>{140ms});
+    EXPECT_EQ(pasteboard.string(), u"hello"_s);
+}
+
+TEST_F(TextInsertionServiceTest, WhereTheFrontIsUnknownAnApplicationIsOpenedOnce)
+{
+    desktop->setInstalled({u"org.example.Mail"_s});
+    desktop->tellNothing();
+    insert(u"hello"_s, mail);
+    EXPECT_EQ(desktop->actions(), (QStringList{u"open org.example.Mail"_s, u"paste"_s}));
+}
+
+TEST_F(TextInsertionServiceTest, WhereTheFrontIsUnknownAKeyboardThatIsTakenStillStopsThePaste)
+{
+    desktop->tellNothing();
+    desktop->setKeyboardTaken(true);
+    EXPECT_EQ(failureOf(mail), u"Lost focus on Mail before paste."_s);
+    EXPECT_EQ(desktop->actions(), QStringList());
+    EXPECT_EQ(pasteboard.string(), u"text"_s);
+}
+
 TEST_F(TextInsertionServiceTest, AnApplicationThatIsNotRunningIsOpened)
 {
     desktop->setInstalled({u"org.example.Mail"_s});

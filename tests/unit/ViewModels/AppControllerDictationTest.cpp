@@ -90,16 +90,16 @@ TEST_F(AppControllerDictationTest, AnySlotStopsAndTheDestinationStaysTheOneOfThe
     toggleSlot(2);
     toggleSlot(7);
     ASSERT_EQ(inserter->insertions.size(), 1U);
-    EXPECT_EQ(inserter->insertions[0].target, browser.asTarget());
+    EXPECT_EQ(inserter->insertions[0].target, targetOfSlot(browser, u"Browser"_s));
     EXPECT_EQ(lastError(), u"none"_s) << "slot 7 is unassigned, but only stopped";
 
     toggle();
     toggleSlot(2);
-    EXPECT_EQ(inserter->insertions[1].target, editor.asTarget());
+    EXPECT_EQ(inserter->insertions[1].target, targetInFront(editor));
 
     toggleSlot(2);
     toggle();
-    EXPECT_EQ(inserter->insertions[2].target, browser.asTarget());
+    EXPECT_EQ(inserter->insertions[2].target, targetOfSlot(browser, u"Browser"_s));
     EXPECT_EQ(state().usageSnapshot.get().slotUsage[1], (SlotUsageStat{2, 2}));
 }
 
@@ -189,7 +189,7 @@ TEST_F(AppControllerDictationTest, ACancelledRunThatEndsDuringTheNextDictationLe
     EXPECT_EQ(capture->starts, 2);
     EXPECT_EQ(capture->stops, 2);
     ASSERT_EQ(inserter->insertions.size(), 2U);
-    EXPECT_EQ(inserter->insertions[1].target, browser.asTarget());
+    EXPECT_EQ(inserter->insertions[1].target, targetOfSlot(browser, u"Browser"_s));
 }
 
 TEST_F(AppControllerDictationTest, AStopThatIsFasterThanTheNewsOfACancelledRunIsOneAllTheSame)

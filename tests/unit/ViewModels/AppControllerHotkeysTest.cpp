@@ -58,6 +58,9 @@ protected:
     }
 };
 
+/// Where keys are observed.
+using AppControllerKeyMonitoringTest = ControllerTest;
+
 TEST_F(AppControllerHotkeysTest, TheMainShortcutStartsAndEndsADictation)
 {
     press(HotkeyShortcut::defaultMain());
@@ -72,11 +75,11 @@ TEST_F(AppControllerHotkeysTest, TheMainShortcutStartsAndEndsADictation)
 
 TEST_F(AppControllerHotkeysTest, ASlotsShortcutDictatesIntoTheSlot)
 {
-    assign(9, browser.bundleIdentifier, {});
+    assign(9, browser.bundleIdentifier, u"Browser"_s);
     press(HotkeyShortcut::defaultHotbarNumber(9).value());
     settle();
     toggle();
-    EXPECT_EQ(inserter->insertions.at(0).target, browser.asTarget());
+    EXPECT_EQ(inserter->insertions.at(0).target, targetOfSlot(browser, u"Browser"_s));
 }
 
 TEST_F(AppControllerHotkeysTest, AnUnassignedSlotAnswersItsShortcutWithTheMessage)
@@ -103,11 +106,18 @@ TEST_F(AppControllerHotkeysTest, EveryCommitArmsTheShortcutsOfTheNewSettings)
     assign(2, editor.bundleIdentifier, {});
     controller->setHotbarShortcut(2, commandF);
     EXPECT_TRUE(startsRecording(commandF));
-    EXPECT_EQ(fake.keyboard.globalMonitorCount(), 1);
-    EXPECT_EQ(fake.keyboard.localMonitorCount(), 1);
 }
 
-TEST_F(AppControllerHotkeysTest, AChangeIsStoredBeforeItIsArmed)
+TEST_F(AppControllerKeyMonitoringTest, ACommitLeavesOneMonitorOfEachKind)
+{
+    controller->setGlobalShortcut(commandF);
+    EXPECT_EQ(fake.keyboard.globalMonitorCount(), 1);
+    EXPECT_EQ(fake.keyboard.localMonitorCount(), 1);
+    controller->unregisterHotkeys();
+    EXPECT_EQ(fake.keyboard.globalMonitorCount(), 0);
+}
+
+TEST_F(AppControllerKeyMonitoringTest, AChangeIsStoredBeforeItIsArmed)
 {
     end();
     HotkeyShortcut storedWhenArmed;
@@ -124,7 +134,6 @@ TEST_F(AppControllerHotkeysTest, UnregisteredShortcutsDoNothingUntilTheyAreRegis
 {
     controller->unregisterHotkeys();
     EXPECT_FALSE(startsRecording(HotkeyShortcut::defaultMain()));
-    EXPECT_EQ(fake.keyboard.globalMonitorCount(), 0);
     controller->registerHotkeys();
     EXPECT_TRUE(startsRecording(HotkeyShortcut::defaultMain()));
 }
@@ -132,11 +141,11 @@ TEST_F(AppControllerHotkeysTest, UnregisteredShortcutsDoNothingUntilTheyAreRegis
 TEST_F(AppControllerHotkeysTest, WhereTheDesktopBindsShortcutsByNameThoseDictate)
 {
     end();
-    FakeGlobalShortcuts &shortcuts = fake.useNamedShortcuts();
+    FakeGlobalShortcuts &shortcuts = useNamedShortcuts();
     launch();
     EXPECT_EQ(shortcuts.requests().last().size(), 10);
     shortcuts.accept();
-    assign(9, browser.bundleIdentifier, {});
+    assign(9, browser.bundleIdentifier, u"Browser"_s);
     EXPECT_EQ(shortcuts.requests().size(), 1) << "nobody is asked again";
 
     shortcuts.press(u"hotbar-9"_s);
@@ -144,7 +153,7 @@ TEST_F(AppControllerHotkeysTest, WhereTheDesktopBindsShortcutsByNameThoseDictate
     EXPECT_EQ(state().state.get(), DictationState::recording());
     shortcuts.press(u"toggle"_s);
     settle();
-    EXPECT_EQ(inserter->insertions.at(0).target, browser.asTarget());
+    EXPECT_EQ(inserter->insertions.at(0).target, targetOfSlot(browser, u"Browser"_s));
 
     controller->unregisterHotkeys();
     shortcuts.press(u"toggle"_s);
@@ -156,7 +165,7 @@ TEST_F(AppControllerHotkeysTest, WhereTheDesktopBindsShortcutsByNameThoseDictate
 TEST_F(AppControllerHotkeysTest, TheStateFollowsWhatTheDesktopDoesWithTheShortcuts)
 {
     end();
-    FakeGlobalShortcuts &shortcuts = fake.useNamedShortcuts();
+    FakeGlobalShortcuts &shortcuts = useNamedShortcuts();
     launch();
     const auto hotkey = [this](const QString &id) { return state().hotkeys.get().value(id); };
     EXPECT_EQ(hotkey(u"toggle"_s).state, HotkeyStatus::pending);
@@ -173,7 +182,7 @@ TEST_F(AppControllerHotkeysTest, TheStateFollowsWhatTheDesktopDoesWithTheShortcu
     end();
 }
 
-TEST_F(AppControllerHotkeysTest, AFailedRegistrationIsShown)
+TEST_F(AppControllerKeyMonitoringTest, AFailedRegistrationIsShown)
 {
     end();
     fake.platform.keyMonitoring = std::make_unique<BrokenKeyMonitoring>();

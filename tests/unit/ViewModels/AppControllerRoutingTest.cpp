@@ -17,7 +17,7 @@ protected:
 TEST_F(AppControllerRoutingTest, TheMainShortcutDictatesIntoTheApplicationInFront)
 {
     toggle();
-    EXPECT_EQ(targetOfDictation(), editor.asTarget());
+    EXPECT_EQ(targetOfDictation(), targetInFront(editor));
 }
 
 TEST_F(AppControllerRoutingTest, WithOurOwnWindowInFrontItIsTheApplicationBefore)
@@ -25,7 +25,7 @@ TEST_F(AppControllerRoutingTest, WithOurOwnWindowInFrontItIsTheApplicationBefore
     fake.desktop->bringToFront(browser.processIdentifier);
     fake.desktop->bringToFront(ownProgram.processIdentifier);
     toggle();
-    EXPECT_EQ(targetOfDictation(), browser.asTarget());
+    EXPECT_EQ(targetOfDictation(), targetInFront(browser));
 }
 
 TEST_F(AppControllerRoutingTest, WithNoOtherApplicationTheDestinationIsLeftOpen)
@@ -42,14 +42,14 @@ TEST_F(AppControllerRoutingTest, TheDestinationIsChosenAtThePress)
     controller->toggleRecordingWithDefaultTarget();
     fake.desktop->bringToFront(browser.processIdentifier);
     settle();
-    EXPECT_EQ(targetOfDictation(), editor.asTarget());
+    EXPECT_EQ(targetOfDictation(), targetInFront(editor));
 }
 
 TEST_F(AppControllerRoutingTest, ASlotDictatesIntoItsApplicationWhereverTheUserIs)
 {
     assign(3, browser.bundleIdentifier, u"Web"_s);
     toggleSlot(3);
-    EXPECT_EQ(targetOfDictation(), (TargetApplication{200, browser.bundleIdentifier, u"Web"_s}));
+    EXPECT_EQ(targetOfDictation(), targetOfSlot(browser, u"Web"_s));
 }
 
 TEST_F(AppControllerRoutingTest, ASlotWhoseApplicationIsNotRunningStillStarts)

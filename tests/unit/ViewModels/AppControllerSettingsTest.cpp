@@ -143,7 +143,12 @@ TEST_F(AppControllerSettingsTest, ASlotsShortcutInUseIsRefused)
                   [&] { controller->setHotbarShortcut(2, defaultOf(1)); });
 }
 
-TEST_F(AppControllerSettingsTest, TheApplicationInFrontIsAssignedAndTheErrorForgotten)
+/// Where it is known which application is in front.
+class AppControllerAssignmentTest : public AppControllerSettingsTest
+{
+};
+
+TEST_F(AppControllerAssignmentTest, TheApplicationInFrontIsAssignedAndTheErrorForgotten)
 {
     controller->setHotbarShortcut(5, commandF);
     failOnce();
@@ -156,7 +161,7 @@ TEST_F(AppControllerSettingsTest, TheApplicationInFrontIsAssignedAndTheErrorForg
     EXPECT_EQ(lastError(), u"none"_s);
 }
 
-TEST_F(AppControllerSettingsTest, BehindOurOwnWindowTheLastApplicationIsAssigned)
+TEST_F(AppControllerAssignmentTest, BehindOurOwnWindowTheLastApplicationIsAssigned)
 {
     fake.desktop->bringToFront(browser.processIdentifier);
     fake.desktop->bringToFront(ownProgram.processIdentifier);
@@ -164,7 +169,7 @@ TEST_F(AppControllerSettingsTest, BehindOurOwnWindowTheLastApplicationIsAssigned
     EXPECT_EQ(settings().assignment(1).bundleIdentifier, browser.bundleIdentifier);
 }
 
-TEST_F(AppControllerSettingsTest, AnApplicationWithoutANameIsCalledByItsIdentifier)
+TEST_F(AppControllerAssignmentTest, AnApplicationWithoutANameIsCalledByItsIdentifier)
 {
     RunningApplication nameless = editor;
     nameless.localizedName.reset();
@@ -182,7 +187,7 @@ TEST_F(AppControllerSettingsTest, WithoutAnotherApplicationNothingIsAssigned)
                   [&] { controller->assignHotbarSlotFromFrontmost(1); });
 }
 
-TEST_F(AppControllerSettingsTest, AnApplicationWithoutAnIdentifierIsNotAssigned)
+TEST_F(AppControllerAssignmentTest, AnApplicationWithoutAnIdentifierIsNotAssigned)
 {
     for (const std::optional<QString> &identifier :
          {std::optional<QString>(), std::optional(u""_s)}) {

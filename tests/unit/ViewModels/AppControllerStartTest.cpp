@@ -138,7 +138,7 @@ TEST_F(ControllerTest, AtItsStartEverythingIsReadBeforeAndAfterTheShortcutsAreAr
     end();
     QStringList steps;
     const auto note = [&](const QString &reading) {
-        const bool isArmed = fake.keyboard.globalMonitorCount() > 0;
+        const bool isArmed = areShortcutsArmed();
         const QString step = isArmed ? reading + u" when armed"_s : reading;
         if (steps.isEmpty() || steps.last() != step)
             steps.append(step);

@@ -19,6 +19,9 @@ namespace kestrova {
 
 /// A controller with all that a dictation needs: model, tool and permissions are there, an editor
 /// is in front, and the tool hears "Hello world". Work runs when the test says so.
+///
+/// With KESTROVA_TEST_DESKTOP=reticent in the environment, the desktop binds shortcuts by name, as
+/// soon as one is pressed, and tells nothing about other applications.
 class ControllerTest : public testing::Test
 {
 protected:
@@ -33,7 +36,22 @@ protected:
         fake.desktop->setRunning({editor, browser, ownProgram});
         fake.desktop->bringToFront(editor.processIdentifier);
         hear("Hello world");
+        if (isReticent()) {
+            useNamedShortcuts();
+            fake.desktop->tellNothing();
+        }
         launch();
+    }
+
+    static bool isReticent()
+    {
+        return qEnvironmentVariable("KESTROVA_TEST_DESKTOP") == u"reticent"_s;
+    }
+    /// Takes effect at the next launch.
+    FakeGlobalShortcuts &useNamedShortcuts()
+    {
+        namedShortcuts = &fake.useNamedShortcuts();
+        return *namedShortcuts;
     }
 
     /// Ends the controller, if there is one, and starts a new one.
@@ -94,7 +112,28 @@ protected:
     }
     void press(const HotkeyShortcut &shortcut)
     {
+        if (namedShortcuts) {
+            pressNamed(shortcut);
+            return;
+        }
         fake.keyboard.pressGlobally({.keyCode = shortcut.keyCode, .modifiers = shortcut.modifiers});
+    }
+    bool areShortcutsArmed()
+    {
+        return namedShortcuts ? !namedShortcuts->requests().isEmpty()
+                              : fake.keyboard.globalMonitorCount() > 0;
+    }
+    /// Where a dictation goes while this application is in front.
+    static std::optional<TargetApplication> targetInFront(const RunningApplication &application)
+    {
+        return isReticent() ? std::nullopt : application.asTarget();
+    }
+    /// Where that of a slot goes which has this application, running, under this name.
+    static TargetApplication targetOfSlot(const RunningApplication &application,
+                                          const QString &name)
+    {
+        return {isReticent() ? 0 : application.processIdentifier, application.bundleIdentifier,
+                name};
     }
     void assign(int slotIndex, const std::optional<QString> &identifier,
                 const std::optional<QString> &name)
@@ -155,6 +194,14 @@ protected:
     std::unique_ptr<AppController> controller;
 
 private:
+    void pressNamed(const HotkeyShortcut &shortcut)
+    {
+        namedShortcuts->accept();
+        for (const NamedShortcut &asked : namedShortcuts->requests().last()) {
+            if (asked.preferredTrigger == shortcut)
+                namedShortcuts->press(asked.id);
+        }
+    }
     std::optional<QString> tool(const QString &configuredPath)
     {
         ++environmentReadings;
@@ -162,6 +209,7 @@ private:
                             : WhisperCppTranscriber::resolveExecutablePath(configuredPath);
     }
 
+    FakeGlobalShortcuts *namedShortcuts = nullptr; // owned by the platform
     std::optional<StateTrail> trail;
 };
 

@@ -61,5 +61,15 @@ TEST(HotkeyTextsTest, WhereTheDesktopDecidesNoKeysArePromised)
     }
 }
 
+TEST(HotkeyTextsTest, WhatTheHotbarCannotDoOnADesktopIsExplained)
+{
+    EXPECT_EQ(hotbarLimits(WorkspaceCapabilities::all()), QString());
+    EXPECT_TRUE(hotbarLimits({.knowsFront = false, .canActivate = true, .canList = true})
+                    .contains(u"none can be assigned"_s));
+    const QString both = hotbarLimits({});
+    EXPECT_TRUE(both.contains(u"none can be assigned"_s));
+    EXPECT_TRUE(both.contains(u"has to be there when its slot is used"_s));
+}
+
 } // namespace
 } // namespace kestrova

@@ -48,6 +48,14 @@ TEST_F(PreferredTargetTest, TheApplicationInFrontWins)
     EXPECT_EQ(targets.preferred(), (TargetApplication{200, {}, {}}));
 }
 
+TEST_F(PreferredTargetTest, WhereTheFrontIsUnknownItIsWhateverIsThere)
+{
+    desktop->bringToFront(100);
+    const InsertionTargets targets(workspace);
+    desktop->tellNothing();
+    EXPECT_FALSE(targets.preferred()) << "the last one that was known may be long gone";
+}
+
 TEST_F(PreferredTargetTest, BehindOurOwnWindowItIsTheLastOtherOne)
 {
     desktop->bringToFront(100);

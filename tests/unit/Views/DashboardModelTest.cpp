@@ -96,6 +96,17 @@ TEST_F(DashboardModelTest, WhereTheDesktopDecidesASlotShowsTheKeysThatItHasThere
     end();
 }
 
+TEST_F(DashboardModelTest, WhereTheFrontIsUnknownNothingIsOfferedThatNeedsIt)
+{
+    open();
+    EXPECT_TRUE(model->canAssign());
+    EXPECT_EQ(model->hotbarLimits(), QString());
+    fake.desktop->tellNothing();
+    open();
+    EXPECT_FALSE(model->canAssign());
+    EXPECT_FALSE(model->hotbarLimits().isEmpty());
+}
+
 TEST_F(DashboardModelTest, OpeningReadsTheUsageAnew)
 {
     record({eventAt(date("2024-03-15T11:30:00+01:00"), 5)});

@@ -12,6 +12,7 @@ namespace {
 class EmptyWorkspace final : public Workspace
 {
 public:
+    WorkspaceCapabilities capabilities() const override { return {}; }
     std::optional<RunningApplication> frontmostApplication() override { return std::nullopt; }
     std::optional<RunningApplication> runningApplication(qint32) override { return std::nullopt; }
     QList<RunningApplication> runningApplications(const QString &) override { return {}; }

@@ -18,6 +18,14 @@ ColumnLayout {
         title: "Hotbar App Assignment"
         subtitle: tab.model.hotbarExplanation
     }
+    StyledText {
+        Layout.fillWidth: true
+        text: tab.model.hotbarLimits
+        visible: text.length > 0
+        style: Theme.wrappingBody
+        color: Theme.secondary
+        wrapMode: Text.Wrap
+    }
     PushButton {
         text: "Configure Shortcuts"
         visible: tab.model.configuresShortcuts
@@ -37,6 +45,7 @@ ColumnLayout {
 
             Layout.fillWidth: true
             slot: tab.model.hotbarSlots[index]
+            canAssign: tab.model.canAssign
             recordsShortcuts: tab.model.recordsShortcuts
             onAssignRequested: tab.model.assignFrontmost(slot.slotIndex)
             onRecordRequested: tab.model.recordShortcut(slot.slotIndex)

@@ -9,6 +9,7 @@ SurfaceCard {
 
     // A HotbarSlotRow.
     required property var slot
+    property bool canAssign: true
     property bool recordsShortcuts: true
     signal assignRequested
     signal recordRequested
@@ -88,6 +89,7 @@ SurfaceCard {
 
                 text: "Assign Frontmost"
                 prominent: true
+                enabled: card.canAssign
                 Accessible.description: card.slot.title
                 onClicked: card.assignRequested()
             }

@@ -23,6 +23,7 @@ public:
     X11Workspace(X11Connection &connection, X11Windows &windows, DesktopEntries &entries,
                  const QByteArray &displayName = {});
 
+    WorkspaceCapabilities capabilities() const override { return WorkspaceCapabilities::all(); }
     std::optional<RunningApplication> frontmostApplication() override;
     /// Of an application and windows of the process that belong to no installed one, the topmost.
     std::optional<RunningApplication> runningApplication(qint32 processIdentifier) override;
