@@ -10,6 +10,14 @@
 
 namespace kestrova {
 
+/// Whether the system allows something that it does not allow every program.
+enum class Access {
+    granted,
+    denied,
+    notAsked,    ///< the user can be asked
+    unavailable, ///< it cannot be had here, whatever the user says
+};
+
 /// What the system allows this program to do, and how the user is asked to allow it. Used on the
 /// main thread; nothing here waits for the user.
 class SystemAccess
@@ -29,9 +37,13 @@ public:
     virtual std::optional<QString> microphoneAdvice(MicrophoneAuthorizationState state) = 0;
 
     /// Whether the program may observe the keyboard and send keystrokes to other programs.
-    virtual bool isAccessibilityTrusted() = 0;
+    virtual Access accessibility() = 0;
     /// Makes the system ask the user for that trust, where a system has such a question.
     virtual void promptForAccessibility() = 0;
+
+    /// Calls the handler when one of the states may have become another one without having been
+    /// asked for here. None ends that.
+    virtual void observe(std::function<void()> changed) = 0;
 };
 
 } // namespace kestrova

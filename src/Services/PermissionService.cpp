@@ -15,7 +15,7 @@ PermissionSnapshot PermissionService::currentPermissions()
     snapshot.microphoneStatus = m_access.microphoneState();
     snapshot.microphoneAuthorized =
         snapshot.microphoneStatus == MicrophoneAuthorizationState::authorized;
-    snapshot.accessibilityAuthorized = m_access.isAccessibilityTrusted();
+    snapshot.accessibilityAuthorized = m_access.accessibility() == Access::granted;
     return snapshot;
 }
 

@@ -52,6 +52,7 @@ AppController::AppController(const AppEnvironment &environment,
 {
     listenToMicrophone();
     m_hotkeyManager->observeStatus([this] { readHotkeys(); });
+    environment.platform.systemAccess->observe([this] { refreshEnvironmentSnapshot(); });
     refreshEnvironmentSnapshot();
     refreshUsageAnalytics();
     registerHotkeys();
@@ -63,6 +64,7 @@ AppController::AppController(const AppEnvironment &environment,
 AppController::~AppController()
 {
     m_environment.platform.audioInput->listen({});
+    m_environment.platform.systemAccess->observe({});
     m_programEnding.request_stop();
     m_coordinator->cancelProcessing();
 }
@@ -190,6 +192,7 @@ void AppController::unregisterHotkeys()
 void AppController::refreshEnvironmentSnapshot()
 {
     m_appState->permissions.set(m_permissionService->currentPermissions());
+    m_appState->accessibility.set(m_environment.platform.systemAccess->accessibility());
     m_appState->isModelReady.set(m_modelManager->modelStatus().isReady);
     const auto tool = m_environment.resolveTool(m_appState->settings.get().whisperCLIPath);
     m_appState->isWhisperCLIReady.set(tool.has_value());

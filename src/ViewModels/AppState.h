@@ -7,6 +7,7 @@
 #include "Models/Usage/UsageRecords.h"
 #include "Models/Usage/UsageTrendPeriod.h"
 #include "Platform/Audio/AudioRecorder.h"
+#include "Platform/SystemAccess.h"
 #include "Services/HotkeyStatus.h"
 #include "Services/Model/DownloadProgress.h"
 
@@ -78,6 +79,8 @@ public:
     Published<QString> resolvedWhisperCLIPath{*this, &AppState::resolvedWhisperCLIPathChanged,
                                               QLatin1String("")};
     Published<PermissionSnapshot> permissions{*this, &AppState::permissionsChanged};
+    /// Of the permissions' accessibility, why it is not authorized.
+    Published<Access> accessibility{*this, &AppState::accessibilityChanged, Access::granted};
     Published<MicrophoneCondition> microphone{*this, &AppState::microphoneChanged};
     /// Why the last recording is not all that was said; none when it is.
     Published<std::optional<RecordingProblem>> recordingProblem{*this,
@@ -112,6 +115,7 @@ Q_SIGNALS:
     void isWhisperCLIReadyChanged();
     void resolvedWhisperCLIPathChanged();
     void permissionsChanged();
+    void accessibilityChanged();
     void microphoneChanged();
     void recordingProblemChanged();
     void settingsChanged();

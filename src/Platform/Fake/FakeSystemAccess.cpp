@@ -8,6 +8,12 @@ void FakeSystemAccess::requestMicrophone(std::function<void(bool isGranted)> com
     m_openRequests.push_back(std::move(completion));
 }
 
+void FakeSystemAccess::announceChange()
+{
+    if (m_changed)
+        m_changed();
+}
+
 void FakeSystemAccess::answerMicrophoneRequests(bool isGranted)
 {
     m_microphoneState =

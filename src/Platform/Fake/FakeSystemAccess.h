@@ -16,7 +16,11 @@ public:
     virtual void setMicrophoneState(MicrophoneAuthorizationState state) = 0;
     virtual void setMicrophoneSettingsPages(const QList<QUrl> &pages) = 0;
     virtual void setMicrophoneAdvice(const std::optional<QString> &advice) = 0;
+    /// Denied, or granted.
     virtual void setAccessibilityTrusted(bool isTrusted) = 0;
+    virtual void setAccessibility(Access access) = 0;
+    /// Tells the observer that something may have changed.
+    virtual void announceChange() = 0;
     /// From now on the user trusts the program as soon as the system asks.
     virtual void grantAccessibilityWhenPrompted() = 0;
 
@@ -38,12 +42,14 @@ public:
     {
         return m_advice;
     }
-    bool isAccessibilityTrusted() override { return m_isTrusted; }
+    Access accessibility() override { return m_accessibility; }
     void promptForAccessibility() override
     {
         ++m_accessibilityPromptCount;
-        m_isTrusted = m_isTrusted || m_isGrantedWhenPrompted;
+        if (m_isGrantedWhenPrompted)
+            m_accessibility = Access::granted;
     }
+    void observe(std::function<void()> changed) override { m_changed = std::move(changed); }
 
     void setMicrophoneState(MicrophoneAuthorizationState state) override
     {
@@ -51,7 +57,12 @@ public:
     }
     void setMicrophoneSettingsPages(const QList<QUrl> &pages) override { m_settingsPages = pages; }
     void setMicrophoneAdvice(const std::optional<QString> &advice) override { m_advice = advice; }
-    void setAccessibilityTrusted(bool isTrusted) override { m_isTrusted = isTrusted; }
+    void setAccessibilityTrusted(bool isTrusted) override
+    {
+        m_accessibility = isTrusted ? Access::granted : Access::denied;
+    }
+    void setAccessibility(Access access) override { m_accessibility = access; }
+    void announceChange() override;
     void grantAccessibilityWhenPrompted() override { m_isGrantedWhenPrompted = true; }
     void answerMicrophoneRequests(bool isGranted) override;
     int microphoneRequestCount() const override { return m_microphoneRequestCount; }
@@ -61,7 +72,8 @@ private:
     MicrophoneAuthorizationState m_microphoneState = MicrophoneAuthorizationState::authorized;
     QList<QUrl> m_settingsPages;
     std::optional<QString> m_advice;
-    bool m_isTrusted = true;
+    Access m_accessibility = Access::granted;
+    std::function<void()> m_changed;
     bool m_isGrantedWhenPrompted = false;
     std::vector<std::function<void(bool isGranted)>> m_openRequests;
     int m_microphoneRequestCount = 0;

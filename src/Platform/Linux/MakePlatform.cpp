@@ -53,7 +53,7 @@ Platform makePlatform(std::shared_ptr<DesktopSession> session)
         std::make_unique<LinuxScriptRunner>(desktop.applicationWindows(), *platform.processes);
     platform.systemAccess = std::make_unique<LinuxSystemAccess>(
         sandboxOf(SandboxSigns::ofThisProcess()), qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
-        [&desktop] { return desktop.isKeyboardAccessible(); });
+        [&desktop] { return desktop.keyboardAccess(); });
     platform.terminal = std::make_unique<LinuxTerminalLauncher>(
         *platform.directories, [&desktop] { return desktop.newStartupId(); });
     return platform;

@@ -22,8 +22,9 @@ PopoverModel::PopoverModel(AppController &controller, QObject *parent)
           &AppState::unconfirmedTranscriptsChanged, &AppState::lastErrorChanged,
           &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
           &AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged,
-          &AppState::permissionsChanged, &AppState::microphoneChanged,
-          &AppState::recordingProblemChanged, &AppState::hotkeysChanged})
+          &AppState::permissionsChanged, &AppState::accessibilityChanged,
+          &AppState::microphoneChanged, &AppState::recordingProblemChanged,
+          &AppState::hotkeysChanged})
         connect(&m_state, signal, this, &PopoverModel::changed);
     connect(&m_state, &AppState::modelDownloadChanged, this, &PopoverModel::downloadChanged);
 }
@@ -73,10 +74,18 @@ SetupStep PopoverModel::microphoneStep() const
 
 SetupStep PopoverModel::accessibilityStep() const
 {
+    if (m_state.accessibility.get() == Access::unavailable)
+        return {u"Accessibility"_s, u"Not possible on this desktop"_s, false};
     const bool isAuthorized = m_state.permissions.get().accessibilityAuthorized;
     return {u"Accessibility"_s,
             isAuthorized ? u"Permission granted"_s : u"Permission needed for auto paste"_s,
             isAuthorized};
+}
+
+bool PopoverModel::canGrantAccessibility() const
+{
+    const Access access = m_state.accessibility.get();
+    return access == Access::denied || access == Access::notAsked;
 }
 
 bool PopoverModel::isPreparingModel() const

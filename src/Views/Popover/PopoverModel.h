@@ -28,6 +28,8 @@ class PopoverModel final : public QObject
     Q_PROPERTY(kestrova::SetupStep toolStep READ toolStep NOTIFY changed)
     Q_PROPERTY(kestrova::SetupStep microphoneStep READ microphoneStep NOTIFY changed)
     Q_PROPERTY(kestrova::SetupStep accessibilityStep READ accessibilityStep NOTIFY changed)
+    /// Whether the user can be asked for it.
+    Q_PROPERTY(bool canGrantAccessibility READ canGrantAccessibility NOTIFY changed)
     Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY changed)
     Q_PROPERTY(QString modelButtonTitle READ modelButtonTitle NOTIFY changed)
     /// As ModelDownloadStatus tells it; the amount is empty while nothing is downloaded.
@@ -70,6 +72,7 @@ public:
     SetupStep toolStep() const;
     SetupStep microphoneStep() const;
     SetupStep accessibilityStep() const;
+    bool canGrantAccessibility() const;
     bool isPreparingModel() const;
     QString modelButtonTitle() const;
     QString downloadAmount() const;

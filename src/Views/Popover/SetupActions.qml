@@ -46,7 +46,7 @@ ColumnLayout {
             onClicked: actions.model.grantMicrophone()
         }
         PushButton {
-            visible: !actions.model.accessibilityStep.isComplete
+            visible: actions.model.canGrantAccessibility
             text: "Grant Accessibility"
             onClicked: actions.model.grantAccessibility()
         }

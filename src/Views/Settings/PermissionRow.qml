@@ -8,6 +8,7 @@ RowLayout {
 
     required property string title
     required property bool granted
+    property bool available: true
     required property string actionTitle
     signal action
 
@@ -19,12 +20,13 @@ RowLayout {
         style: Theme.button
     }
     StatusPill {
-        text: row.granted ? "Granted" : "Not Granted"
+        text: row.granted ? "Granted" : row.available ? "Not Granted" : "Not Available"
         tone: row.granted ? StatusPillTone.Success : StatusPillTone.Warning
         icon: row.granted ? "checkmark" : "exclamationmark"
         Accessible.name: row.title + ": " + text
     }
     PushButton {
+        visible: row.available
         small: true
         text: row.actionTitle
         Accessible.description: row.title

@@ -49,12 +49,16 @@ ColumnLayout {
         PermissionRow {
             title: "Accessibility"
             granted: tab.model.isAccessibilityGranted
+            available: tab.model.isAccessibilityAvailable
             actionTitle: "Open Prompt"
             onAction: tab.model.promptForAccessibility()
         }
         StyledText {
             Layout.fillWidth: true
-            text: "Accessibility permission is required for reliable auto-paste into your active app."
+            text: tab.model.isAccessibilityAvailable
+                  ? "Accessibility permission is required for reliable auto-paste into your active app."
+                  : "This desktop does not let programs observe the keyboard and paste into other "
+                    + "applications. Transcripts are left on the clipboard."
             style: Theme.caption
             color: Theme.secondary
             wrapMode: Text.Wrap

@@ -48,7 +48,8 @@ SettingsModel::SettingsModel(AppController &controller, Platform &platform)
          {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,
           &AppState::isPreparingModelChanged, &AppState::isWhisperCLIReadyChanged,
           &AppState::resolvedWhisperCLIPathChanged, &AppState::permissionsChanged,
-          &AppState::microphoneChanged, &AppState::settingsChanged, &AppState::hotkeysChanged})
+          &AppState::accessibilityChanged, &AppState::microphoneChanged, &AppState::settingsChanged,
+          &AppState::hotkeysChanged})
         connect(&m_state, signal, this, &SettingsModel::changed);
     connect(&m_state, &AppState::modelDownloadChanged, this, &SettingsModel::downloadChanged);
 }
@@ -284,6 +285,11 @@ QString SettingsModel::microphoneNotice() const
 bool SettingsModel::isAccessibilityGranted() const
 {
     return m_state.permissions.get().accessibilityAuthorized;
+}
+
+bool SettingsModel::isAccessibilityAvailable() const
+{
+    return m_state.accessibility.get() != Access::unavailable;
 }
 
 void SettingsModel::requestMicrophone()

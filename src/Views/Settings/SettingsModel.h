@@ -63,6 +63,8 @@ class SettingsModel final : public QObject
     /// What keeps a microphone that is granted from hearing the user; empty when nothing does.
     Q_PROPERTY(QString microphoneNotice READ microphoneNotice NOTIFY changed)
     Q_PROPERTY(bool isAccessibilityGranted READ isAccessibilityGranted NOTIFY changed)
+    /// False where no permission would help.
+    Q_PROPERTY(bool isAccessibilityAvailable READ isAccessibilityAvailable NOTIFY changed)
 
     // Diagnostics
     Q_PROPERTY(QString diagnostics READ diagnostics NOTIFY changed)
@@ -118,6 +120,7 @@ public:
     QString microphoneHint() const;
     QString microphoneNotice() const;
     bool isAccessibilityGranted() const;
+    bool isAccessibilityAvailable() const;
 
     QString diagnostics() const;
 

@@ -34,6 +34,13 @@ public:
     }
 
     int lookupCount() const { return m_lookupCount; }
+    void announce(const char *table, const char *id)
+    {
+        m_service.emitSignal(
+            "/org/freedesktop/impl/portal/PermissionStore",
+            "org.freedesktop.impl.portal.PermissionStore", "Changed",
+            g_variant_new_parsed("(%s, %s, false, <byte 0>, @a{sas} {})", table, id));
+    }
 
 private:
     void takeCall(const BusService::Call &call)
@@ -130,7 +137,7 @@ class LinuxSystemAccessTest : public testing::Test
 protected:
     LinuxSystemAccess access(const std::optional<Sandbox> &sandbox)
     {
-        return {sandbox, {}, [] { return false; }};
+        return {sandbox, {}, [] { return Access::denied; }};
     }
 
     // What the request came to; it is not allowed to come before the call has returned.
@@ -291,11 +298,29 @@ TEST_F(LinuxSystemAccessTest, InASnapItsPlugDecides)
 
 TEST_F(LinuxSystemAccessTest, WhetherTheKeyboardIsOpenIsAskedEachTime)
 {
-    bool isOpen = false;
-    LinuxSystemAccess access(std::nullopt, {}, [&] { return isOpen; });
-    EXPECT_FALSE(access.isAccessibilityTrusted());
-    isOpen = true;
-    EXPECT_TRUE(access.isAccessibilityTrusted());
+    Access keyboard = Access::unavailable;
+    LinuxSystemAccess access(std::nullopt, {}, [&] { return keyboard; });
+    EXPECT_EQ(access.accessibility(), Access::unavailable);
+    keyboard = Access::granted;
+    EXPECT_EQ(access.accessibility(), Access::granted);
+}
+
+TEST_F(LinuxSystemAccessTest, AFlatpakHearsWhenItsUserDecidesOtherwise)
+{
+    PermissionStore store("yes");
+    LinuxSystemAccess access(flatpak, {}, [] { return Access::granted; });
+    int changes = 0;
+    access.observe([&] { ++changes; });
+    store.announce("devices", "camera");
+    store.announce("devices", "microphone");
+    EXPECT_TRUE(waitUntil([&] { return changes > 0; }));
+    EXPECT_EQ(changes, 1) << "the camera is not our concern";
+    access.observe({});
+    store.announce("devices", "microphone");
+    // Answered after the signal was sent, on the same connection.
+    EXPECT_EQ(access.microphoneState(), State::authorized);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes, 1);
 }
 
 } // namespace

@@ -44,7 +44,7 @@ TEST_F(MakePlatformTest, OnADesktopItsServicesWork)
               nullptr);
     EXPECT_FALSE(platform.directories->applicationSupportDirectory().isEmpty());
     EXPECT_FALSE(platform.userDefaults->data(u"kestrova.test"_s).has_value());
-    EXPECT_TRUE(platform.systemAccess->isAccessibilityTrusted());
+    EXPECT_EQ(platform.systemAccess->accessibility(), Access::granted);
     EXPECT_NE(platform.terminal, nullptr);
     EXPECT_FALSE(platform.appearance->isCompositing());
     EXPECT_FALSE(platform.systemAccess->microphoneSettingsPages().isEmpty());
@@ -83,7 +83,7 @@ TEST_F(MakePlatformTest, WithoutADisplayNothingRunsAndNothingIsSent)
               nullptr);
     EXPECT_FALSE(platform.scripts->activateApplicationNamed(u"xterm"_s));
     EXPECT_FALSE(platform.scripts->paste(std::nullopt));
-    EXPECT_FALSE(platform.systemAccess->isAccessibilityTrusted());
+    EXPECT_EQ(platform.systemAccess->accessibility(), Access::unavailable);
     EXPECT_FALSE(platform.appearance->isCompositing());
     qputenv("DISPLAY", display);
 }

@@ -14,10 +14,11 @@ TEST(X11Session, WithoutAServerThereIsNone)
 
 TEST(X11Session, TheKeyboardNeedsBothExtensionsOfTheServer)
 {
-    EXPECT_TRUE(X11Session::open()->isKeyboardAccessible());
+    EXPECT_EQ(X11Session::open()->keyboardAccess(), Access::granted);
     for (const char *missing : {"XTEST", "RECORD"}) {
         const PrivateXServer server({"-extension", missing});
-        EXPECT_FALSE(X11Session::open(server.displayName())->isKeyboardAccessible()) << missing;
+        EXPECT_EQ(X11Session::open(server.displayName())->keyboardAccess(), Access::unavailable)
+            << missing;
     }
 }
 
@@ -25,10 +26,10 @@ TEST(X11Session, OnceTheServerHasGoneTheKeyboardIsClosed)
 {
     PrivateXServer server;
     const auto session = X11Session::open(server.displayName());
-    ASSERT_TRUE(session->isKeyboardAccessible());
+    ASSERT_EQ(session->keyboardAccess(), Access::granted);
     server.kill();
     session->newStartupId(); // notices it
-    EXPECT_FALSE(session->isKeyboardAccessible());
+    EXPECT_EQ(session->keyboardAccess(), Access::unavailable);
 }
 
 TEST(X11Session, EveryStartupIdIsAnotherOneAndHasTheServersTime)

@@ -152,5 +152,18 @@ TEST_F(AppControllerSetupTest, CopyingThatFailsIsShownAndLeavesTheState)
     EXPECT_EQ(state().state.get(), DictationState::idle());
 }
 
+TEST_F(AppControllerSetupTest, WhatTheSystemAllowsIsFollowedWhenItSaysThatItChanged)
+{
+    fake.access.setAccessibility(Access::notAsked);
+    fake.access.announceChange();
+    EXPECT_FALSE(state().permissions.get().accessibilityAuthorized);
+    EXPECT_EQ(state().accessibility.get(), Access::notAsked);
+    fake.access.setAccessibility(Access::granted);
+    fake.access.announceChange();
+    EXPECT_TRUE(state().permissions.get().accessibilityAuthorized);
+    end();
+    fake.access.announceChange();
+}
+
 } // namespace
 } // namespace kestrova

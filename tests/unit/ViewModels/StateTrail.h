@@ -27,6 +27,7 @@ public:
         follow(state, &AppState::isWhisperCLIReadyChanged, u"isWhisperCLIReady"_s);
         follow(state, &AppState::resolvedWhisperCLIPathChanged, u"resolvedWhisperCLIPath"_s);
         follow(state, &AppState::permissionsChanged, u"permissions"_s);
+        follow(state, &AppState::accessibilityChanged, u"accessibility"_s);
         follow(state, &AppState::microphoneChanged, u"microphone"_s);
         follow(state, &AppState::recordingProblemChanged, u"recordingProblem"_s);
         follow(state, &AppState::settingsChanged, u"settings"_s);

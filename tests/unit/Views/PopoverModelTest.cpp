@@ -131,6 +131,22 @@ TEST_F(PopoverModelTest, EitherMissingPermissionWarns)
     EXPECT_TRUE(model->lacksPermission());
 }
 
+TEST_F(PopoverModelTest, WhatNoPermissionGivesIsNotAskedFor)
+{
+    EXPECT_FALSE(model->canGrantAccessibility()) << "it is granted";
+    for (const Access access : {Access::denied, Access::notAsked}) {
+        fake.access.setAccessibility(access);
+        controller->refreshEnvironmentSnapshot();
+        EXPECT_TRUE(model->canGrantAccessibility());
+        EXPECT_EQ(model->accessibilityStep().detail, u"Permission needed for auto paste"_s);
+    }
+    fake.access.setAccessibility(Access::unavailable);
+    controller->refreshEnvironmentSnapshot();
+    EXPECT_FALSE(model->canGrantAccessibility());
+    EXPECT_TRUE(model->lacksPermission());
+    EXPECT_EQ(model->accessibilityStep().detail, u"Not possible on this desktop"_s);
+}
+
 TEST_F(PopoverModelTest, TheGrantsAskTheSystem)
 {
     revokePermissions(true, true);

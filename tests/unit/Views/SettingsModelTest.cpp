@@ -72,6 +72,15 @@ TEST_F(SettingsModelTest, AShortcutThatTheKeyboardCannotTypeIsExplainedAsLongAsI
     EXPECT_TRUE(model.shortcutHint().contains(u": it has no Alt (⌥) and no Ctrl (⌃) key."_s));
 }
 
+TEST_F(SettingsModelTest, WhatNoPermissionGivesIsNotAskedFor)
+{
+    EXPECT_TRUE(model.isAccessibilityAvailable());
+    fake.access.setAccessibility(Access::unavailable);
+    controller->refreshEnvironmentSnapshot();
+    EXPECT_FALSE(model.isAccessibilityAvailable());
+    EXPECT_FALSE(model.isAccessibilityGranted());
+}
+
 TEST_F(SettingsModelTest, ShortcutsAreRecordedWhereTheProgramDecidesOnThem)
 {
     EXPECT_TRUE(model.recordsShortcuts());

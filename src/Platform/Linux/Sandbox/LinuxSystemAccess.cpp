@@ -1,7 +1,6 @@
 #include "Platform/Linux/Sandbox/LinuxSystemAccess.h"
 
 #include "Platform/Linux/Sandbox/MicrophoneAdvice.h"
-#include "Platform/Linux/Sandbox/MicrophonePortal.h"
 #include "Platform/Linux/Sandbox/MicrophoneSettings.h"
 
 #include <QProcess>
@@ -29,9 +28,9 @@ State snapState()
 
 LinuxSystemAccess::LinuxSystemAccess(const std::optional<Sandbox> &sandbox,
                                      const QString &currentDesktop,
-                                     std::function<bool()> isKeyboardAccessible)
+                                     std::function<Access()> keyboardAccess)
     : m_sandbox(sandbox), m_currentDesktop(currentDesktop),
-      m_isKeyboardAccessible(std::move(isKeyboardAccessible))
+      m_keyboardAccess(std::move(keyboardAccess))
 {
 }
 
@@ -67,6 +66,13 @@ void LinuxSystemAccess::requestMicrophone(std::function<void(bool isGranted)> co
             completion(microphoneState() == State::authorized);
         },
         Qt::QueuedConnection);
+}
+
+void LinuxSystemAccess::observe(std::function<void()> changed)
+{
+    m_watch.reset();
+    if (changed && m_sandbox && m_sandbox->kind == Sandbox::Kind::flatpak)
+        m_watch = std::make_unique<MicrophonePortal::DecisionWatch>(std::move(changed));
 }
 
 QList<QUrl> LinuxSystemAccess::microphoneSettingsPages()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Sandbox/MicrophonePortal.h"
 #include "Platform/Linux/Sandbox/Sandbox.h"
 #include "Platform/SystemAccess.h"
 
@@ -17,10 +18,10 @@ public:
     /// How long microphoneState() may wait for an answer from outside the sandbox.
     static constexpr std::chrono::milliseconds answerLimit{500};
 
-    /// currentDesktop is the value of $XDG_CURRENT_DESKTOP; isKeyboardAccessible tells whether the
+    /// currentDesktop is the value of $XDG_CURRENT_DESKTOP; keyboardAccess tells whether the
     /// desktop session lets keys be observed and sent.
     LinuxSystemAccess(const std::optional<Sandbox> &sandbox, const QString &currentDesktop,
-                      std::function<bool()> isKeyboardAccessible);
+                      std::function<Access()> keyboardAccess);
 
     /// A Flatpak needs the sound server and no refusal by the user, a snap its plug "audio-record".
     MicrophoneAuthorizationState microphoneState() override;
@@ -30,18 +31,21 @@ public:
     QList<QUrl> microphoneSettingsPages() override;
     std::optional<QString> microphoneAdvice(MicrophoneAuthorizationState state) override;
 
-    bool isAccessibilityTrusted() override { return m_isKeyboardAccessible(); }
+    Access accessibility() override { return m_keyboardAccess(); }
     /// There is no such question.
     void promptForAccessibility() override {}
+    /// Only what a Flatpak may do can change.
+    void observe(std::function<void()> changed) override;
 
 private:
     MicrophoneAuthorizationState flatpakState();
 
     const std::optional<Sandbox> m_sandbox;
     const QString m_currentDesktop;
-    const std::function<bool()> m_isKeyboardAccessible;
+    const std::function<Access()> m_keyboardAccess;
     bool m_wasGranted = false;
     QObject m_requests; // the owner of those under way
+    std::unique_ptr<MicrophonePortal::DecisionWatch> m_watch;
 };
 
 } // namespace kestrova

@@ -18,13 +18,16 @@ constexpr auto portal = "org.freedesktop.portal.Desktop"_L1;
 constexpr auto portalPath = "/org/freedesktop/portal/desktop"_L1;
 constexpr uint granted = 0; // org.freedesktop.portal.Request.Response
 
+// Its service and its interface have the same name.
+constexpr auto store = "org.freedesktop.impl.portal.PermissionStore"_L1;
+constexpr auto storePath = "/org/freedesktop/impl/portal/PermissionStore"_L1;
+constexpr auto table = "devices"_L1;
+constexpr auto device = "microphone"_L1;
+
 QDBusMessage lookup()
 {
-    auto call = QDBusMessage::createMethodCall(u"org.freedesktop.impl.portal.PermissionStore"_s,
-                                               u"/org/freedesktop/impl/portal/PermissionStore"_s,
-                                               u"org.freedesktop.impl.portal.PermissionStore"_s,
-                                               u"Lookup"_s);
-    call << u"devices"_s << u"microphone"_s;
+    auto call = QDBusMessage::createMethodCall(store, storePath, store, u"Lookup"_s);
+    call << QString(table) << QString(device);
     return call;
 }
 
@@ -68,6 +71,18 @@ State decision(const QString &applicationId, std::chrono::milliseconds limit)
         return hasNoRecord(QDBusError(reply)) ? State::authorized : State::unknown;
     const auto permissions = qdbus_cast<QMap<QString, QStringList>>(reply.arguments().value(0));
     return stateFor(permissions.value(applicationId));
+}
+
+DecisionWatch::DecisionWatch(std::function<void()> changed) : m_changed(std::move(changed))
+{
+    QDBusConnection::sessionBus().connect(store, storePath, store, u"Changed"_s, this,
+                                          SLOT(takeChange(QString, QString)));
+}
+
+void DecisionWatch::takeChange(const QString &changedTable, const QString &id)
+{
+    if (changedTable == table && id == device)
+        m_changed();
 }
 
 Request::Request(Completion completion, QObject *parent)

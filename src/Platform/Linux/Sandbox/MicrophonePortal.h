@@ -18,6 +18,20 @@ namespace kestrova::MicrophonePortal {
 MicrophoneAuthorizationState decision(const QString &applicationId,
                                       std::chrono::milliseconds limit);
 
+/// Tells when the user decides otherwise about the microphone, for whatever application.
+class DecisionWatch final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DecisionWatch(std::function<void()> changed);
+
+private:
+    Q_SLOT void takeChange(const QString &table, const QString &id);
+
+    const std::function<void()> m_changed;
+};
+
 /// A question to the user. It deletes itself after the answer; the completion is never called once
 /// it is gone.
 class Request final : public QObject

@@ -5,6 +5,7 @@
 #include "Platform/Keys/KeyEventPosting.h"
 #include "Platform/Linux/Applications/ApplicationWindows.h"
 #include "Platform/Pasteboard.h"
+#include "Platform/SystemAccess.h"
 #include "Platform/Workspace.h"
 
 #include <QByteArray>
@@ -35,8 +36,8 @@ public:
 
     /// The same object each time, owned by the session.
     virtual ApplicationWindows &applicationWindows() = 0;
-    /// Whether keys can be observed and sent here.
-    virtual bool isKeyboardAccessible() = 0;
+    /// Whether keys may be observed and sent here.
+    virtual Access keyboardAccess() = 0;
     /// What a program that is started gets in its environment, so that its window may come to the
     /// front (startupId()). Another one each time.
     virtual QByteArray newStartupId() = 0;

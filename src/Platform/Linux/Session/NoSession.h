@@ -22,7 +22,7 @@ public:
     std::unique_ptr<KeyEventMonitoring> makeKeyEventMonitoring() override;
 
     ApplicationWindows &applicationWindows() override { return m_windows; }
-    bool isKeyboardAccessible() override { return false; }
+    Access keyboardAccess() override { return Access::unavailable; }
     QByteArray newStartupId() override;
 
 private:

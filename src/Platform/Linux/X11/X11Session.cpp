@@ -79,10 +79,11 @@ std::unique_ptr<KeyEventMonitoring> X11Session::makeKeyEventMonitoring()
     return std::make_unique<X11KeyEventMonitoring>(m_connection, m_postedKeys, m_displayName);
 }
 
-bool X11Session::isKeyboardAccessible()
+Access X11Session::keyboardAccess()
 {
-    return m_connection.isOpen() && m_connection.hasExtension(&xcb_test_id) &&
-           m_connection.hasExtension(&xcb_record_id);
+    const bool isOpen = m_connection.isOpen() && m_connection.hasExtension(&xcb_test_id) &&
+                        m_connection.hasExtension(&xcb_record_id);
+    return isOpen ? Access::granted : Access::unavailable;
 }
 
 QByteArray X11Session::newStartupId()

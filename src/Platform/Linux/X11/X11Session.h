@@ -29,7 +29,7 @@ public:
 
     ApplicationWindows &applicationWindows() override { return m_applicationWindows; }
     /// Whether the server has the extensions XTEST and RECORD.
-    bool isKeyboardAccessible() override;
+    Access keyboardAccess() override;
     QByteArray newStartupId() override;
 
 private:
