@@ -126,7 +126,7 @@ int main(int argc, char **argv)
         {.platform = platform, .main = main, .background = background, .tools = background},
         std::make_shared<SettingsStore>(*platform.userDefaults),
         std::make_shared<SubstituteCapture>(), std::make_shared<SubstituteInserter>());
-    TrayItem trayItem(*platform.appearance);
+    TrayItem trayItem(*platform.appearance, *platform.windowing);
     Scenes scenes(controller, platform, trayItem);
     Dashboard dashboard(scenes);
 

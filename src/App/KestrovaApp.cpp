@@ -24,7 +24,7 @@ KestrovaApp::KestrovaApp(std::shared_ptr<DesktopSession> session)
     m_controller = std::make_unique<AppController>(
         AppEnvironment{m_platform, m_main, m_background, m_tools},
         std::make_shared<SettingsStore>(*m_platform.userDefaults), capture, inserter);
-    m_trayItem = std::make_unique<TrayItem>(*m_platform.appearance);
+    m_trayItem = std::make_unique<TrayItem>(*m_platform.appearance, *m_platform.windowing);
     m_windows = std::make_unique<LazyWindows>(
         [this] { return loadWindows(*m_controller, m_platform, *m_trayItem); });
     QObject::connect(m_trayItem.get(), &TrayItem::clicked, m_windows.get(),

@@ -13,6 +13,7 @@
 #include "Platform/SystemAccess.h"
 #include "Platform/TerminalLauncher.h"
 #include "Platform/UserDefaults.h"
+#include "Platform/Windowing.h"
 #include "Platform/Workspace.h"
 
 #include <memory>
@@ -33,6 +34,7 @@ struct Platform
     std::unique_ptr<AudioInput> audioInput;
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<DesktopAppearance> appearance;
+    std::unique_ptr<Windowing> windowing;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<KeyEventPosting> keyEvents;
     std::unique_ptr<KeyEventMonitoring> keyMonitoring;

@@ -3,7 +3,6 @@
 #include "Models/Dictation/TargetApplication.h"
 
 #include <QList>
-#include <QRect>
 #include <QUrl>
 
 #include <functional>
@@ -84,16 +83,6 @@ public:
     virtual bool isStarting(qint32 processIdentifier) = 0;
     /// Opens an address with the application that handles it; false when none took it.
     virtual bool openAddress(const QUrl &address) = 0;
-    /// Leaves a window of our own, which is about to be shown, out of task bars and window
-    /// switchers. The number is the window system's.
-    virtual void keepOffTaskBars(quint64 window) = 0;
-    /// Tells the window manager that a window of our own, which is about to be shown or is shown,
-    /// has a shadow of this many pixels on every side: what it keeps on the screen is the rest.
-    virtual void declareShadow(quint64 window, int margin) = 0;
-    /// Whether a window of our own is minimised. Not every desktop does that when it is asked.
-    virtual bool isMinimised(quint64 window) = 0;
-    /// Where the panels of the desktop are, in the pixels of all screens together.
-    virtual QList<QRect> panels() = 0;
 
     /// Calls the handler on the main thread with each application that comes to the front.
     [[nodiscard]] virtual std::unique_ptr<Observation>

@@ -205,22 +205,6 @@ bool FakeWorkspace::isStarting(qint32 processIdentifier)
            processIdentifier == m_desktop->m_launchedProcess;
 }
 
-void FakeWorkspace::keepOffTaskBars(quint64 window)
-{
-    m_desktop->note(u"task bars without %1"_s.arg(window));
-}
-
-bool FakeWorkspace::isMinimised(quint64)
-{
-    const std::lock_guard lock(m_desktop->m_mutex);
-    return m_desktop->m_minimises;
-}
-
-void FakeWorkspace::declareShadow(quint64 window, int margin)
-{
-    m_desktop->note(u"shadow of %1: %2"_s.arg(window).arg(margin));
-}
-
 bool FakeWorkspace::openAddress(const QUrl &address)
 {
     m_desktop->note(u"address "_s + address.toString());

@@ -57,6 +57,7 @@ private:
     friend class FakeWorkspace;
     friend class FakeKeyEventPosting;
     friend class FakeScriptRunning;
+    friend class FakeWindowing;
 
     struct Observer
     {
@@ -103,12 +104,6 @@ public:
     qint32 openApplication(const QString &bundleIdentifier) override;
     bool isStarting(qint32 processIdentifier) override;
     bool openAddress(const QUrl &address) override;
-    void keepOffTaskBars(quint64 window) override;
-    void declareShadow(quint64 window, int margin) override;
-    /// Every window, unless the desktop refuses.
-    bool isMinimised(quint64) override;
-    /// None.
-    QList<QRect> panels() override { return {}; }
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;
 

@@ -30,6 +30,7 @@ FakePlatform::FakePlatform()
 {
     platform.workspace = std::make_unique<FakeWorkspace>(desktop);
     platform.keyEvents = std::make_unique<FakeKeyEventPosting>(desktop);
+    platform.windowing = std::make_unique<FakeWindowing>(desktop);
     platform.scripts = std::make_unique<FakeScriptRunning>(desktop);
 }
 

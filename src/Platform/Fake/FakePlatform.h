@@ -11,6 +11,7 @@
 #include "Platform/Fake/FakeSystemAccess.h"
 #include "Platform/Fake/FakeTerminalLauncher.h"
 #include "Platform/Fake/FakeUserDefaults.h"
+#include "Platform/Fake/FakeWindowing.h"
 #include "Platform/Platform.h"
 
 namespace kestrova {

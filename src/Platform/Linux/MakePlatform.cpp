@@ -46,6 +46,7 @@ Platform makePlatform(std::shared_ptr<DesktopSession> session)
     platform.audioInput = std::make_unique<PulseAudioInput>();
     platform.workspace = desktop.makeWorkspace();
     platform.appearance = desktop.makeAppearance();
+    platform.windowing = desktop.makeWindowing();
     platform.pasteboard = desktop.makePasteboard();
     platform.keyEvents = desktop.makeKeyEventPosting();
     platform.keyMonitoring = desktop.makeKeyEventMonitoring();

@@ -56,8 +56,8 @@ HotbarSlotRow rowOf(int slotIndex, AppController &controller)
 
 } // namespace
 
-DashboardModel::DashboardModel(AppController &controller, KeyEventMonitoring &monitoring)
-    : m_controller(controller), m_state(controller.appState()), m_recorder(controller, monitoring)
+DashboardModel::DashboardModel(AppController &controller, const RecorderKeyboard &keyboard)
+    : m_controller(controller), m_state(controller.appState()), m_recorder(controller, keyboard)
 {
     m_controller.refreshUsageAnalytics();
     followBuckets();

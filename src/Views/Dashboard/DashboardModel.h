@@ -58,8 +58,8 @@ public:
     enum UsageChartStyle { Heatmap, Bar, Line };
     Q_ENUM(UsageChartStyle)
 
-    /// Both outlive this.
-    DashboardModel(AppController &controller, KeyEventMonitoring &monitoring);
+    /// The controller outlives this.
+    DashboardModel(AppController &controller, const RecorderKeyboard &keyboard);
 
     QString statusText() const { return status().text; }
     int statusTone() const { return status().tone; }

@@ -48,25 +48,6 @@ int kept(int start, int length, int lower, int upper)
 
 } // namespace
 
-ScreenArea ScreenArea::without(const QRect &panel) const
-{
-    if (!geometry.contains(panel.center()))
-        return *this;
-    QRect rest = available;
-    const Distances gaps = distances(geometry, panel);
-    if (panel.width() >= panel.height()) {
-        if (gaps[0] <= gaps[1])
-            rest.setTop(std::max(rest.top(), panel.bottom() + 1));
-        else
-            rest.setBottom(std::min(rest.bottom(), panel.top() - 1));
-    } else if (gaps[2] <= gaps[3]) {
-        rest.setLeft(std::max(rest.left(), panel.right() + 1));
-    } else {
-        rest.setRight(std::min(rest.right(), panel.left() - 1));
-    }
-    return {geometry, rest};
-}
-
 PopoverPlacement::PopoverPlacement(const QRect &trayItem, const std::optional<QPoint> &clicked,
                                    const QList<ScreenArea> &screens)
 {

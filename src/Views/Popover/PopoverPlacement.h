@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Windowing.h"
+
 #include <QList>
 #include <QRect>
 
@@ -7,20 +9,10 @@
 
 namespace kestrova {
 
-/// One screen, in logical pixels like all coordinates here: its origin among the screens, its size
-/// divided by its scale factor.
-struct ScreenArea
-{
-    QRect geometry;
-    QRect available; ///< without the panels, as far as they are known
-
-    /// Leaves the panel out, if it is one of this screen.
-    ScreenArea without(const QRect &panel) const;
-};
-
 enum class ScreenEdge { top, bottom, left, right };
 
-/// Where the popover stands: beside the tray item, off the panel and within the work area.
+/// Where the popover stands, in logical pixels: beside the tray item, off the panel and within the
+/// work area.
 class PopoverPlacement
 {
 public:

@@ -21,8 +21,6 @@ bool isModifierKey(quint32 keyCode)
 
 } // namespace
 
-ShortcutCapture::ShortcutCapture(KeyEventMonitoring &monitoring) : m_monitoring(monitoring) {}
-
 QString ShortcutCapture::displayText() const
 {
     return m_capturedShortcut ? m_capturedShortcut->displayText() : u"Waiting for input..."_s;
@@ -36,20 +34,20 @@ void ShortcutCapture::start(QWindow *window)
     if (window)
         takeKeys(*window);
     constexpr KeyEvent::Types types = KeyEvent::keyDown | KeyEvent::flagsChanged;
-    m_localMonitor = m_monitoring.addLocalMonitor(types, [this](const KeyEvent &event) {
+    m_localMonitor = m_keyboard.monitoring.addLocalMonitor(types, [this](const KeyEvent &event) {
         handle(event);
         return true;
     });
-    m_globalMonitor =
-        m_monitoring.addGlobalMonitor(types, [this](const KeyEvent &event) { handle(event); });
+    m_globalMonitor = m_keyboard.monitoring.addGlobalMonitor(
+        types, [this](const KeyEvent &event) { handle(event); });
 }
 
 void ShortcutCapture::takeKeys(QWindow &window)
 {
     window.raise();
     window.requestActivate();
-    m_grab = std::make_unique<KeyboardGrab>(window);
-    connect(&window, &QWindow::visibleChanged, m_grab.get(), [this](bool isVisible) {
+    m_hold = m_keyboard.windowing.holdKeyboard(window);
+    m_windowVisibility = connect(&window, &QWindow::visibleChanged, this, [this](bool isVisible) {
         if (!isVisible)
             cancel();
     });
@@ -59,7 +57,8 @@ void ShortcutCapture::stop()
 {
     m_localMonitor.reset();
     m_globalMonitor.reset();
-    m_grab.reset();
+    m_hold.reset();
+    disconnect(m_windowVisibility);
 }
 
 void ShortcutCapture::save()
@@ -75,8 +74,8 @@ void ShortcutCapture::cancel()
 
 void ShortcutCapture::handle(const KeyEvent &event)
 {
-    if (m_grab)
-        m_grab->renew();
+    if (m_hold)
+        m_hold->renew();
     if (event.type == KeyEvent::flagsChanged) {
         setMessage(u"Press a non-modifier key while holding your modifiers."_s);
         return;

@@ -2,7 +2,7 @@
 
 #include "Models/Settings/HotkeyShortcut.h"
 #include "Platform/Keys/KeyEventMonitoring.h"
-#include "Views/Recorder/KeyboardGrab.h"
+#include "Platform/Windowing.h"
 
 #include <QQmlEngine>
 
@@ -10,6 +10,13 @@
 #include <optional>
 
 namespace kestrova {
+
+/// Where a recorder gets its keys from. Both outlive it.
+struct RecorderKeyboard
+{
+    KeyEventMonitoring &monitoring;
+    Windowing &windowing;
+};
 
 /// Turns the keys that the user presses into a shortcut, and tells what is still missing. Main
 /// thread.
@@ -26,8 +33,7 @@ class ShortcutCapture final : public QObject
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
 
 public:
-    /// The monitoring outlives this.
-    explicit ShortcutCapture(KeyEventMonitoring &monitoring);
+    explicit ShortcutCapture(const RecorderKeyboard &keyboard) : m_keyboard(keyboard) {}
 
     QString displayText() const;
     bool isCaptured() const { return m_capturedShortcut.has_value(); }
@@ -58,10 +64,11 @@ private:
     void setCapturedShortcut(const std::optional<HotkeyShortcut> &shortcut);
     void setMessage(const QString &message);
 
-    KeyEventMonitoring &m_monitoring;
+    const RecorderKeyboard m_keyboard;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_localMonitor;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_globalMonitor;
-    std::unique_ptr<KeyboardGrab> m_grab;
+    std::unique_ptr<Windowing::KeyboardHold> m_hold;
+    QMetaObject::Connection m_windowVisibility;
     std::optional<HotkeyShortcut> m_capturedShortcut;
     QString m_message;
 };

@@ -11,8 +11,8 @@ QPointer<ShortcutRecorder> openRecorder;
 
 } // namespace
 
-ShortcutRecorder::ShortcutRecorder(AppController &controller, KeyEventMonitoring &monitoring)
-    : m_controller(controller), m_capture(monitoring)
+ShortcutRecorder::ShortcutRecorder(AppController &controller, const RecorderKeyboard &keyboard)
+    : m_controller(controller), m_capture(keyboard)
 {
     connect(&m_capture, &ShortcutCapture::cancelled, this, &ShortcutRecorder::close);
     connect(&m_capture, &ShortcutCapture::saved, this, [this](const HotkeyShortcut &shortcut) {

@@ -22,8 +22,8 @@ class ShortcutRecorder final : public QObject
 public:
     using Save = std::function<void(const HotkeyShortcut &)>;
 
-    /// Both outlive this.
-    ShortcutRecorder(AppController &controller, KeyEventMonitoring &monitoring);
+    /// The controller outlives this.
+    ShortcutRecorder(AppController &controller, const RecorderKeyboard &keyboard);
     /// Arms the shortcuts again if it is open.
     ~ShortcutRecorder() override;
 

@@ -1,43 +1,15 @@
 #include "Views/Scenes/PopoverScene.h"
 
 #include <QGuiApplication>
-#include <QScreen>
 #include <QTimer>
 
 namespace kestrova {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// From the pixels of all screens together to the logical ones of this screen.
-QRect logical(const QRect &place, const QScreen &screen)
-{
-    const QPoint origin = screen.geometry().topLeft();
-    const qreal scale = screen.devicePixelRatio();
-    return {origin + (place.topLeft() - origin) / scale, place.size() / scale};
-}
-
-QList<ScreenArea> screenAreas(Workspace &workspace)
-{
-    const QList<QScreen *> screens = QGuiApplication::screens();
-    // The work area is that of all screens together, so that it tells something of a single one.
-    const QList<QRect> panels = screens.size() > 1 ? workspace.panels() : QList<QRect>();
-    QList<ScreenArea> areas;
-    for (const QScreen *screen : screens) {
-        ScreenArea area{screen->geometry(), screen->availableGeometry()};
-        for (const QRect &panel : panels)
-            area = area.without(logical(panel, *screen));
-        areas.append(area);
-    }
-    return areas;
-}
-
-} // namespace
-
-PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, Workspace &workspace,
+PopoverScene::PopoverScene(SceneEngine &engine, AppController &controller, Windowing &windowing,
                            TrayItem &trayItem)
-    : m_engine(engine), m_workspace(workspace), m_trayItem(trayItem), m_model(controller)
+    : m_engine(engine), m_windowing(windowing), m_trayItem(trayItem), m_model(controller)
 {
     connect(&m_model, &PopoverModel::dismissRequested, this, &PopoverScene::dismiss);
     connect(&m_model, &PopoverModel::openWindowRequested, this, &PopoverScene::openWindowRequested);
@@ -82,15 +54,15 @@ void PopoverScene::prepare()
 void PopoverScene::openAt(const std::optional<QPoint> &clicked)
 {
     prepare();
-    if (!TrayItem::isShown()) {
+    if (!TrayItem::isShown() || !m_windowing.canPlaceWindows()) {
         m_popover->openOrdinary();
         return;
     }
     if (m_popover->isOrdinary())
         m_popover->hide(); // the tray has come up since
     if (!m_popover->isVisible())
-        m_workspace.keepOffTaskBars(m_popover->winId());
-    m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, screenAreas(m_workspace)));
+        m_windowing.keepOffTaskBars(*m_popover);
+    m_popover->openAt(PopoverPlacement(m_trayItem.geometry(), clicked, m_windowing.screenAreas()));
 }
 
 void PopoverScene::build()
@@ -104,8 +76,7 @@ void PopoverScene::build()
 
 void PopoverScene::declareShadow()
 {
-    m_workspace.declareShadow(m_popover->winId(),
-                              qRound(m_popover->margin() * m_popover->devicePixelRatio()));
+    m_windowing.declareShadow(*m_popover, m_popover->margin());
 }
 
 void PopoverScene::loseFocus()
@@ -117,7 +88,7 @@ void PopoverScene::loseFocus()
 void PopoverScene::awaitMinimising()
 {
     QTimer::singleShot(minimisingLimit, m_popover, [this] {
-        if (!m_workspace.isMinimised(m_popover->winId()))
+        if (!m_windowing.isMinimised(*m_popover))
             m_popover->stayOpen();
     });
 }

@@ -25,7 +25,7 @@ public:
     static constexpr std::chrono::milliseconds minimisingLimit{500};
 
     /// All of them outlive this.
-    PopoverScene(SceneEngine &engine, AppController &controller, Workspace &workspace,
+    PopoverScene(SceneEngine &engine, AppController &controller, Windowing &windowing,
                  TrayItem &trayItem);
 
     /// As for a click on the tray item: opens it, or closes it when it is open.
@@ -52,7 +52,7 @@ private:
     void awaitMinimising();
 
     SceneEngine &m_engine;
-    Workspace &m_workspace;
+    Windowing &m_windowing;
     TrayItem &m_trayItem;
     PopoverModel m_model;
     std::unique_ptr<QQuickWindow> m_window;

@@ -22,11 +22,12 @@ constexpr int neededDescriptors = 16;
 
 Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem)
     : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults),
-      m_popover(m_engine, controller, *platform.workspace, trayItem)
+      m_popover(m_engine, controller, *platform.windowing, trayItem)
 {
     add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
          [&controller, &platform] {
-             return std::make_unique<DashboardModel>(controller, *platform.keyMonitoring);
+             return std::make_unique<DashboardModel>(
+                 controller, RecorderKeyboard{*platform.keyMonitoring, *platform.windowing});
          }});
     add({u"settings"_s, u"qrc:/Kestrova/Settings/SettingsView.qml"_s, [&, this] {
              auto model = std::make_unique<SettingsModel>(controller, platform);

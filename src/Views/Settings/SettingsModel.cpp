@@ -42,7 +42,7 @@ QString address(SettingsModel::ModelPreset preset)
 
 SettingsModel::SettingsModel(AppController &controller, Platform &platform)
     : m_controller(controller), m_state(controller.appState()), m_platform(platform),
-      m_recorder(controller, *platform.keyMonitoring)
+      m_recorder(controller, {*platform.keyMonitoring, *platform.windowing})
 {
     for (const auto signal :
          {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,

@@ -1,8 +1,6 @@
 #include "Views/Tray/TrayItem.h"
 
-#include <QGuiApplication>
-#include <QPixmap>
-#include <QScreen>
+#include <QColor>
 
 namespace kestrova {
 
@@ -10,26 +8,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The panel's colour behind the icon, in a corner of which there is nothing drawn.
-std::optional<QColor> panelColor(const QRect &icon)
+std::optional<QColor> colorOf(const std::optional<quint32> &rgb)
 {
-    QScreen *screen = QGuiApplication::screenAt(icon.topLeft());
-    if (icon.isEmpty() || !screen)
-        return std::nullopt;
-    const QPoint corner = icon.topLeft() - screen->geometry().topLeft();
-    const QImage pixel = screen->grabWindow(0, corner.x(), corner.y(), 1, 1).toImage();
-    return pixel.isNull() ? std::nullopt : std::optional(pixel.pixelColor(0, 0));
-}
-
-std::optional<QColor> trayTextColor(const DesktopAppearance &desktop)
-{
-    const auto color = desktop.trayTextColor();
-    return color ? std::optional(QColor::fromRgb(*color)) : std::nullopt;
+    return rgb ? std::optional(QColor::fromRgb(*rgb)) : std::nullopt;
 }
 
 } // namespace
 
-TrayItem::TrayItem(const DesktopAppearance &desktop) : m_desktop(desktop)
+TrayItem::TrayItem(const DesktopAppearance &desktop, Windowing &windowing)
+    : m_desktop(desktop), m_windowing(windowing)
 {
     m_icon.setToolTip(u"Kestrova"_s);
     connect(&m_icon, &QSystemTrayIcon::activated, this, &TrayItem::activate);
@@ -66,8 +53,9 @@ void TrayItem::lookAgain()
 
 void TrayItem::look()
 {
-    const auto colors =
-        MenuBarIconColors::on(trayTextColor(m_desktop), panelColor(m_icon.geometry()));
+    // In a corner of the icon there is nothing drawn.
+    const auto colors = MenuBarIconColors::on(colorOf(m_desktop.trayTextColor()),
+                                              colorOf(m_windowing.colorBehind(m_icon.geometry())));
     if (colors == m_colors)
         return;
     m_colors = colors;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/DesktopAppearance.h"
+#include "Platform/Windowing.h"
 #include "Views/Tray/MenuBarIcon.h"
 
 #include <QSystemTrayIcon>
@@ -19,8 +20,8 @@ public:
     static constexpr std::chrono::milliseconds firstWait{100};
     static constexpr std::chrono::milliseconds longestWait{6400};
 
-    /// The desktop outlives this.
-    explicit TrayItem(const DesktopAppearance &desktop);
+    /// Both outlive this.
+    TrayItem(const DesktopAppearance &desktop, Windowing &windowing);
 
     /// Where the icon is on the screen; empty where the panel does not tell.
     QRect geometry() const { return m_icon.geometry(); }
@@ -37,6 +38,7 @@ private:
     void lookAgain();
 
     const DesktopAppearance &m_desktop;
+    Windowing &m_windowing;
     QSystemTrayIcon m_icon;
     std::optional<MenuBarIconColors> m_colors; ///< in which the icon was drawn
     QTimer m_looking;

@@ -341,7 +341,7 @@ TEST_F(X11WorkspaceTest, AWindowIsKeptOffTaskBarsOnceItIsShown)
     const xcb_window_t window = xcb_generate_id(connection.xcb());
     xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 50,
                       50, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-    workspace.keepOffTaskBars(window);
+    windows.keepOffTaskBars(window);
     xcb_map_window(connection.xcb(), window);
     xcb_flush(connection.xcb());
     ASSERT_TRUE(waitUntil(
@@ -352,7 +352,7 @@ TEST_F(X11WorkspaceTest, AWindowIsKeptOffTaskBarsOnceItIsShown)
 
 TEST_F(X11WorkspaceTest, PanelsAreTheDockWindows)
 {
-    EXPECT_TRUE(workspace.panels().isEmpty());
+    EXPECT_TRUE(windows.panels().isEmpty());
     const xcb_window_t window = xcb_generate_id(connection.xcb());
     xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 300,
                       32, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -361,14 +361,14 @@ TEST_F(X11WorkspaceTest, PanelsAreTheDockWindows)
                         connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
     xcb_map_window(connection.xcb(), window);
     xcb_flush(connection.xcb());
-    ASSERT_TRUE(waitUntil([this] { return !workspace.panels().isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !windows.panels().isEmpty(); }));
     // Wherever the window manager has put it.
     const std::array<quint32, 2> corner{10, 20};
     xcb_configure_window(connection.xcb(), window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
                          corner.data());
     xcb_flush(connection.xcb());
     EXPECT_TRUE(
-        waitUntil([this] { return workspace.panels() == QList<QRect>{QRect(10, 20, 300, 32)}; }));
+        waitUntil([this] { return windows.panels() == QList<QRect>{QRect(10, 20, 300, 32)}; }));
 }
 
 } // namespace

@@ -18,7 +18,8 @@ class DashboardModelTest : public ControllerTest
 protected:
     DashboardModel &open()
     {
-        model = std::make_unique<DashboardModel>(*controller, *fake.platform.keyMonitoring);
+        model = std::make_unique<DashboardModel>(
+            *controller, RecorderKeyboard{*fake.platform.keyMonitoring, *fake.platform.windowing});
         return *model;
     }
     void record(const QList<UsageEvent> &events)

@@ -14,7 +14,8 @@ class DashboardOutlineTest : public WindowOutlineTest
 protected:
     void open(const QString &title)
     {
-        model = std::make_unique<DashboardModel>(*controller, *fake.platform.keyMonitoring);
+        model = std::make_unique<DashboardModel>(
+            *controller, RecorderKeyboard{*fake.platform.keyMonitoring, *fake.platform.windowing});
         show(u"Dashboard/DashboardWindow.qml"_s, *model);
         if (title != u"Overview"_s)
             press(u"tab "_s + title);

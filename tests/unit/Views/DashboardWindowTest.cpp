@@ -37,7 +37,8 @@ protected:
         controller->updateSettings([](AppSettings &settings) {
             settings.setHotbarAssignment(1, u"org.example.Editor"_s, u"Editor"_s);
         });
-        model = std::make_unique<DashboardModel>(*controller, *fake.platform.keyMonitoring);
+        model = std::make_unique<DashboardModel>(
+            *controller, RecorderKeyboard{*fake.platform.keyMonitoring, *fake.platform.windowing});
         build();
     }
     ~DashboardWindowTest() override

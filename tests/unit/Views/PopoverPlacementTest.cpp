@@ -146,28 +146,6 @@ TEST_F(PopoverPlacementOnTwoScreens, WithoutAnItemItIsAtTheFarCornerOfTheFirstPa
     EXPECT_EQ(placeOf(placement), QPoint(1920 - 8 - 360, 640));
 }
 
-TEST(ScreenArea, APanelIsLeftOut)
-{
-    const ScreenArea screen{whole, whole};
-    EXPECT_EQ(screen.without({0, 0, 1920, 32}).available, whole.adjusted(0, 32, 0, 0));
-    EXPECT_EQ(screen.without({600, 1048, 700, 32}).available, whole.adjusted(0, 0, 0, -32));
-    EXPECT_EQ(screen.without({0, 100, 40, 700}).available, whole.adjusted(40, 0, 0, 0));
-    EXPECT_EQ(screen.without({1880, 0, 40, 1080}).available, whole.adjusted(0, 0, -40, 0));
-}
-
-TEST(ScreenArea, APanelThatIsLeftOutAlreadyChangesNothing)
-{
-    const ScreenArea screen = screenWithPanel(ScreenEdge::top);
-    EXPECT_EQ(screen.without({0, 0, 1920, 24}).available, screen.available);
-}
-
-TEST(ScreenArea, AnotherScreensPanelChangesNothing)
-{
-    const ScreenArea screen{whole, whole};
-    EXPECT_EQ(screen.without({1920, 0, 1920, 32}).available, whole);
-    EXPECT_EQ(screen.without(QRect()).available, whole);
-}
-
 TEST(PopoverPlacement, TheFarCornerIsTheEndOfThePanel)
 {
     const auto corner = [](ScreenEdge edge) {

@@ -22,6 +22,15 @@ TEST_F(PopoverSceneTest, AClickOpensItBesideTheItemAndTheNextOneClosesIt)
     open();
 }
 
+TEST_F(PopoverSceneTest, WhereNoProgramPlacesItsWindowsItIsAnOrdinaryOne)
+{
+    static_cast<FakeWindowing &>(*fake.platform.windowing).setCanPlaceWindows(false);
+    startPanel();
+    open();
+    EXPECT_TRUE(popover()->isOrdinary());
+    EXPECT_EQ(actionsOn(u"task bars"_s), QStringList());
+}
+
 TEST_F(PopoverSceneTest, TaskBarsDoNotShowIt)
 {
     startPanel();

@@ -54,9 +54,9 @@ protected:
 
     GuiTestApplication application;
     Panel panel;
-    TrayItem trayItem{*fake.platform.appearance};
+    TrayItem trayItem{*fake.platform.appearance, *fake.platform.windowing};
     SceneEngine engine{controller->appState(), *fake.platform.appearance};
-    std::optional<PopoverScene> scene{std::in_place, engine, *controller, *fake.platform.workspace,
+    std::optional<PopoverScene> scene{std::in_place, engine, *controller, *fake.platform.windowing,
                                       trayItem};
     X11Connection connection;
     VirtualKeyboard keyboard{connection.xcb()};

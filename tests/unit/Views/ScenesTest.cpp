@@ -70,7 +70,7 @@ protected:
     GuiTestApplication application;
     const Warnings warnings;
     Panel panel;
-    TrayItem trayItem{*fake.platform.appearance};
+    TrayItem trayItem{*fake.platform.appearance, *fake.platform.windowing};
     std::optional<Scenes> scenes{std::in_place, *controller, fake.platform, trayItem};
     QStringList shown;
     QStringList failures;

@@ -1,6 +1,8 @@
 #include "Views/Recorder/ShortcutCapture.h"
 
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
+#include "Platform/Linux/X11/Windows/X11KeyboardHold.h"
+#include "Platform/Linux/X11/Windows/X11Windowing.h"
 #include "support/KeyPresses.h"
 #include "support/OtherProgram.h"
 #include "support/TestApplication.h"
@@ -103,7 +105,10 @@ protected:
             ++m_ownPresses;
             return false;
         });
-    ShortcutCapture m_capture{m_monitoring};
+    DesktopEntries m_entries;
+    X11Windows m_windows{m_connection, m_entries};
+    X11Windowing m_windowing{m_windows};
+    ShortcutCapture m_capture{{m_monitoring, m_windowing}};
 };
 
 TEST_F(ShortcutCaptureKeysTest, AShortcutOfTheWindowManagerIsCapturedAndHasNoEffect)
@@ -169,10 +174,10 @@ TEST_F(ShortcutCaptureKeysTest, WhileNoKeyComesTheKeyboardIsLeftToAScreenLocker)
     OtherProgram locker;
     m_window.requestActivate();
     EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == &m_window; }));
-    KeyboardGrab grab(m_window, std::chrono::milliseconds(50));
+    X11KeyboardHold hold(m_window, std::chrono::milliseconds(50));
     EXPECT_TRUE(isRefused(locker));
     EXPECT_TRUE(waitUntil([&] { return !isRefused(locker); }));
-    grab.renew();
+    hold.renew();
     EXPECT_TRUE(isRefused(locker));
 }
 

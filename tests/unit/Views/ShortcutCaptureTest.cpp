@@ -1,6 +1,7 @@
 #include "Views/Recorder/ShortcutCapture.h"
 
 #include "Platform/Fake/FakeKeyEventMonitoring.h"
+#include "Platform/Fake/FakeWindowing.h"
 #include "support/QtPrinting.h"
 
 #include <QStringList>
@@ -38,7 +39,8 @@ protected:
     }
 
     FakeKeyEventMonitoring monitoring;
-    ShortcutCapture capture{monitoring};
+    FakeWindowing windowing{std::make_shared<FakeDesktop>()};
+    ShortcutCapture capture{{monitoring, windowing}};
     QStringList signalled;
 };
 

@@ -25,8 +25,9 @@ protected:
     char name[5] = "test";
     char *argv[2] = {name, nullptr};
     QCoreApplication application{argc, argv}; // delivers what is queued
+    const RecorderKeyboard keyboard{*fake.platform.keyMonitoring, *fake.platform.windowing};
     std::unique_ptr<ShortcutRecorder> recorder =
-        std::make_unique<ShortcutRecorder>(*controller, *fake.platform.keyMonitoring);
+        std::make_unique<ShortcutRecorder>(*controller, keyboard);
     QStringList saved;
 };
 
@@ -86,7 +87,7 @@ TEST_F(ShortcutRecorderTest, AChangeOfTheSettingsMeanwhileDoesNotArmTheShortcuts
 TEST_F(ShortcutRecorderTest, OneIsOpenAtATime)
 {
     open();
-    ShortcutRecorder other(*controller, *fake.platform.keyMonitoring);
+    ShortcutRecorder other(*controller, keyboard);
     other.open([](const HotkeyShortcut &) {});
     EXPECT_FALSE(recorder->isOpen());
     EXPECT_TRUE(other.isOpen());

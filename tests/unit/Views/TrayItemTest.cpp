@@ -1,6 +1,7 @@
 #include "Views/Tray/TrayItem.h"
 
 #include "Platform/Fake/FakeDesktopAppearance.h"
+#include "Platform/Linux/X11/Windows/X11Windowing.h"
 #include "Views/Panel.h"
 
 #include <QPixmap>
@@ -27,7 +28,11 @@ protected:
     GuiTestApplication application;
     Panel panel;
     FakeDesktopAppearance desktop;
-    TrayItem trayItem{desktop};
+    X11Connection connection;
+    DesktopEntries entries;
+    X11Windows windows{connection, entries};
+    X11Windowing windowing{windows};
+    TrayItem trayItem{desktop, windowing};
 };
 
 TEST_F(TrayItemTest, OnADarkPanelItIsLight)

@@ -6,6 +6,7 @@
 #include "Platform/Linux/Applications/ApplicationWindows.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/SystemAccess.h"
+#include "Platform/Windowing.h"
 #include "Platform/Workspace.h"
 
 #include <QByteArray>
@@ -30,6 +31,7 @@ public:
 
     virtual std::unique_ptr<Workspace> makeWorkspace() = 0;
     virtual std::unique_ptr<DesktopAppearance> makeAppearance() = 0;
+    virtual std::unique_ptr<Windowing> makeWindowing() = 0;
     virtual std::unique_ptr<Pasteboard> makePasteboard() = 0;
     virtual std::unique_ptr<KeyEventPosting> makeKeyEventPosting() = 0;
     virtual std::unique_ptr<KeyEventMonitoring> makeKeyEventMonitoring() = 0;

@@ -22,10 +22,6 @@ public:
     qint32 openApplication(const QString &) override { return 0; }
     bool isStarting(qint32) override { return false; }
     bool openAddress(const QUrl &) override { return false; }
-    void keepOffTaskBars(quint64) override {}
-    void declareShadow(quint64, int) override {}
-    bool isMinimised(quint64) override { return false; }
-    QList<QRect> panels() override { return {}; }
     /// The handler is never called.
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)>) override
@@ -41,6 +37,18 @@ public:
     bool reducesMotion() const override { return false; }
     bool isHighContrast() const override { return false; }
     std::optional<quint32> trayTextColor() const override { return std::nullopt; }
+};
+
+class NoWindowing final : public Windowing
+{
+public:
+    bool canPlaceWindows() const override { return false; }
+    QList<ScreenArea> screenAreas() override { return {}; }
+    void keepOffTaskBars(QWindow &) override {}
+    void declareShadow(QWindow &, int) override {}
+    bool isMinimised(QWindow &) override { return false; }
+    std::unique_ptr<KeyboardHold> holdKeyboard(QWindow &) override { return nullptr; }
+    std::optional<quint32> colorBehind(const QRect &) override { return std::nullopt; }
 };
 
 class MissingPasteboard final : public Pasteboard
@@ -92,6 +100,11 @@ std::unique_ptr<Workspace> NoSession::makeWorkspace()
 std::unique_ptr<DesktopAppearance> NoSession::makeAppearance()
 {
     return std::make_unique<PlainAppearance>();
+}
+
+std::unique_ptr<Windowing> NoSession::makeWindowing()
+{
+    return std::make_unique<NoWindowing>();
 }
 
 std::unique_ptr<Pasteboard> NoSession::makePasteboard()

@@ -16,6 +16,7 @@ public:
 
     std::unique_ptr<Workspace> makeWorkspace() override;
     std::unique_ptr<DesktopAppearance> makeAppearance() override;
+    std::unique_ptr<Windowing> makeWindowing() override;
     /// One that throws PlatformError whenever it is given a text.
     std::unique_ptr<Pasteboard> makePasteboard() override;
     std::unique_ptr<KeyEventPosting> makeKeyEventPosting() override;

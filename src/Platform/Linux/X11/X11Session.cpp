@@ -8,6 +8,7 @@
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 #include "Platform/Linux/X11/Windows/X11DesktopAppearance.h"
+#include "Platform/Linux/X11/Windows/X11Windowing.h"
 #include "Platform/Linux/X11/Windows/X11Workspace.h"
 
 #include <xcb/record.h>
@@ -58,6 +59,11 @@ std::unique_ptr<Workspace> X11Session::makeWorkspace()
 std::unique_ptr<DesktopAppearance> X11Session::makeAppearance()
 {
     return std::make_unique<X11DesktopAppearance>(m_displayName);
+}
+
+std::unique_ptr<Windowing> X11Session::makeWindowing()
+{
+    return std::make_unique<X11Windowing>(m_windows);
 }
 
 std::unique_ptr<Pasteboard> X11Session::makePasteboard()

@@ -23,6 +23,7 @@ public:
 
     std::unique_ptr<Workspace> makeWorkspace() override;
     std::unique_ptr<DesktopAppearance> makeAppearance() override;
+    std::unique_ptr<Windowing> makeWindowing() override;
     std::unique_ptr<Pasteboard> makePasteboard() override;
     std::unique_ptr<KeyEventPosting> makeKeyEventPosting() override;
     std::unique_ptr<KeyEventMonitoring> makeKeyEventMonitoring() override;

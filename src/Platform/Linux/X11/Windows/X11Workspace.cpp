@@ -178,21 +178,6 @@ bool X11Workspace::openAddress(const QUrl &address)
     return launchHandler(address, newStartupId());
 }
 
-void X11Workspace::keepOffTaskBars(quint64 window)
-{
-    m_windows.keepOffTaskBars(static_cast<xcb_window_t>(window));
-}
-
-void X11Workspace::declareShadow(quint64 window, int margin)
-{
-    m_windows.declareShadow(static_cast<xcb_window_t>(window), margin);
-}
-
-bool X11Workspace::isMinimised(quint64 window)
-{
-    return m_windows.isMinimised(static_cast<xcb_window_t>(window));
-}
-
 QByteArray X11Workspace::newStartupId()
 {
     return startupId(serverTime(m_connection));

@@ -38,10 +38,6 @@ public:
     bool isStarting(qint32 processIdentifier) override;
     /// An application's address opens that application, also one that no menu shows.
     bool openAddress(const QUrl &address) override;
-    void keepOffTaskBars(quint64 window) override;
-    void declareShadow(quint64 window, int margin) override;
-    bool isMinimised(quint64 window) override;
-    QList<QRect> panels() override { return m_windows.panels(); }
 
     std::unique_ptr<Observation>
     observeActivations(std::function<void(const RunningApplication &)> handler) override;

@@ -1,4 +1,4 @@
-#include "Views/Recorder/KeyboardGrab.h"
+#include "Platform/Linux/X11/Windows/X11KeyboardHold.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -15,30 +15,31 @@ constexpr auto retryInterval = 50ms;
 
 } // namespace
 
-KeyboardGrab::KeyboardGrab(QWindow &window, std::chrono::milliseconds idleLimit) : m_window(&window)
+X11KeyboardHold::X11KeyboardHold(QWindow &window, std::chrono::milliseconds idleLimit)
+    : m_window(&window)
 {
     m_idle.setSingleShot(true);
     m_idle.setInterval(idleLimit);
-    connect(&m_idle, &QTimer::timeout, this, &KeyboardGrab::follow);
+    connect(&m_idle, &QTimer::timeout, this, &X11KeyboardHold::follow);
     m_retry.setSingleShot(true);
-    connect(&m_retry, &QTimer::timeout, this, &KeyboardGrab::follow);
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &KeyboardGrab::follow);
+    connect(&m_retry, &QTimer::timeout, this, &X11KeyboardHold::follow);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &X11KeyboardHold::follow);
     renew();
 }
 
-KeyboardGrab::~KeyboardGrab()
+X11KeyboardHold::~X11KeyboardHold()
 {
     if (m_window)
         release();
 }
 
-void KeyboardGrab::renew()
+void X11KeyboardHold::renew()
 {
     m_idle.start();
     follow();
 }
 
-void KeyboardGrab::follow()
+void X11KeyboardHold::follow()
 {
     if (!m_window)
         return;
@@ -48,7 +49,7 @@ void KeyboardGrab::follow()
         m_retry.start(retryInterval);
 }
 
-void KeyboardGrab::release()
+void X11KeyboardHold::release()
 {
     m_window->setKeyboardGrabEnabled(false);
     // Qt would send that with the next event only; a question makes it go at once.
