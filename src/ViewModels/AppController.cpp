@@ -6,6 +6,7 @@
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 #include "ViewModels/HotkeyBindings.h"
+#include "ViewModels/HotkeyTexts.h"
 
 #include <QPointer>
 
@@ -48,7 +49,19 @@ AppController::AppController(const AppEnvironment &environment,
           followed(std::move(textInserter), m_appState), m_modelManager,
           makeDictationEventSink(environment.main, m_appState, m_analyticsService, environment.now,
                                  [this] { return m_coordinator->resume(); }))),
-      m_targets(*environment.platform.workspace)
+      m_targets(*environment.platform.workspace), m_editor(*m_appState, m_settingsStore, m_targets,
+                                                           [this] {
+                                                               registerHotkeys();
+                                                               refreshEnvironmentSnapshot();
+                                                           }),
+      m_setup({.platform = environment.platform,
+               .main = environment.main,
+               .background = environment.background,
+               .state = *m_appState,
+               .permissions = *m_permissionService,
+               .models = m_modelManager,
+               .programEnding = m_programEnding.get_token(),
+               .refresh = [this] { refreshEnvironmentSnapshot(); }})
 {
     listenToMicrophone();
     m_hotkeyManager->observeStatus([this] { readHotkeys(); });
@@ -94,8 +107,9 @@ void AppController::toggleRecordingWithHotbarSlot(int slotIndex)
             start(target, slotIndex);
             return;
         }
-        showError(u"Hotbar slot %1 is unassigned. Assign an app in Dashboard > Hotbar Apps."_s.arg(
-            slotIndex));
+        m_appState->showError(
+            u"Hotbar slot %1 is unassigned. Assign an app in Dashboard > Hotbar Apps."_s.arg(
+                slotIndex));
     });
 }
 
@@ -123,20 +137,20 @@ bool AppController::canStartRecording()
 {
     const PermissionSnapshot permissions = m_appState->permissions.get();
     if (!m_appState->isModelReady.get()) {
-        showError(u"Model is not ready. Download ggml-base.bin before recording."_s);
+        m_appState->showError(u"Model is not ready. Download ggml-base.bin before recording."_s);
         return false;
     }
     if (!m_appState->isWhisperCLIReady.get()) {
-        showError(u"whisper-cli not found. Install whisper.cpp and update Settings."_s);
+        m_appState->showError(u"whisper-cli not found. Install whisper.cpp and update Settings."_s);
         return false;
     }
     if (!permissions.microphoneAuthorized) {
-        showError(u"Microphone permission is required."_s);
+        m_appState->showError(u"Microphone permission is required."_s);
         requestMicrophoneAccess();
         return false;
     }
     if (!permissions.accessibilityAuthorized) {
-        showError(u"Accessibility permission is required for text insertion."_s);
+        m_appState->showError(u"Accessibility permission is required for text insertion."_s);
         promptForAccessibility();
         return false;
     }
@@ -171,7 +185,7 @@ void AppController::registerHotkeys()
         m_hotkeyManager->registerBindings(
             hotkeyBindings(m_appState->settings.get(), toggleMain, toggleSlot));
     } catch (const std::exception &error) {
-        showError(u"Failed to register hotkeys: "_s + userFacingDescription(error));
+        m_appState->showError(u"Failed to register hotkeys: "_s + userFacingDescription(error));
     }
     readHotkeys();
 }
@@ -225,6 +239,36 @@ QString AppController::diagnosticsJSON()
         .renderJSON();
 }
 
+bool AppController::copy(const QString &text)
+{
+    try {
+        m_environment.platform.pasteboard->setString(text);
+        return true;
+    } catch (const PlatformError &error) {
+        m_appState->lastError.set(error.errorDescription());
+        return false;
+    }
+}
+
+void AppController::copyUnconfirmed(const UnconfirmedTranscript &transcript)
+{
+    if (copy(transcript.text))
+        forgetUnconfirmed(*m_appState, transcript.number);
+}
+
+MicrophoneAdvice AppController::microphoneAdvice() const
+{
+    return kestrova::microphoneAdvice(m_environment.platform,
+                                      m_appState->permissions.get().microphoneStatus);
+}
+
+QString AppController::hotbarShortcutDisplay(int slotIndex) const
+{
+    const auto &hotkeys = m_appState->hotkeys.get();
+    const auto hotkey = hotkeys.find(hotbarHotkeyId(slotIndex));
+    return hotkey == hotkeys.end() ? u"Unavailable"_s : shownKeys(*hotkey);
+}
+
 DownloadProgressSink AppController::progressSink()
 {
     return [&main = m_environment.main,
@@ -245,12 +289,6 @@ void AppController::later(std::function<void()> work)
         if (controller)
             work();
     });
-}
-
-void AppController::showError(const QString &message)
-{
-    m_appState->lastError.announce(message);
-    m_appState->state.announce(DictationState::error(message));
 }
 
 } // namespace kestrova

@@ -10,6 +10,9 @@
 #include "ViewModels/AppState.h"
 #include "ViewModels/DictationEventHandler.h"
 #include "ViewModels/InsertionTargets.h"
+#include "ViewModels/MicrophonePermissionMessages.h"
+#include "ViewModels/SettingsEditor.h"
+#include "ViewModels/SetupActions.h"
 
 #include <QObject>
 
@@ -30,7 +33,8 @@ struct AppEnvironment
 };
 
 /// Ties the program together: owns the services and the state, turns shortcuts and buttons into
-/// dictations with a destination, and carries out every change of the settings. Main thread only.
+/// dictations with a destination, and hands changes of the settings and what is to be set up to
+/// their owners. Main thread only.
 /// No command throws; what goes wrong is shown in the state. Commands that start long work return
 /// at once.
 class AppController final : public QObject
@@ -89,24 +93,35 @@ public:
     // Setup
 
     /// Downloads the model where needed, or in any case when forced.
-    void prepareModel(bool forceDownload);
+    void prepareModel(bool forceDownload) { m_setup.prepareModel(forceDownload); }
     /// Opens a terminal that installs the transcription tool.
-    void installWhisperCppViaHomebrew();
-    void requestMicrophoneAccess();
-    void promptForAccessibility();
+    void installWhisperCppViaHomebrew() { m_setup.installWhisperCppViaHomebrew(); }
+    void requestMicrophoneAccess() { m_setup.requestMicrophoneAccess(); }
+    void promptForAccessibility() { m_setup.promptForAccessibility(); }
+    /// What can be done about a microphone that is not granted.
+    MicrophoneAdvice microphoneAdvice() const;
 
     // Settings: each change is stored and takes effect at once
 
     /// Refused when a hotbar slot has this shortcut.
-    void setGlobalShortcut(const HotkeyShortcut &shortcut);
+    void setGlobalShortcut(const HotkeyShortcut &shortcut) { m_editor.setGlobalShortcut(shortcut); }
     /// Refused when it is the main one or another slot's. Slots outside 1 to 9 are ignored.
-    void setHotbarShortcut(int slotIndex, const HotkeyShortcut &shortcut);
+    void setHotbarShortcut(int slotIndex, const HotkeyShortcut &shortcut)
+    {
+        m_editor.setHotbarShortcut(slotIndex, shortcut);
+    }
     /// Assigns the application in front. Slots outside 1 to 9 are ignored.
-    void assignHotbarSlotFromFrontmost(int slotIndex);
+    void assignHotbarSlotFromFrontmost(int slotIndex)
+    {
+        m_editor.assignHotbarSlotFromFrontmost(slotIndex);
+    }
     /// "Unavailable" for a slot that has none.
     QString hotbarShortcutDisplay(int slotIndex) const;
     /// Any other change; conflicts of shortcuts are not looked for.
-    void updateSettings(const std::function<void(AppSettings &)> &change);
+    void updateSettings(const std::function<void(AppSettings &)> &change)
+    {
+        m_editor.update(change);
+    }
 
 private:
     void toggleRecording(const std::function<void()> &startWithTarget);
@@ -114,14 +129,8 @@ private:
     void start(const std::optional<TargetApplication> &target, std::optional<int> slotIndex);
     /// Does the work in a main-thread task, unless the controller is gone by then.
     void later(std::function<void()> work);
-    void showError(const QString &message);
-    /// The error of a terminal that cannot be opened.
-    void showInstallCommand();
-    void commit(const AppSettings &settings);
     void listenToMicrophone();
     void readHotkeys();
-    void finishModelPreparation(const std::optional<QString> &failure);
-    void finishMicrophoneRequest(bool isGranted);
     DownloadProgressSink progressSink();
 
     const AppEnvironment m_environment;
@@ -134,6 +143,8 @@ private:
     const std::shared_ptr<ModelManaging> m_modelManager;
     const std::shared_ptr<DictationCoordinator> m_coordinator;
     InsertionTargets m_targets;
+    SettingsEditor m_editor;
+    SetupActions m_setup;
 };
 
 } // namespace kestrova

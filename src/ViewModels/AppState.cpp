@@ -7,6 +7,12 @@ AppState::AppState(const AppSettings &initialSettings)
 {
 }
 
+void AppState::showError(const QString &message)
+{
+    lastError.announce(message);
+    state.announce(DictationState::error(message));
+}
+
 void AppState::clearErrorIfNeeded()
 {
     if (state.get().kind == DictationState::Kind::error)

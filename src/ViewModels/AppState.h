@@ -96,6 +96,8 @@ public:
 
     /// Whether model and tool are there; what the user allows is told by the permissions.
     bool isSetUp() const { return isModelReady.get() && isWhisperCLIReady.get(); }
+    /// Makes the message the last error and the state an error with it.
+    void showError(const QString &message);
     /// Leaves the error state for idle, if that is the state, and forgets the last error.
     void clearErrorIfNeeded();
 

@@ -40,6 +40,21 @@ QString microphonePermissionRecoveryMessage(MicrophoneAuthorizationState status,
     Q_UNREACHABLE();
 }
 
+QString microphoneRecoveryMessage(const Platform &platform, MicrophoneAuthorizationState status)
+{
+    const auto advice = platform.systemAccess->microphoneAdvice(status);
+    return advice ? *advice
+                  : microphonePermissionRecoveryMessage(status, platform.bundle.identifier);
+}
+
+MicrophoneAdvice microphoneAdvice(const Platform &platform, MicrophoneAuthorizationState status)
+{
+    if (const auto advice = platform.systemAccess->microphoneAdvice(status))
+        return {*advice, {}};
+    return {microphonePermissionStatusMessage(status),
+            microphonePermissionHint(platform.bundle.identifier)};
+}
+
 QString microphonePermissionStatusMessage(MicrophoneAuthorizationState status)
 {
     switch (status) {

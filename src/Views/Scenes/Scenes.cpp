@@ -24,13 +24,13 @@ Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem
     : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults),
       m_popover(m_engine, controller, *platform.windowing, trayItem)
 {
-    add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s,
-         [&controller, &platform] {
-             return std::make_unique<DashboardModel>(
-                 controller, RecorderKeyboard{*platform.keyMonitoring, *platform.windowing});
+    const RecorderKeyboard keyboard{*platform.keyMonitoring, *platform.windowing};
+    add({u"dashboard"_s, u"qrc:/Kestrova/Dashboard/DashboardWindow.qml"_s, [&controller, keyboard] {
+             return std::make_unique<DashboardModel>(controller, keyboard);
          }});
-    add({u"settings"_s, u"qrc:/Kestrova/Settings/SettingsView.qml"_s, [&, this] {
-             auto model = std::make_unique<SettingsModel>(controller, platform);
+    add({u"settings"_s, u"qrc:/Kestrova/Settings/SettingsView.qml"_s,
+         [&controller, keyboard, this] {
+             auto model = std::make_unique<SettingsModel>(controller, keyboard);
              connect(model.get(), &SettingsModel::openWindowRequested, this, &Scenes::open);
              return model;
          }});

@@ -3,7 +3,6 @@
 #include "ViewModels/HotkeyBindings.h"
 #include "ViewModels/HotkeyTexts.h"
 #include "ViewModels/MicrophoneHints.h"
-#include "ViewModels/MicrophonePermissionMessages.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
 #include "Views/ShownPart.h"
@@ -40,9 +39,8 @@ QString address(SettingsModel::ModelPreset preset)
 
 } // namespace
 
-SettingsModel::SettingsModel(AppController &controller, Platform &platform)
-    : m_controller(controller), m_state(controller.appState()), m_platform(platform),
-      m_recorder(controller, {*platform.keyMonitoring, *platform.windowing})
+SettingsModel::SettingsModel(AppController &controller, const RecorderKeyboard &keyboard)
+    : m_controller(controller), m_state(controller.appState()), m_recorder(controller, keyboard)
 {
     for (const auto signal :
          {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,
@@ -261,20 +259,14 @@ bool SettingsModel::isMicrophoneGranted() const
     return m_state.permissions.get().microphoneAuthorized;
 }
 
-std::optional<QString> SettingsModel::microphoneAdvice() const
-{
-    return m_platform.systemAccess->microphoneAdvice(m_state.permissions.get().microphoneStatus);
-}
-
 QString SettingsModel::microphoneMessage() const
 {
-    const auto status = m_state.permissions.get().microphoneStatus;
-    return microphoneAdvice().value_or(microphonePermissionStatusMessage(status));
+    return m_controller.microphoneAdvice().message;
 }
 
 QString SettingsModel::microphoneHint() const
 {
-    return microphoneAdvice() ? QString() : microphonePermissionHint(m_platform.bundle.identifier);
+    return m_controller.microphoneAdvice().hint;
 }
 
 QString SettingsModel::microphoneNotice() const

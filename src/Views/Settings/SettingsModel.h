@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Platform/Platform.h"
 #include "ViewModels/AppController.h"
 #include "Views/Primitives/Theme/Tones.h"
 #include "Views/Recorder/ShortcutRecorder.h"
@@ -77,8 +76,8 @@ public:
     enum ModelPreset { BaseModel, MediumModel, LargeV3Model };
     Q_ENUM(ModelPreset)
 
-    /// Both outlive this.
-    SettingsModel(AppController &controller, Platform &platform);
+    /// The controller outlives this.
+    SettingsModel(AppController &controller, const RecorderKeyboard &keyboard);
 
     QString statusText() const;
     StatusPillTone::Value statusTone() const;
@@ -150,11 +149,8 @@ Q_SIGNALS:
     void openWindowRequested(const QString &identifier);
 
 private:
-    std::optional<QString> microphoneAdvice() const;
-
     AppController &m_controller;
     const AppState &m_state;
-    Platform &m_platform;
     ShortcutRecorder m_recorder;
 };
 

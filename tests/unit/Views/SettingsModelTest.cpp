@@ -22,7 +22,7 @@ protected:
         controller->refreshEnvironmentSnapshot();
     }
 
-    SettingsModel model{*controller, fake.platform};
+    SettingsModel model{*controller, {*fake.platform.keyMonitoring, *fake.platform.windowing}};
     int changes = 0;
     QStringList opened;
 };
@@ -92,7 +92,7 @@ TEST_F(NamedShortcutsInSettingsTest, WhereTheDesktopDecidesTheSettingsOfferItsDi
 {
     FakeGlobalShortcuts &shortcuts = fake.useNamedShortcuts();
     launch();
-    SettingsModel model{*controller, fake.platform};
+    SettingsModel model{*controller, {*fake.platform.keyMonitoring, *fake.platform.windowing}};
     EXPECT_FALSE(model.recordsShortcuts());
     EXPECT_TRUE(model.configuresShortcuts());
     EXPECT_EQ(model.shortcut(), u"⌘⇧Space"_s);

@@ -29,7 +29,7 @@ protected:
     }
     QStringList permissions() { return outline().mid(head(u"Permissions"_s).size()); }
 
-    SettingsModel model{*controller, fake.platform};
+    SettingsModel model{*controller, {*fake.platform.keyMonitoring, *fake.platform.windowing}};
 };
 
 const QStringList tabSymbols = {u"slider.horizontal.3"_s, u"waveform"_s, u"externaldrive"_s,

@@ -78,7 +78,7 @@ protected:
     char m_platform[4] = "xcb";
     char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
     QApplication application{m_argc, m_argv}; // which QTest takes it for
-    SettingsModel model{*controller, fake.platform};
+    SettingsModel model{*controller, {*fake.platform.keyMonitoring, *fake.platform.windowing}};
     SceneEngine engine{state(), *fake.platform.appearance};
     std::unique_ptr<QQuickWindow> window =
         engine.buildWindow(QUrl(u"qrc:/Kestrova/Settings/SettingsView.qml"_s), model);

@@ -37,8 +37,11 @@ protected:
     std::optional<WindowScene> scene{
         std::in_place, engine, sizes,
         WindowScene::Description{
-            u"settings"_s, QUrl(u"qrc:/Kestrova/Settings/SettingsView.qml"_s),
-            [this] { return std::make_unique<SettingsModel>(*controller, fake.platform); }}};
+            u"settings"_s, QUrl(u"qrc:/Kestrova/Settings/SettingsView.qml"_s), [this] {
+                return std::make_unique<SettingsModel>(
+                    *controller,
+                    RecorderKeyboard{*fake.platform.keyMonitoring, *fake.platform.windowing});
+            }}};
 };
 
 TEST_F(WindowSceneTest, AClosedWindowOpensWithTheSizeThatItWasLeftWith)
