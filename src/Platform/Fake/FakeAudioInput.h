@@ -17,36 +17,8 @@ struct FakeRecorderCreation
     RecordingFormat format;
 };
 
-class FakeAudioInputControl
-{
-public:
-    virtual ~FakeAudioInputControl() = default;
-
-    /// From now on makeRecorder() throws this text; empty: works again.
-    virtual void failCreation(const QString &problem) = 0;
-    /// Whether prepareToRecord() succeeds from now on.
-    virtual void setPrepareSucceeds(bool succeeds) = 0;
-    /// Whether record() succeeds from now on.
-    virtual void setRecordSucceeds(bool succeeds) = 0;
-    /// What currentTime() of a stopped recorder says from now on; a running one says 0.
-    virtual void setRecordedSeconds(double seconds) = 0;
-    /// Ends every running recording as if the microphone had been removed.
-    virtual void endRecordings() = 0;
-    virtual void setCondition(MicrophoneCondition condition) = 0;
-    /// As if a recording could not be written any further.
-    virtual void tellProblem(RecordingProblem problem) = 0;
-    /// How often somebody asked for the sound system to be looked for.
-    virtual int reconnectionCount() const = 0;
-
-    /// What the recorders were made for, oldest first.
-    virtual QList<FakeRecorderCreation> creations() const = 0;
-    /// What was called on the recorders, oldest first: "setMeteringEnabled false",
-    /// "prepareToRecord", "record", "stop", "url", "currentTime", "released".
-    virtual QStringList calls() const = 0;
-};
-
 /// Its recorders write no file. Usable from any thread; they may outlive it.
-class FakeAudioInput final : public AudioInput, public FakeAudioInputControl
+class FakeAudioInput final : public AudioInput
 {
 public:
     std::unique_ptr<AudioRecorder> makeRecorder(const QUrl &fileURL,
@@ -57,16 +29,26 @@ public:
     }
     void reconnect() override { ++m_reconnectionCount; }
 
-    void failCreation(const QString &problem) override;
-    void setPrepareSucceeds(bool succeeds) override;
-    void setRecordSucceeds(bool succeeds) override;
-    void setRecordedSeconds(double seconds) override;
-    void endRecordings() override;
-    void setCondition(MicrophoneCondition condition) override { m_news.setCondition(condition); }
-    void tellProblem(RecordingProblem problem) override { m_news.tellProblem(problem); }
-    int reconnectionCount() const override { return m_reconnectionCount; }
-    QList<FakeRecorderCreation> creations() const override;
-    QStringList calls() const override;
+    /// From now on makeRecorder() throws this text; empty: works again.
+    void failCreation(const QString &problem);
+    /// Whether prepareToRecord() succeeds from now on.
+    void setPrepareSucceeds(bool succeeds);
+    /// Whether record() succeeds from now on.
+    void setRecordSucceeds(bool succeeds);
+    /// What currentTime() of a stopped recorder says from now on; a running one says 0.
+    void setRecordedSeconds(double seconds);
+    /// Ends every running recording as if the microphone had been removed.
+    void endRecordings();
+    void setCondition(MicrophoneCondition condition) { m_news.setCondition(condition); }
+    /// As if a recording could not be written any further.
+    void tellProblem(RecordingProblem problem) { m_news.tellProblem(problem); }
+    /// How often somebody asked for the sound system to be looked for.
+    int reconnectionCount() const { return m_reconnectionCount; }
+    /// What the recorders were made for, oldest first.
+    QList<FakeRecorderCreation> creations() const;
+    /// What was called on the recorders, oldest first: "setMeteringEnabled false",
+    /// "prepareToRecord", "record", "stop", "url", "currentTime", "released".
+    QStringList calls() const;
 
 private:
     class Recorder;

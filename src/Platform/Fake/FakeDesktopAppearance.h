@@ -6,20 +6,7 @@
 
 namespace kestrova {
 
-class FakeDesktopAppearanceControl
-{
-public:
-    virtual ~FakeDesktopAppearanceControl() = default;
-
-    /// At first none of them is so. Each announces the change.
-    virtual void setCompositing(bool isCompositing) = 0;
-    virtual void setReducesMotion(bool reducesMotion) = 0;
-    virtual void setHighContrast(bool isHighContrast) = 0;
-    /// At first there is none.
-    virtual void setTrayTextColor(std::optional<quint32> color) = 0;
-};
-
-class FakeDesktopAppearance final : public DesktopAppearance, public FakeDesktopAppearanceControl
+class FakeDesktopAppearance final : public DesktopAppearance
 {
 public:
     bool isCompositing() const override { return m_isCompositing; }
@@ -27,10 +14,12 @@ public:
     bool isHighContrast() const override { return m_isHighContrast; }
     std::optional<quint32> trayTextColor() const override { return m_trayTextColor; }
 
-    void setCompositing(bool isCompositing) override { set(m_isCompositing, isCompositing); }
-    void setReducesMotion(bool reducesMotion) override { set(m_reducesMotion, reducesMotion); }
-    void setHighContrast(bool isHighContrast) override { set(m_isHighContrast, isHighContrast); }
-    void setTrayTextColor(std::optional<quint32> color) override { set(m_trayTextColor, color); }
+    /// At first none of them is so. Each announces the change.
+    void setCompositing(bool isCompositing) { set(m_isCompositing, isCompositing); }
+    void setReducesMotion(bool reducesMotion) { set(m_reducesMotion, reducesMotion); }
+    void setHighContrast(bool isHighContrast) { set(m_isHighContrast, isHighContrast); }
+    /// At first there is none.
+    void setTrayTextColor(std::optional<quint32> color) { set(m_trayTextColor, color); }
 
 private:
     template <typename T>

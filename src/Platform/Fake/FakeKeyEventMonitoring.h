@@ -4,29 +4,8 @@
 
 namespace kestrova {
 
-class FakeKeyEventMonitoringControl
-{
-public:
-    virtual ~FakeKeyEventMonitoringControl() = default;
-
-    /// Whether addGlobalMonitor() gives a monitor from now on.
-    virtual void setGlobalAvailable(bool isAvailable) = 0;
-    /// Whether addLocalMonitor() gives a monitor from now on.
-    virtual void setLocalAvailable(bool isAvailable) = 0;
-    /// Plays an event while another program has the keyboard.
-    virtual void pressGlobally(const KeyEvent &event) = 0;
-    /// Plays an event in a window of our own; true when a handler kept it from that window.
-    virtual bool pressLocally(const KeyEvent &event) = 0;
-    virtual int globalMonitorCount() const = 0;
-    virtual int localMonitorCount() const = 0;
-    /// Those of every withhold() that has not ended, in order.
-    virtual QList<HotkeyShortcut> withheld() const = 0;
-    /// From now on no key of the keyboard carries these modifiers; monitors are told.
-    virtual void setMissingModifiers(quint32 modifiers) = 0;
-};
-
 /// Main thread.
-class FakeKeyEventMonitoring final : public KeyEventMonitoring, public FakeKeyEventMonitoringControl
+class FakeKeyEventMonitoring final : public KeyEventMonitoring
 {
 public:
     std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
@@ -35,14 +14,20 @@ public:
     std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
     bool canType(const HotkeyShortcut &shortcut) override;
 
-    void setGlobalAvailable(bool isAvailable) override { m_isGlobalAvailable = isAvailable; }
-    void setLocalAvailable(bool isAvailable) override { m_isLocalAvailable = isAvailable; }
-    void pressGlobally(const KeyEvent &event) override { m_global.call(event); }
-    bool pressLocally(const KeyEvent &event) override { return m_local.call(event); }
-    int globalMonitorCount() const override { return m_global.count(); }
-    int localMonitorCount() const override { return m_local.count(); }
-    QList<HotkeyShortcut> withheld() const override;
-    void setMissingModifiers(quint32 modifiers) override;
+    /// Whether addGlobalMonitor() gives a monitor from now on.
+    void setGlobalAvailable(bool isAvailable) { m_isGlobalAvailable = isAvailable; }
+    /// Whether addLocalMonitor() gives a monitor from now on.
+    void setLocalAvailable(bool isAvailable) { m_isLocalAvailable = isAvailable; }
+    /// Plays an event while another program has the keyboard.
+    void pressGlobally(const KeyEvent &event) { m_global.call(event); }
+    /// Plays an event in a window of our own; true when a handler kept it from that window.
+    bool pressLocally(const KeyEvent &event) { return m_local.call(event); }
+    int globalMonitorCount() const { return m_global.count(); }
+    int localMonitorCount() const { return m_local.count(); }
+    /// Those of every withhold() that has not ended, in order.
+    QList<HotkeyShortcut> withheld() const;
+    /// From now on no key of the keyboard carries these modifiers; monitors are told.
+    void setMissingModifiers(quint32 modifiers);
 
 private:
     KeyEventHandlers m_global;

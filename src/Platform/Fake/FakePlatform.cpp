@@ -5,10 +5,10 @@ namespace kestrova {
 namespace {
 
 /// Puts a new fake into the member of the platform and returns it.
-template <typename Fake, typename Interface>
-Fake &install(std::unique_ptr<Interface> &member)
+template <typename Fake, typename Interface, typename... Arguments>
+Fake &install(std::unique_ptr<Interface> &member, Arguments... arguments)
 {
-    auto fake = std::make_unique<Fake>();
+    auto fake = std::make_unique<Fake>(arguments...);
     Fake &installed = *fake;
     member = std::move(fake);
     return installed;
@@ -26,11 +26,11 @@ FakePlatform::FakePlatform()
       pasteboard(install<FakePasteboard>(platform.pasteboard)),
       keyboard(install<FakeKeyEventMonitoring>(platform.keyMonitoring)),
       access(install<FakeSystemAccess>(platform.systemAccess)),
-      terminal(install<FakeTerminalLauncher>(platform.terminal))
+      terminal(install<FakeTerminalLauncher>(platform.terminal)),
+      windowing(install<FakeWindowing>(platform.windowing, desktop))
 {
     platform.workspace = std::make_unique<FakeWorkspace>(desktop);
     platform.keyEvents = std::make_unique<FakeKeyEventPosting>(desktop);
-    platform.windowing = std::make_unique<FakeWindowing>(desktop);
     platform.scripts = std::make_unique<FakeScriptRunning>(desktop);
 }
 

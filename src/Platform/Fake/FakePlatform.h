@@ -30,14 +30,15 @@ struct FakePlatform
 
     std::shared_ptr<FakeDesktop> desktop;
     FakeStandardDirectories &directories;
-    FakeUserDefaultsControl &userDefaults;
-    FakeProcessRunningControl &processes;
-    FakeAudioInputControl &audioInput;
-    FakeDesktopAppearanceControl &appearance;
+    FakeUserDefaults &userDefaults;
+    FakeProcessRunning &processes;
+    FakeAudioInput &audioInput;
+    FakeDesktopAppearance &appearance;
     FakePasteboard &pasteboard;
-    FakeKeyEventMonitoringControl &keyboard;
-    FakeSystemAccessControl &access;
-    FakeTerminalLauncherControl &terminal;
+    FakeKeyEventMonitoring &keyboard;
+    FakeSystemAccess &access;
+    FakeTerminalLauncher &terminal;
+    FakeWindowing &windowing;
 };
 
 } // namespace kestrova

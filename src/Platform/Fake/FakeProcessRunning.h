@@ -15,28 +15,19 @@ struct FakeProcessCall
     QStringList arguments;
 };
 
-class FakeProcessRunningControl
+class FakeProcessRunning final : public ProcessRunning
 {
 public:
     using Behaviour = std::function<ProcessOutcome(const FakeProcessCall &)>;
 
-    virtual ~FakeProcessRunningControl() = default;
-
-    /// Plays the child from now on; without one each child succeeds and prints nothing. A
-    /// behaviour may throw PlatformError for a failed start.
-    virtual void setBehaviour(Behaviour behaviour) = 0;
-    /// Every call so far, oldest first.
-    virtual QList<FakeProcessCall> calls() const = 0;
-};
-
-class FakeProcessRunning final : public ProcessRunning, public FakeProcessRunningControl
-{
-public:
     ProcessOutcome run(const QString &executable, const QStringList &arguments,
                        const std::stop_token &stop) override;
 
-    void setBehaviour(Behaviour behaviour) override;
-    QList<FakeProcessCall> calls() const override;
+    /// Plays the child from now on; without one each child succeeds and prints nothing. A
+    /// behaviour may throw PlatformError for a failed start.
+    void setBehaviour(Behaviour behaviour);
+    /// Every call so far, oldest first.
+    QList<FakeProcessCall> calls() const;
 
 private:
     mutable std::mutex m_mutex;

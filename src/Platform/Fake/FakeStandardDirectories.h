@@ -6,19 +6,8 @@
 
 namespace kestrova {
 
-class FakeStandardDirectoriesControl
-{
-public:
-    virtual ~FakeStandardDirectoriesControl() = default;
-
-    /// From now on temporaryDirectory() and runtimeDirectory() throw this text; empty: they work
-    /// again.
-    virtual void failTemporaryDirectory(const QString &problem) = 0;
-};
-
 /// Three real, empty folders that go away with the fake.
-class FakeStandardDirectories final : public StandardDirectories,
-                                      public FakeStandardDirectoriesControl
+class FakeStandardDirectories final : public StandardDirectories
 {
 public:
     FakeStandardDirectories();
@@ -27,7 +16,9 @@ public:
     QString runtimeDirectory() override;
     QString applicationSupportDirectory() override;
 
-    void failTemporaryDirectory(const QString &problem) override { m_problem = problem; }
+    /// From now on temporaryDirectory() and runtimeDirectory() throw this text; empty: they work
+    /// again.
+    void failTemporaryDirectory(const QString &problem) { m_problem = problem; }
 
 private:
     QString folder(const QString &name) const;

@@ -6,33 +6,8 @@
 
 namespace kestrova {
 
-class FakeSystemAccessControl
-{
-public:
-    virtual ~FakeSystemAccessControl() = default;
-
-    /// At first the microphone is authorized and the program trusted, and there are no settings
-    /// pages and no advice.
-    virtual void setMicrophoneState(MicrophoneAuthorizationState state) = 0;
-    virtual void setMicrophoneSettingsPages(const QList<QUrl> &pages) = 0;
-    virtual void setMicrophoneAdvice(const std::optional<QString> &advice) = 0;
-    /// Denied, or granted.
-    virtual void setAccessibilityTrusted(bool isTrusted) = 0;
-    virtual void setAccessibility(Access access) = 0;
-    /// Tells the observer that something may have changed.
-    virtual void announceChange() = 0;
-    /// From now on the user trusts the program as soon as the system asks.
-    virtual void grantAccessibilityWhenPrompted() = 0;
-
-    /// The user's answer to every question that is open; the state becomes what was answered.
-    virtual void answerMicrophoneRequests(bool isGranted) = 0;
-    /// How often the system was made to ask, until now.
-    virtual int microphoneRequestCount() const = 0;
-    virtual int accessibilityPromptCount() const = 0;
-};
-
 /// Not for several threads.
-class FakeSystemAccess final : public SystemAccess, public FakeSystemAccessControl
+class FakeSystemAccess final : public SystemAccess
 {
 public:
     MicrophoneAuthorizationState microphoneState() override { return m_microphoneState; }
@@ -51,22 +26,26 @@ public:
     }
     void observe(std::function<void()> changed) override { m_changed = std::move(changed); }
 
-    void setMicrophoneState(MicrophoneAuthorizationState state) override
-    {
-        m_microphoneState = state;
-    }
-    void setMicrophoneSettingsPages(const QList<QUrl> &pages) override { m_settingsPages = pages; }
-    void setMicrophoneAdvice(const std::optional<QString> &advice) override { m_advice = advice; }
-    void setAccessibilityTrusted(bool isTrusted) override
+    /// At first the microphone is authorized and the program trusted, and there are no settings
+    /// pages and no advice.
+    void setMicrophoneState(MicrophoneAuthorizationState state) { m_microphoneState = state; }
+    void setMicrophoneSettingsPages(const QList<QUrl> &pages) { m_settingsPages = pages; }
+    void setMicrophoneAdvice(const std::optional<QString> &advice) { m_advice = advice; }
+    /// Denied, or granted.
+    void setAccessibilityTrusted(bool isTrusted)
     {
         m_accessibility = isTrusted ? Access::granted : Access::denied;
     }
-    void setAccessibility(Access access) override { m_accessibility = access; }
-    void announceChange() override;
-    void grantAccessibilityWhenPrompted() override { m_isGrantedWhenPrompted = true; }
-    void answerMicrophoneRequests(bool isGranted) override;
-    int microphoneRequestCount() const override { return m_microphoneRequestCount; }
-    int accessibilityPromptCount() const override { return m_accessibilityPromptCount; }
+    void setAccessibility(Access access) { m_accessibility = access; }
+    /// Tells the observer that something may have changed.
+    void announceChange();
+    /// From now on the user trusts the program as soon as the system asks.
+    void grantAccessibilityWhenPrompted() { m_isGrantedWhenPrompted = true; }
+    /// The user's answer to every question that is open; the state becomes what was answered.
+    void answerMicrophoneRequests(bool isGranted);
+    /// How often the system was made to ask, until now.
+    int microphoneRequestCount() const { return m_microphoneRequestCount; }
+    int accessibilityPromptCount() const { return m_accessibilityPromptCount; }
 
 private:
     MicrophoneAuthorizationState m_microphoneState = MicrophoneAuthorizationState::authorized;

@@ -7,21 +7,8 @@
 
 namespace kestrova {
 
-/// What tests see of and do to the stored documents.
-class FakeUserDefaultsControl
-{
-public:
-    virtual ~FakeUserDefaultsControl() = default;
-
-    /// As another program would.
-    virtual void put(const QString &key, const QByteArray &bytes) = 0;
-    virtual std::optional<QByteArray> stored(const QString &key) const = 0;
-    virtual QList<QByteArray> keptAside(const QString &key) const = 0;
-    virtual void failReading(bool fail) = 0;
-    virtual void failWriting(bool fail) = 0;
-};
-
-class FakeUserDefaults final : public UserDefaults, public FakeUserDefaultsControl
+/// Documents in memory, which tests see and change beside what the program does.
+class FakeUserDefaults final : public UserDefaults
 {
 public:
     std::optional<VersionedData> versionedData(const QString &key) const override;
@@ -29,11 +16,12 @@ public:
     DocumentVersion setData(const QString &key, const QByteArray &bytes) override;
     void setAside(const QString &key) override;
 
-    void put(const QString &key, const QByteArray &bytes) override;
-    std::optional<QByteArray> stored(const QString &key) const override;
-    QList<QByteArray> keptAside(const QString &key) const override;
-    void failReading(bool fail) override { m_readingFails = fail; }
-    void failWriting(bool fail) override { m_writingFails = fail; }
+    /// As another program would.
+    void put(const QString &key, const QByteArray &bytes);
+    std::optional<QByteArray> stored(const QString &key) const;
+    QList<QByteArray> keptAside(const QString &key) const;
+    void failReading(bool fail) { m_readingFails = fail; }
+    void failWriting(bool fail) { m_writingFails = fail; }
 
 private:
     QHash<QString, VersionedData> m_documents;

@@ -24,7 +24,7 @@ TEST_F(PopoverSceneTest, AClickOpensItBesideTheItemAndTheNextOneClosesIt)
 
 TEST_F(PopoverSceneTest, WhereNoProgramPlacesItsWindowsItIsAnOrdinaryOne)
 {
-    static_cast<FakeWindowing &>(*fake.platform.windowing).setCanPlaceWindows(false);
+    fake.windowing.setCanPlaceWindows(false);
     startPanel();
     open();
     EXPECT_TRUE(popover()->isOrdinary());
