@@ -16,7 +16,7 @@
 
 namespace kestrova {
 
-/// A whole platform of fakes, with the control side of each. At first nothing runs, nothing is
+/// A whole platform of fakes. At first nothing runs, nothing is
 /// stored, and everything is allowed and works.
 struct FakePlatform
 {
