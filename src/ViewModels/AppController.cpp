@@ -206,11 +206,11 @@ void AppController::unregisterHotkeys()
 void AppController::refreshEnvironmentSnapshot()
 {
     m_appState->permissions.set(m_permissionService->currentPermissions());
-    m_appState->accessibility.set(m_environment.platform.systemAccess->accessibility());
     m_appState->isModelReady.set(m_modelManager->modelStatus().isReady);
     const auto tool = m_environment.resolveTool(m_appState->settings.get().whisperCLIPath);
     m_appState->isWhisperCLIReady.set(tool.has_value());
     m_appState->resolvedWhisperCLIPath.set(tool.value_or(u""_s));
+    m_appState->accessibility.set(m_environment.platform.systemAccess->accessibility());
     if (m_appState->microphone.get() == MicrophoneCondition::noServer)
         m_environment.background.post(
             [&input = *m_environment.platform.audioInput] { input.reconnect(); });

@@ -1,7 +1,5 @@
 #include "Views/Recorder/ShortcutCapture.h"
 
-#include <QWindow>
-
 namespace kestrova {
 
 using namespace Qt::StringLiterals;

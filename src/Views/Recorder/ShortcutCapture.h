@@ -5,6 +5,7 @@
 #include "Platform/Windowing.h"
 
 #include <QQmlEngine>
+#include <QWindow>
 
 #include <memory>
 #include <optional>
