@@ -5,7 +5,7 @@
 
 namespace kestrova {
 
-void refuseToBeStopped()
+void ignoreTerminalStops()
 {
     // Not ignored: children would inherit that. Without SA_RESTART, so that a read from a terminal
     // that we must not read from fails.

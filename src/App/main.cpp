@@ -6,7 +6,7 @@
 #include "App/StopSignals.h"
 #include "App/TerminationSignals.h"
 #include "Models/ReadableError.h"
-#include "Views/Tray/Greeting.h"
+#include "Views/Tray/PopoverAtStart.h"
 
 #include <QApplication>
 #include <QSessionManager>
@@ -65,7 +65,7 @@ int run(int argc, char **argv)
     QApplication application(argc, argv);
     preparation.reset();
     QApplication::setQuitOnLastWindowClosed(false);
-    refuseToBeStopped();
+    ignoreTerminalStops();
     const TerminationSignals signalHandling([] { QCoreApplication::quit(); });
     runningApp = std::make_unique<KestrovaApp>(std::move(session));
     std::atexit(&endAbruptly);
@@ -75,7 +75,7 @@ int run(int argc, char **argv)
         QObject::connect(&application, &QApplication::saveStateRequest, &keepFromBeingRestarted);
         control = std::make_unique<ControlChannel>(runningApp->controller(), runningApp->windows());
     } else {
-        greet(runningApp->controller().appState(), runningApp->windows());
+        openPopoverAtStart(runningApp->controller().appState(), runningApp->windows());
     }
     const int status = QApplication::exec();
     TerminationSignals::limitEnd();

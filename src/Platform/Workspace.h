@@ -17,8 +17,8 @@ struct RunningApplication
     std::optional<QString> bundleIdentifier; ///< none when no installed application matches
     std::optional<QString> localizedName;
     bool isTerminated = false;
-    bool isActive = false;  ///< it is the frontmost application
-    bool isRegular = false; ///< it shows ordinary windows to the user
+    bool isActive = false;    ///< it is the frontmost application
+    bool isInTaskBar = false; ///< it shows windows that task bars list
     /// Its process shows windows of other applications too, as an office suite's does, so that the
     /// process identifier does not tell which of them is meant.
     bool sharesProcess = false;

@@ -85,7 +85,7 @@ AppController::~AppController()
 void AppController::listenToMicrophone()
 {
     const auto tell = [this](auto member, auto value) {
-        later([this, member, value] { ((*m_appState).*member).set(value); });
+        postTask([this, member, value] { ((*m_appState).*member).set(value); });
     };
     m_appState->microphone.set(m_environment.platform.audioInput->listen({
         .conditionChanged =
@@ -120,7 +120,7 @@ void AppController::toggleRecording(const std::function<void()> &startWithTarget
     case DictationState::Kind::processing:
         return;
     case DictationState::Kind::recording:
-        later([this] {
+        postTask([this] {
             m_coordinator->resume();
             m_coordinator->toggle();
         });
@@ -161,7 +161,7 @@ void AppController::start(const std::optional<TargetApplication> &target,
                           std::optional<int> slotIndex)
 {
     m_appState->recordingProblem.set(std::nullopt);
-    later([this, target, slotIndex] {
+    postTask([this, target, slotIndex] {
         m_coordinator->setInsertionContext(target, slotIndex);
         m_coordinator->toggle();
     });
@@ -169,7 +169,7 @@ void AppController::start(const std::optional<TargetApplication> &target,
 
 void AppController::cancelProcessing()
 {
-    later([this] {
+    postTask([this] {
         m_coordinator->resume();
         m_coordinator->cancelProcessing();
     });
@@ -177,9 +177,9 @@ void AppController::cancelProcessing()
 
 void AppController::registerHotkeys()
 {
-    const auto toggleMain = [this] { later([this] { toggleRecordingWithDefaultTarget(); }); };
+    const auto toggleMain = [this] { postTask([this] { toggleRecordingWithDefaultTarget(); }); };
     const auto toggleSlot = [this](int slotIndex) {
-        later([this, slotIndex] { toggleRecordingWithHotbarSlot(slotIndex); });
+        postTask([this, slotIndex] { toggleRecordingWithHotbarSlot(slotIndex); });
     };
     try {
         m_hotkeyManager->registerBindings(
@@ -283,7 +283,7 @@ DownloadProgressSink AppController::progressSink()
     };
 }
 
-void AppController::later(std::function<void()> work)
+void AppController::postTask(std::function<void()> work)
 {
     m_environment.main.post([controller = QPointer(this), work = std::move(work)] {
         if (controller)

@@ -128,7 +128,7 @@ private:
     bool canStartRecording();
     void start(const std::optional<TargetApplication> &target, std::optional<int> slotIndex);
     /// Does the work in a main-thread task, unless the controller is gone by then.
-    void later(std::function<void()> work);
+    void postTask(std::function<void()> work);
     void listenToMicrophone();
     void readHotkeys();
     DownloadProgressSink progressSink();

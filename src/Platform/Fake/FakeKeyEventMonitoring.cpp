@@ -4,7 +4,7 @@ namespace kestrova {
 
 namespace {
 
-struct Withholding final : KeyEventMonitoring::Monitor
+struct Grab final : KeyEventMonitoring::Monitor
 {
     std::shared_ptr<const QList<HotkeyShortcut>> shortcuts;
 };
@@ -24,12 +24,12 @@ FakeKeyEventMonitoring::addLocalMonitor(KeyEvent::Types types, LocalHandler hand
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
-FakeKeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
+FakeKeyEventMonitoring::grab(const QList<HotkeyShortcut> &shortcuts)
 {
-    auto withholding = std::make_unique<Withholding>();
-    withholding->shortcuts = std::make_shared<const QList<HotkeyShortcut>>(shortcuts);
-    m_withheld.push_back(withholding->shortcuts);
-    return withholding;
+    auto grabbing = std::make_unique<Grab>();
+    grabbing->shortcuts = std::make_shared<const QList<HotkeyShortcut>>(shortcuts);
+    m_grabbed.push_back(grabbing->shortcuts);
+    return grabbing;
 }
 
 bool FakeKeyEventMonitoring::canType(const HotkeyShortcut &shortcut)
@@ -43,10 +43,10 @@ void FakeKeyEventMonitoring::setMissingModifiers(quint32 modifiers)
     m_global.call({.type = KeyEvent::keyboardChanged});
 }
 
-QList<HotkeyShortcut> FakeKeyEventMonitoring::withheld() const
+QList<HotkeyShortcut> FakeKeyEventMonitoring::grabbed() const
 {
     QList<HotkeyShortcut> all;
-    for (const auto &known : m_withheld) {
+    for (const auto &known : m_grabbed) {
         if (const auto shortcuts = known.lock())
             all += *shortcuts;
     }

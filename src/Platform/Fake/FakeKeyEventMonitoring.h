@@ -11,7 +11,7 @@ public:
     std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
                                               GlobalHandler handler) override;
     std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
-    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
+    std::unique_ptr<Monitor> grab(const QList<HotkeyShortcut> &shortcuts) override;
     bool canType(const HotkeyShortcut &shortcut) override;
 
     /// Whether addGlobalMonitor() gives a monitor from now on.
@@ -24,15 +24,15 @@ public:
     bool pressLocally(const KeyEvent &event) { return m_local.call(event); }
     int globalMonitorCount() const { return m_global.count(); }
     int localMonitorCount() const { return m_local.count(); }
-    /// Those of every withhold() that has not ended, in order.
-    QList<HotkeyShortcut> withheld() const;
+    /// Those of every grab() that has not ended, in order.
+    QList<HotkeyShortcut> grabbed() const;
     /// From now on no key of the keyboard carries these modifiers; monitors are told.
     void setMissingModifiers(quint32 modifiers);
 
 private:
     KeyEventHandlers m_global;
     KeyEventHandlers m_local;
-    std::vector<std::weak_ptr<const QList<HotkeyShortcut>>> m_withheld;
+    std::vector<std::weak_ptr<const QList<HotkeyShortcut>>> m_grabbed;
     quint32 m_missingModifiers = 0;
     bool m_isGlobalAvailable = true;
     bool m_isLocalAvailable = true;

@@ -64,8 +64,7 @@ public:
     /// Keeps these shortcuts from all windows, for as long as the result lives; global monitors
     /// see them still, whichever window has the keyboard. At most one result lives at a time. Null
     /// where a program cannot do that, or need not, because shortcuts type nothing there.
-    [[nodiscard]] virtual std::unique_ptr<Monitor>
-    withhold(const QList<HotkeyShortcut> &shortcuts) = 0;
+    [[nodiscard]] virtual std::unique_ptr<Monitor> grab(const QList<HotkeyShortcut> &shortcuts) = 0;
 
     /// Whether the keys of the present keyboard give the shortcut: they may lack a modifier.
     virtual bool canType(const HotkeyShortcut &shortcut) = 0;

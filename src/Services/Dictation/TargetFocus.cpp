@@ -118,7 +118,7 @@ std::optional<RunningApplication> TargetFocus::runningTargetApplication()
         return std::nullopt;
     auto chosen = std::ranges::find_if(candidates, &RunningApplication::isActive);
     if (chosen == candidates.end())
-        chosen = std::ranges::find_if(candidates, &RunningApplication::isRegular);
+        chosen = std::ranges::find_if(candidates, &RunningApplication::isInTaskBar);
     return chosen == candidates.end() ? candidates.first() : *chosen;
 }
 

@@ -42,7 +42,7 @@ CurlTransfer::CurlTransfer(PartialDownload &download, const DownloadTimings &tim
     requireLibrary(m_easy && m_multi);
     setOptions();
     if (m_offset > 0)
-        askForTheRest();
+        requestRemainder();
     requireLibrary(curl_multi_add_handle(m_multi.get(), m_easy.get()) == CURLM_OK);
 }
 
@@ -72,7 +72,7 @@ void CurlTransfer::setOptions()
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
 }
 
-void CurlTransfer::askForTheRest()
+void CurlTransfer::requestRemainder()
 {
     const QByteArray condition = "If-Range: " + m_download.validator;
     m_requestHeaders.reset(curl_slist_append(nullptr, condition.constData()));
@@ -151,7 +151,7 @@ bool CurlTransfer::beginBody()
     long status = 0;
     curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     if (m_offset > 0) {
-        if (status == 206 && takeUpTheRest())
+        if (status == 206 && canResume())
             return true;
         m_restRefused = status != 200; // A 200 brings the whole file, perhaps a newer one.
         if (m_restRefused)
@@ -166,7 +166,7 @@ bool CurlTransfer::beginBody()
 }
 
 // RFC 9110, 14.4 and 15.3.7: "Content-Range: bytes FIRST-LAST/TOTAL", with the validator again.
-bool CurlTransfer::takeUpTheRest()
+bool CurlTransfer::canResume()
 {
     static const QRegularExpression form(u"^bytes (\\d+)-\\d+/(\\d+|\\*)$"_s);
     const auto match = form.match(QString::fromLatin1(header("Content-Range")));

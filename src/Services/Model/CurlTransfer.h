@@ -41,7 +41,7 @@ private:
     using Clock = std::chrono::steady_clock;
 
     void setOptions();
-    void askForTheRest();
+    void requestRemainder();
     /// The transport's result; CURLE_OPERATION_TIMEDOUT also when nothing arrives for too long.
     CURLcode drive(const std::stop_token &stop);
     Result resultOf(CURLcode code);
@@ -50,7 +50,7 @@ private:
     /// False when the body is of no use and the transfer must end.
     bool beginBody();
     /// Whether the answer is what was asked for: it goes on where the file ends.
-    bool takeUpTheRest();
+    bool canResume();
     QByteArray validator() const;
     QByteArray header(const char *name) const;
     QString failureText(CURLcode code) const;

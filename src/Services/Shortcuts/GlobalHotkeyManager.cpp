@@ -33,14 +33,14 @@ void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
                                       [this](const KeyEvent &event) { handleGlobally(event); });
     m_localMonitor = m_monitoring.addLocalMonitor(
         KeyEvent::keyDown, [this](const KeyEvent &event) { return handle(event); });
-    m_withheldShortcuts = m_monitoring.withhold(exclusiveShortcutsOf(bindings));
+    m_grabbedShortcuts = m_monitoring.grab(exclusiveShortcutsOf(bindings));
 }
 
 void GlobalHotkeyManager::unregister()
 {
     m_globalMonitor.reset();
     m_localMonitor.reset();
-    m_withheldShortcuts.reset();
+    m_grabbedShortcuts.reset();
     m_bindings.clear();
 }
 

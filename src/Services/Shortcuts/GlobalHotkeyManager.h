@@ -35,7 +35,7 @@ private:
     KeyEventMonitoring &m_monitoring;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_globalMonitor;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_localMonitor;
-    std::unique_ptr<KeyEventMonitoring::Monitor> m_withheldShortcuts;
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_grabbedShortcuts;
     QList<HotkeyBinding> m_bindings;
     std::function<void()> m_changed = [] {};
 };

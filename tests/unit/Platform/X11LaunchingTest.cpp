@@ -73,7 +73,7 @@ TEST_P(X11LaunchingTest, AnInstalledApplicationOpensInFrontAndIsRecognised)
     const auto instances = workspace.runningApplications(identifier);
     ASSERT_EQ(instances.size(), 1);
     EXPECT_TRUE(instances.first().isActive);
-    EXPECT_TRUE(instances.first().isRegular);
+    EXPECT_TRUE(instances.first().isInTaskBar);
 }
 
 INSTANTIATE_TEST_SUITE_P(Applications, X11LaunchingTest,

@@ -162,9 +162,9 @@ TEST_F(X11LocalKeysTest, AConsumedKeyDoesNotReachTheWindow)
     EXPECT_THAT(m_window.keys, ElementsAre(Qt::Key_Q, Qt::Key_F12));
 }
 
-TEST_F(X11LocalKeysTest, AWithheldShortcutIsReportedOnceAndTheWindowDoesNotGetIt)
+TEST_F(X11LocalKeysTest, AGrabbedShortcutIsReportedOnceAndTheWindowDoesNotGetIt)
 {
-    const auto withheld = m_monitoring.withhold({HotkeyShortcut::defaultMain()});
+    const auto grabbed = m_monitoring.grab({HotkeyShortcut::defaultMain()});
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
     EXPECT_TRUE(waitUntil([this] { return !m_global.empty(); }));
     waitForF12();

@@ -85,7 +85,7 @@ TEST_F(X11WorkspaceTest, TheApplicationWithTheKeyboardIsInFront)
     expected.bundleIdentifier = u"editor"_s;
     expected.localizedName = u"Editor"_s;
     expected.isActive = true;
-    expected.isRegular = true;
+    expected.isInTaskBar = true;
     expected.keyboardWindow = editor.windows().first();
     EXPECT_EQ(workspace.frontmostApplication(), expected);
     EXPECT_EQ(workspace.runningApplication(editor.processIdentifier()), expected);
@@ -198,14 +198,14 @@ TEST_F(X11WorkspaceTest, AnApplicationOfPalettesAloneIsNotRegular)
     for (const xcb_window_t window : editor.windows())
         editor.setValue(window, "_NET_WM_WINDOW_TYPE", "ATOM",
                         connection.atom("_NET_WM_WINDOW_TYPE_UTILITY"));
-    EXPECT_FALSE(workspace.frontmostApplication()->isRegular);
-    EXPECT_FALSE(workspace.runningApplication(editor.processIdentifier())->isRegular);
+    EXPECT_FALSE(workspace.frontmostApplication()->isInTaskBar);
+    EXPECT_FALSE(workspace.runningApplication(editor.processIdentifier())->isInTaskBar);
     editor.remove(editor.windows()[0], "_NET_WM_WINDOW_TYPE");
-    EXPECT_TRUE(workspace.frontmostApplication()->isRegular);
-    EXPECT_TRUE(workspace.runningApplication(editor.processIdentifier())->isRegular);
+    EXPECT_TRUE(workspace.frontmostApplication()->isInTaskBar);
+    EXPECT_TRUE(workspace.runningApplication(editor.processIdentifier())->isInTaskBar);
     editor.setValue(editor.windows()[0], "_NET_WM_STATE", "ATOM",
                     connection.atom("_NET_WM_STATE_SKIP_TASKBAR"));
-    EXPECT_FALSE(workspace.frontmostApplication()->isRegular);
+    EXPECT_FALSE(workspace.frontmostApplication()->isInTaskBar);
 }
 
 TEST_F(X11WorkspaceTest, InstancesAreGivenOldestFirst)

@@ -60,11 +60,11 @@ TEST_F(GlobalHotkeyManagerTest, OtherWindowsDoNotGetTheShortcutsWhileTheyAreRegi
     const HotkeyShortcut toggle{space, command | shift};
     const HotkeyShortcut slot{18, command | option};
     manager.registerBindings({binding(u"toggle"_s, toggle), binding(u"hotbar-1"_s, slot)});
-    EXPECT_EQ(monitoring.withheld(), (QList{toggle, slot}));
+    EXPECT_EQ(monitoring.grabbed(), (QList{toggle, slot}));
     manager.registerBindings({binding(u"toggle"_s, slot)});
-    EXPECT_EQ(monitoring.withheld(), QList{slot});
+    EXPECT_EQ(monitoring.grabbed(), QList{slot});
     manager.unregister();
-    EXPECT_EQ(monitoring.withheld(), QList<HotkeyShortcut>());
+    EXPECT_EQ(monitoring.grabbed(), QList<HotkeyShortcut>());
 }
 
 TEST_F(GlobalHotkeyManagerTest, ABindingThatIsNotExclusiveAnswersWhereNobodyHasReservedItsShortcut)
@@ -73,7 +73,7 @@ TEST_F(GlobalHotkeyManagerTest, ABindingThatIsNotExclusiveAnswersWhereNobodyHasR
     HotkeyBinding unassigned = binding(u"hotbar-1"_s, slot);
     unassigned.isExclusive = false;
     manager.registerBindings({unassigned});
-    EXPECT_EQ(monitoring.withheld(), QList<HotkeyShortcut>());
+    EXPECT_EQ(monitoring.grabbed(), QList<HotkeyShortcut>());
     monitoring.pressGlobally({.keyCode = 18, .modifiers = command | option, .isReserved = true});
     EXPECT_EQ(called, QStringList());
     monitoring.pressGlobally({18, command | option});

@@ -21,7 +21,7 @@ RunningApplication running(qint32 pid, const QString &identifier, const QString 
     application.bundleIdentifier = identifier;
     if (!name.isEmpty())
         application.localizedName = name;
-    application.isRegular = true;
+    application.isInTaskBar = true;
     return application;
 }
 
@@ -448,7 +448,7 @@ TEST_F(TextInsertionServiceTest, ATerminatedProcessIsReplacedByARunningInstance)
     RunningApplication old = running(30, u"org.example.Mail"_s);
     old.isTerminated = true;
     RunningApplication helper = running(40, u"org.example.Mail"_s);
-    helper.isRegular = false;
+    helper.isInTaskBar = false;
     desktop->setRunning({old, helper, running(41, u"org.example.Mail"_s)});
     obey();
     insert(u"hello"_s, mail);

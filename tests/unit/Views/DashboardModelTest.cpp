@@ -60,7 +60,7 @@ protected:
         fake.keyboard.pressLocally({.keyCode = shortcut.keyCode, .modifiers = shortcut.modifiers});
         model->recorder()->capture()->save();
     }
-    bool areShortcutsArmed() { return !fake.keyboard.withheld().isEmpty(); }
+    bool areShortcutsArmed() { return !fake.keyboard.grabbed().isEmpty(); }
 
     std::unique_ptr<DashboardModel> model;
 };

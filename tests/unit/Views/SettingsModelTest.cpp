@@ -129,7 +129,7 @@ TEST_F(SettingsModelTest, ARecordedShortcutOfASlotIsRefused)
     model.recorder()->capture()->save();
     EXPECT_EQ(model.lastError(), u"That shortcut conflicts with hotbar slot 1."_s);
     EXPECT_EQ(model.shortcut(), u"⌘⇧Space"_s);
-    EXPECT_FALSE(fake.keyboard.withheld().isEmpty());
+    EXPECT_FALSE(fake.keyboard.grabbed().isEmpty());
 }
 
 TEST_F(SettingsModelTest, ResettingTheShortcutRegistersItAgainAlsoWhenItIsTheSame)
@@ -140,7 +140,7 @@ TEST_F(SettingsModelTest, ResettingTheShortcutRegistersItAgainAlsoWhenItIsTheSam
     controller->unregisterHotkeys();
     model.resetShortcut();
     EXPECT_EQ(model.shortcut(), u"⌘⇧Space"_s);
-    EXPECT_FALSE(fake.keyboard.withheld().isEmpty());
+    EXPECT_FALSE(fake.keyboard.grabbed().isEmpty());
 }
 
 TEST_F(SettingsModelTest, TheThemeIsStoredAtOnce)

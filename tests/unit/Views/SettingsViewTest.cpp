@@ -215,10 +215,10 @@ TEST_F(SettingsViewTest, EscapeClosesTheSheetAndTheProgramsShortcutsWorkAgain)
 {
     click(u"Record Shortcut"_s);
     ASSERT_TRUE(waitUntil([this] { return find(u"Waiting for input..."_s); }));
-    EXPECT_TRUE(fake.keyboard.withheld().isEmpty());
+    EXPECT_TRUE(fake.keyboard.grabbed().isEmpty());
     fake.keyboard.pressLocally({53});
     EXPECT_TRUE(waitUntil([this] { return !find(u"Save"_s); }));
-    EXPECT_FALSE(fake.keyboard.withheld().isEmpty());
+    EXPECT_FALSE(fake.keyboard.grabbed().isEmpty());
 }
 
 TEST_F(SettingsViewTest, ClosingTheWindowEndsTheRecording)
@@ -227,7 +227,7 @@ TEST_F(SettingsViewTest, ClosingTheWindowEndsTheRecording)
     ASSERT_TRUE(waitUntil([this] { return find(u"Waiting for input..."_s); }));
     window->close();
     EXPECT_FALSE(model.recorder()->isOpen());
-    EXPECT_FALSE(fake.keyboard.withheld().isEmpty());
+    EXPECT_FALSE(fake.keyboard.grabbed().isEmpty());
     EXPECT_EQ(fake.keyboard.localMonitorCount(), 1);
 }
 

@@ -19,7 +19,7 @@ protected:
         recorder->capture()->start(nullptr);
     }
     /// Whether the main shortcut starts a dictation.
-    bool isArmed() { return !fake.keyboard.withheld().isEmpty(); }
+    bool isArmed() { return !fake.keyboard.grabbed().isEmpty(); }
 
     int argc = 1;
     char name[5] = "test";

@@ -81,7 +81,7 @@ public:
     {
         return nullptr;
     }
-    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &) override { return nullptr; }
+    std::unique_ptr<Monitor> grab(const QList<HotkeyShortcut> &) override { return nullptr; }
     bool canType(const HotkeyShortcut &) override { return false; }
 };
 

@@ -6,15 +6,15 @@ namespace kestrova {
 
 namespace {
 
-struct Withholding final : KeyEventMonitoring::Monitor
+struct Grab final : KeyEventMonitoring::Monitor
 {
-    Withholding(std::shared_ptr<X11KeyGrabs> usedGrabs, const QList<HotkeyShortcut> &withheld)
+    Grab(std::shared_ptr<X11KeyGrabs> usedGrabs, const QList<HotkeyShortcut> &grabbed)
         : grabs(std::move(usedGrabs)),
-          shortcuts(std::make_shared<const QList<HotkeyShortcut>>(withheld))
+          shortcuts(std::make_shared<const QList<HotkeyShortcut>>(grabbed))
     {
     }
-    ~Withholding() override { grabs->set({}); }
-    Q_DISABLE_COPY_MOVE(Withholding)
+    ~Grab() override { grabs->set({}); }
+    Q_DISABLE_COPY_MOVE(Grab)
 
     const std::shared_ptr<X11KeyGrabs> grabs;
     const std::shared_ptr<const QList<HotkeyShortcut>> shortcuts;
@@ -32,37 +32,37 @@ X11KeyEventMonitoring::X11KeyEventMonitoring(X11Connection &connection, PostedKe
 std::unique_ptr<KeyEventMonitoring::Monitor>
 X11KeyEventMonitoring::addGlobalMonitor(KeyEvent::Types types, GlobalHandler handler)
 {
-    return record() ? m_global.addObserver(types, std::move(handler)) : nullptr;
+    return observe() ? m_global.addObserver(types, std::move(handler)) : nullptr;
 }
 
-bool X11KeyEventMonitoring::record()
+bool X11KeyEventMonitoring::observe()
 {
-    if (!m_recording || !m_recording->isOpen()) {
+    if (!m_observer || !m_observer->isOpen()) {
         const auto post = [this](const KeyEvent &event) {
             QMetaObject::invokeMethod(
                 &m_mainThread, [this, event] { report(event); }, Qt::QueuedConnection);
         };
-        m_recording = std::make_unique<X11KeyRecording>(m_postedKeys, post, m_displayName);
+        m_observer = std::make_unique<X11KeyObserver>(m_postedKeys, post, m_displayName);
     }
-    return m_recording->isOpen();
+    return m_observer->isOpen();
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
-X11KeyEventMonitoring::withhold(const QList<HotkeyShortcut> &shortcuts)
+X11KeyEventMonitoring::grab(const QList<HotkeyShortcut> &shortcuts)
 {
-    if (!record())
+    if (!observe())
         return nullptr;
     if (!m_grabs)
         m_grabs = std::make_shared<X11KeyGrabs>(m_postedKeys, m_displayName);
-    auto withholding = std::make_unique<Withholding>(m_grabs, shortcuts);
-    m_withheld = withholding->shortcuts;
-    grabWithheld();
-    return withholding;
+    auto grabbing = std::make_unique<Grab>(m_grabs, shortcuts);
+    m_grabbed = grabbing->shortcuts;
+    grabShortcuts();
+    return grabbing;
 }
 
-void X11KeyEventMonitoring::grabWithheld()
+void X11KeyEventMonitoring::grabShortcuts()
 {
-    const auto shortcuts = m_withheld.lock();
+    const auto shortcuts = m_grabbed.lock();
     if (!shortcuts)
         return;
     std::set<X11KeyCombination> combinations;
@@ -93,10 +93,10 @@ void X11KeyEventMonitoring::report(const KeyEvent &event)
 {
     // Not as soon as the last monitor ends: replacing the bindings ends one and adds the next.
     if (m_global.count() == 0)
-        m_recording.reset();
+        m_observer.reset();
     if (event.type == KeyEvent::keyboardChanged) {
         m_translation.reset();
-        grabWithheld();
+        grabShortcuts();
     }
     m_global.call(event);
 }

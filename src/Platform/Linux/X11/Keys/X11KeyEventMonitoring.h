@@ -3,7 +3,7 @@
 #include "Platform/Keys/KeyEventMonitoring.h"
 #include "Platform/Linux/X11/Keys/X11KeyFilter.h"
 #include "Platform/Linux/X11/Keys/X11KeyGrabs.h"
-#include "Platform/Linux/X11/Keys/X11KeyRecording.h"
+#include "Platform/Linux/X11/Keys/X11KeyObserver.h"
 
 #include <QObject>
 
@@ -28,13 +28,13 @@ public:
                                               GlobalHandler handler) override;
     std::unique_ptr<Monitor> addLocalMonitor(KeyEvent::Types types, LocalHandler handler) override;
     /// Null without the RECORD extension, which alone would see such keys.
-    std::unique_ptr<Monitor> withhold(const QList<HotkeyShortcut> &shortcuts) override;
+    std::unique_ptr<Monitor> grab(const QList<HotkeyShortcut> &shortcuts) override;
     bool canType(const HotkeyShortcut &shortcut) override;
 
 private:
-    bool record();
+    bool observe();
     void report(const KeyEvent &event);
-    void grabWithheld();
+    void grabShortcuts();
     const X11KeyTranslation &translation();
 
     X11Connection &m_connection;
@@ -44,10 +44,10 @@ private:
     KeyEventHandlers m_local;
     X11KeyFilter m_filter;
     QObject m_mainThread; // what the recording's thread posts to
-    std::unique_ptr<X11KeyRecording> m_recording;
+    std::unique_ptr<X11KeyObserver> m_observer;
     std::optional<X11KeyTranslation> m_translation; // read when it is needed
-    std::shared_ptr<X11KeyGrabs> m_grabs;           // once something was to be withheld
-    std::weak_ptr<const QList<HotkeyShortcut>> m_withheld;
+    std::shared_ptr<X11KeyGrabs> m_grabs;           // once something was to be grabbed
+    std::weak_ptr<const QList<HotkeyShortcut>> m_grabbed;
 };
 
 } // namespace kestrova

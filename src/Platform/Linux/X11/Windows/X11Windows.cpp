@@ -76,7 +76,7 @@ X11Window X11Windows::describe(xcb_window_t window)
     result.processIdentifier = windowProcess(m_connection, window);
     std::tie(result.instanceName, result.className) = classOf(window);
     const QList<quint32> states = m_connection.values(window, "_NET_WM_STATE");
-    result.isRegular = isRegular(window, states);
+    result.isInTaskBar = isInTaskBar(window, states);
     result.isMinimised = states.contains(m_connection.atom("_NET_WM_STATE_HIDDEN"));
     identify(result);
     return result;
@@ -118,7 +118,7 @@ std::pair<QString, QString> X11Windows::classOf(xcb_window_t window)
     return {names.value(0), names.value(1)};
 }
 
-bool X11Windows::isRegular(xcb_window_t window, const QList<quint32> &states)
+bool X11Windows::isInTaskBar(xcb_window_t window, const QList<quint32> &states)
 {
     if (states.contains(m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR")))
         return false;

@@ -19,7 +19,7 @@ struct X11Window
     std::optional<QString> localizedName;    ///< of the application
     QString instanceName;                    ///< first part of WM_CLASS
     QString className;                       ///< second part of WM_CLASS
-    bool isRegular = false;                  ///< an ordinary window that task bars show
+    bool isInTaskBar = false;                ///< an ordinary window that task bars show
     bool isMinimised = false;
 };
 
@@ -68,7 +68,7 @@ private:
     std::optional<DesktopEntry> application(const X11Window &window);
     std::pair<QString, QString> classOf(xcb_window_t window);
     QRect place(xcb_window_t window);
-    bool isRegular(xcb_window_t window, const QList<quint32> &states);
+    bool isInTaskBar(xcb_window_t window, const QList<quint32> &states);
 
     X11Connection &m_connection;
     DesktopEntries &m_entries;

@@ -35,7 +35,7 @@ RunningApplication applicationOf(const X11Window &window)
     application.processIdentifier = window.processIdentifier;
     application.bundleIdentifier = window.bundleIdentifier;
     application.localizedName = window.localizedName;
-    application.isRegular = window.isRegular;
+    application.isInTaskBar = window.isInTaskBar;
     return application;
 }
 
@@ -80,7 +80,7 @@ QList<RunningApplication> X11Workspace::applications()
         const auto known = std::ranges::find_if(
             applications, [&](const auto &other) { return isSameApplication(application, other); });
         if (known != applications.end()) {
-            application.isRegular = application.isRegular || known->isRegular;
+            application.isInTaskBar = application.isInTaskBar || known->isInTaskBar;
             applications.erase(known);
         }
         applications.append(application);
@@ -99,8 +99,8 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication()
     makeActive(application, *window);
     for (const X11Window &other : m_windows.ofProcess(window->processIdentifier)) {
         m_processApplications.note(other.processIdentifier, other.bundleIdentifier);
-        if (other.isRegular && isSameApplication(application, applicationOf(other)))
-            application.isRegular = true;
+        if (other.isInTaskBar && isSameApplication(application, applicationOf(other)))
+            application.isInTaskBar = true;
     }
     application.sharesProcess = m_processApplications.areSeveral(application.processIdentifier);
     return application;
@@ -143,7 +143,8 @@ void X11Workspace::activate(const RunningApplication &application)
     });
     // Of equals, the last, which is the topmost.
     const auto isWorseOrBelow = [](const X11Window &a, const X11Window &b) {
-        return std::tuple(a.isRegular, !a.isMinimised) <= std::tuple(b.isRegular, !b.isMinimised);
+        return std::tuple(a.isInTaskBar, !a.isMinimised) <=
+               std::tuple(b.isInTaskBar, !b.isMinimised);
     };
     const auto best = std::ranges::max_element(windows, isWorseOrBelow);
     if (best != windows.end())

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Platform/Linux/X11/Keys/PostedKeys.h"
-#include "Platform/Linux/X11/Keys/X11KeyRecord.h"
 #include "Platform/Linux/X11/Keys/X11KeyTranslation.h"
+#include "Platform/Linux/X11/Keys/X11RecordContext.h"
 
 #include <bitset>
 #include <chrono>
@@ -15,7 +15,7 @@ namespace kestrova {
 /// A thread that reports the key events that no window of this process gets, while they also go
 /// where they would go without it, and changes of the keyboard: one when it has begun. It sleeps
 /// while no key is down. It ends with the X server.
-class X11KeyRecording
+class X11KeyObserver
 {
 public:
     using Report = std::function<void(const KeyEvent &)>;
@@ -26,11 +26,11 @@ public:
 
     /// Reports from the moment when this returns, on the thread. The posted keys outlive this; an
     /// empty name means $DISPLAY.
-    X11KeyRecording(PostedKeys &postedKeys, Report report, const QByteArray &displayName);
+    X11KeyObserver(PostedKeys &postedKeys, Report report, const QByteArray &displayName);
     /// Nothing is reported afterwards.
-    ~X11KeyRecording();
-    X11KeyRecording(const X11KeyRecording &) = delete;
-    X11KeyRecording &operator=(const X11KeyRecording &) = delete;
+    ~X11KeyObserver();
+    X11KeyObserver(const X11KeyObserver &) = delete;
+    X11KeyObserver &operator=(const X11KeyObserver &) = delete;
 
     /// False without the RECORD extension, and once the server has gone.
     bool isOpen() const { return m_record.isOpen() && m_control.isOpen(); }
@@ -51,7 +51,7 @@ private:
     PostedKeys &m_postedKeys;
     const Report m_report;
     X11Connection m_control;
-    X11KeyRecord m_record;
+    X11RecordContext m_record;
 
     // The thread's own.
     qint32 m_ownProcess = 0; // as the server knows it

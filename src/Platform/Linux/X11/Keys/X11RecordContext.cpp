@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/Keys/X11KeyRecord.h"
+#include "Platform/Linux/X11/Keys/X11RecordContext.h"
 
 #include <xcb/xcbext.h>
 #include <xcb/xinput.h>
@@ -57,12 +57,12 @@ void selectRawKeyPresses(X11Connection &connection)
 
 } // namespace
 
-X11KeyRecord::X11KeyRecord(X11Connection &control, const QByteArray &displayName)
+X11RecordContext::X11RecordContext(X11Connection &control, const QByteArray &displayName)
     : m_data(displayName), m_isEnabled(enable(control))
 {
 }
 
-bool X11KeyRecord::enable(X11Connection &control)
+bool X11RecordContext::enable(X11Connection &control)
 {
     if (!control.hasExtension(&xcb_record_id))
         return false;
@@ -85,7 +85,7 @@ bool X11KeyRecord::enable(X11Connection &control)
     return start && start->category == startOfData;
 }
 
-void X11KeyRecord::read(std::vector<RecordedKey> &keys)
+void X11RecordContext::read(std::vector<RecordedKey> &keys)
 {
     void *next = nullptr;
     while (xcb_poll_for_reply(m_data.xcb(), m_cookie.sequence, &next, nullptr) && next) {

@@ -15,7 +15,7 @@ int main(int argc, char *argv[])
     X11Connection connection;
     PostedKeys postedKeys;
     X11KeyEventMonitoring monitoring(connection, postedKeys);
-    const auto withheld = monitoring.withhold({HotkeyShortcut::defaultMain()});
+    const auto grabbed = monitoring.grab({HotkeyShortcut::defaultMain()});
     std::cout << "ready" << std::endl;
     return QCoreApplication::exec();
 }

@@ -29,7 +29,7 @@ constexpr KeyEvent aPress{0};
 const HotkeyShortcut mainShortcut = HotkeyShortcut::defaultMain();
 const HotkeyShortcut slotShortcut = *HotkeyShortcut::defaultHotbarNumber(1);
 
-class X11WithheldKeysTest : public KeyMonitoringTest
+class X11GrabbedKeysTest : public KeyMonitoringTest
 {
 protected:
     void pressMain() { tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space}); }
@@ -72,13 +72,13 @@ protected:
     std::vector<KeyEvent> m_changes;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_changeMonitor =
         monitor(m_changes, KeyEvent::keyboardChanged);
-    std::unique_ptr<KeyEventMonitoring::Monitor> m_withheld =
-        m_monitoring.withhold({mainShortcut, slotShortcut});
+    std::unique_ptr<KeyEventMonitoring::Monitor> m_grabbed =
+        m_monitoring.grab({mainShortcut, slotShortcut});
     // And the key that seen() presses.
     const QList<xcb_keycode_t> m_otherKeys{key::leftSuper, key::leftShift, key::leftAlt, key::f12};
 };
 
-TEST_F(X11WithheldKeysTest, TheProgramInFrontDoesNotGetAShortcutAndMonitorsSeeItOnce)
+TEST_F(X11GrabbedKeysTest, TheProgramInFrontDoesNotGetAShortcutAndMonitorsSeeItOnce)
 {
     pressMain();
     EXPECT_THAT(typed(), IsEmpty());
@@ -88,7 +88,7 @@ TEST_F(X11WithheldKeysTest, TheProgramInFrontDoesNotGetAShortcutAndMonitorsSeeIt
     EXPECT_THAT(reported(), ElementsAre(mainPress, slotPress, aPress));
 }
 
-TEST_F(X11WithheldKeysTest, TheSameKeyWithOtherModifiersIsNobodysShortcut)
+TEST_F(X11GrabbedKeysTest, TheSameKeyWithOtherModifiersIsNobodysShortcut)
 {
     tap(m_keyboard, key::space);
     tapChord(m_keyboard, {key::leftSuper, key::space});
@@ -97,7 +97,7 @@ TEST_F(X11WithheldKeysTest, TheSameKeyWithOtherModifiersIsNobodysShortcut)
     EXPECT_EQ(reported().size(), 3U);
 }
 
-TEST_F(X11WithheldKeysTest, LocksMakeNoDifference)
+TEST_F(X11GrabbedKeysTest, LocksMakeNoDifference)
 {
     for (const xcb_keycode_t lock : {key::capsLock, key::numLock, key::capsLock}) {
         tap(m_keyboard, lock);
@@ -107,7 +107,7 @@ TEST_F(X11WithheldKeysTest, LocksMakeNoDifference)
     EXPECT_THAT(reported(), ElementsAre(mainPress, mainPress, mainPress));
 }
 
-TEST_F(X11WithheldKeysTest, AHeldShortcutRepeatsAndTheKeysAfterItArrive)
+TEST_F(X11GrabbedKeysTest, AHeldShortcutRepeatsAndTheKeysAfterItArrive)
 {
     for (const xcb_keycode_t held : {key::leftSuper, key::leftShift, key::space})
         m_keyboard.press(held);
@@ -120,7 +120,7 @@ TEST_F(X11WithheldKeysTest, AHeldShortcutRepeatsAndTheKeysAfterItArrive)
     EXPECT_THAT(typed(), ElementsAre(u"press 38 0"_s));
 }
 
-TEST_F(X11WithheldKeysTest, WhatIsTypedAtOnceAfterAShortcutArrives)
+TEST_F(X11GrabbedKeysTest, WhatIsTypedAtOnceAfterAShortcutArrives)
 {
     for (int i = 0; i < 50; ++i) {
         pressMain();
@@ -130,7 +130,7 @@ TEST_F(X11WithheldKeysTest, WhatIsTypedAtOnceAfterAShortcutArrives)
     EXPECT_EQ(reported().size(), 100U);
 }
 
-TEST_F(X11WithheldKeysTest, OurChordArrivesWhileAShortcutIsHeld)
+TEST_F(X11GrabbedKeysTest, OurChordArrivesWhileAShortcutIsHeld)
 {
     X11KeyEventPosting posting(m_postedKeys);
     for (int round = 0; round < 3; ++round) {
@@ -145,15 +145,15 @@ TEST_F(X11WithheldKeysTest, OurChordArrivesWhileAShortcutIsHeld)
     }
 }
 
-TEST_F(X11WithheldKeysTest, EndingItGivesTheShortcutsBack)
+TEST_F(X11GrabbedKeysTest, EndingItGivesTheShortcutsBack)
 {
-    m_withheld.reset();
+    m_grabbed.reset();
     pressMain();
     EXPECT_THAT(typed(), ElementsAre(u"press 65 65"_s));
     EXPECT_THAT(reported(), ElementsAre(mainPress));
 }
 
-TEST_F(X11WithheldKeysTest, LayoutsMayChangeWhileItRuns)
+TEST_F(X11GrabbedKeysTest, LayoutsMayChangeWhileItRuns)
 {
     for (const char *layout : {"de", "fr", "ru", "us -variant dvorak", "us,ru", "us"}) {
         SCOPED_TRACE(layout);
@@ -168,7 +168,7 @@ TEST_F(X11WithheldKeysTest, LayoutsMayChangeWhileItRuns)
     }
 }
 
-TEST_F(X11WithheldKeysTest, ASecondLayoutThatIsOnMakesNoDifference)
+TEST_F(X11GrabbedKeysTest, ASecondLayoutThatIsOnMakesNoDifference)
 {
     runOrThrow("setxkbmap us,ru -option grp:menu_toggle");
     constexpr xcb_keycode_t menu = 135;
@@ -179,7 +179,7 @@ TEST_F(X11WithheldKeysTest, ASecondLayoutThatIsOnMakesNoDifference)
     EXPECT_THAT(reported(), ElementsAre(mainPress));
 }
 
-TEST_F(X11WithheldKeysTest, WithoutAKeyForAModifierNothingIsWithheldAndNothingReportedAsAShortcut)
+TEST_F(X11GrabbedKeysTest, WithoutAKeyForAModifierNothingIsGrabbedAndNothingReportedAsAShortcut)
 {
     for (const char *option : {"altwin:alt_win", "altwin:ctrl_win", "altwin:hyper_win"}) {
         SCOPED_TRACE(option);
@@ -202,7 +202,7 @@ TEST_F(X11WithheldKeysTest, WithoutAKeyForAModifierNothingIsWithheldAndNothingRe
     }
 }
 
-TEST_F(X11WithheldKeysTest, MetaInThePlaceOfSuperIsTheSameModifier)
+TEST_F(X11GrabbedKeysTest, MetaInThePlaceOfSuperIsTheSameModifier)
 {
     for (const char *option : {"altwin:meta_win", "altwin:left_meta_win"}) {
         SCOPED_TRACE(option);
@@ -218,7 +218,7 @@ TEST_F(X11WithheldKeysTest, MetaInThePlaceOfSuperIsTheSameModifier)
     }
 }
 
-TEST_F(X11WithheldKeysTest, ModifiersThatShareAMaskAreNoShortcutsByThemselves)
+TEST_F(X11GrabbedKeysTest, ModifiersThatShareAMaskAreNoShortcutsByThemselves)
 {
     changeKeyboard("xmodmap -e 'clear mod4' -e 'add mod1 = Super_L Super_R'");
     EXPECT_FALSE(m_monitoring.canType(mainShortcut));
@@ -228,7 +228,7 @@ TEST_F(X11WithheldKeysTest, ModifiersThatShareAMaskAreNoShortcutsByThemselves)
     EXPECT_THAT(typed(), IsEmpty());
 }
 
-TEST_F(X11WithheldKeysTest, TwoShortcutsInARowAreBothReportedWithTheirModifiers)
+TEST_F(X11GrabbedKeysTest, TwoShortcutsInARowAreBothReportedWithTheirModifiers)
 {
     for (int i = 0; i < 50; ++i) {
         pressMain();
@@ -241,11 +241,11 @@ TEST_F(X11WithheldKeysTest, TwoShortcutsInARowAreBothReportedWithTheirModifiers)
     EXPECT_EQ(reported(), expected);
 }
 
-TEST_F(X11WithheldKeysTest, AShortcutThatAnotherProgramHasReservedStaysThatPrograms)
+TEST_F(X11GrabbedKeysTest, AShortcutThatAnotherProgramHasReservedStaysThatPrograms)
 {
-    m_withheld.reset();
+    m_grabbed.reset();
     m_program.reserve(key::space);
-    m_withheld = m_monitoring.withhold({mainShortcut, slotShortcut});
+    m_grabbed = m_monitoring.grab({mainShortcut, slotShortcut});
     pressMain();
     EXPECT_EQ(typed().size(), 1);
     pressSlot();
@@ -255,16 +255,16 @@ TEST_F(X11WithheldKeysTest, AShortcutThatAnotherProgramHasReservedStaysThatProgr
     EXPECT_THAT(reported(), ElementsAre(reserved, slotPress));
 }
 
-TEST_F(X11WithheldKeysTest, AStoppedProgramLeavesTheKeyboardFree)
+TEST_F(X11GrabbedKeysTest, AStoppedProgramLeavesTheKeyboardFree)
 {
-    m_withheld.reset();
-    QProcess withholding;
-    withholding.start(QStringLiteral(KESTROVA_WITHHOLDING_APPLICATION), {});
-    ASSERT_TRUE(waitUntil([&] { return withholding.canReadLine(); }));
+    m_grabbed.reset();
+    QProcess grabbing;
+    grabbing.start(QStringLiteral(KESTROVA_GRABBING_APPLICATION), {});
+    ASSERT_TRUE(waitUntil([&] { return grabbing.canReadLine(); }));
     pressMain();
     EXPECT_THAT(typed(), IsEmpty());
 
-    const auto process = pid_t(withholding.processId());
+    const auto process = pid_t(grabbing.processId());
     ASSERT_EQ(kill(process, SIGSTOP), 0);
     siginfo_t stop;
     ASSERT_EQ(waitid(P_PID, id_t(process), &stop, WSTOPPED | WNOWAIT), 0);
@@ -278,15 +278,15 @@ TEST_F(X11WithheldKeysTest, AStoppedProgramLeavesTheKeyboardFree)
     pressMain();
     tap(m_keyboard, key::a);
     EXPECT_THAT(typed(), ElementsAre(u"press 38 0"_s));
-    withholding.kill();
-    EXPECT_TRUE(withholding.waitForFinished());
+    grabbing.kill();
+    EXPECT_TRUE(grabbing.waitForFinished());
 }
 
-TEST_F(X11WithheldKeysTest, ItMayBeReplacedAtAnyTime)
+TEST_F(X11GrabbedKeysTest, ItMayBeReplacedAtAnyTime)
 {
     for (int i = 0; i < 100; ++i) {
-        m_withheld.reset();
-        m_withheld = m_monitoring.withhold({mainShortcut});
+        m_grabbed.reset();
+        m_grabbed = m_monitoring.grab({mainShortcut});
     }
     pressMain();
     EXPECT_THAT(typed(), IsEmpty());

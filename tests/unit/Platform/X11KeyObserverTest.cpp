@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/Keys/X11KeyRecording.h"
+#include "Platform/Linux/X11/Keys/X11KeyObserver.h"
 
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 #include "Platform/Linux/X11/Keys/X11KeyGrabs.h"
@@ -20,10 +20,10 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 // No event loop runs here, so that the thread of the recording is the only other one.
-class X11KeyRecordingTest : public testing::Test
+class X11KeyObserverTest : public testing::Test
 {
 protected:
-    X11KeyRecordingTest()
+    X11KeyObserverTest()
     {
         std::thread([] {}).join(); // with the first one, ThreadSanitizer starts one of its own
         const QSet<QString> before = threads();
@@ -31,7 +31,7 @@ protected:
         m_thread = *(threads() - before).begin();
     }
 
-    X11KeyRecording::Report report()
+    X11KeyObserver::Report report()
     {
         return [this](const KeyEvent &event) {
             if (event.type == KeyEvent::keyDown)
@@ -69,13 +69,13 @@ protected:
     PrivateXServer m_server;
     PostedKeys m_postedKeys;
     std::atomic<int> m_reports = 0;
-    std::optional<X11KeyRecording> m_recording;
+    std::optional<X11KeyObserver> m_recording;
     QString m_thread; // of the recording
     X11Connection m_connection{name()};
     VirtualKeyboard m_keyboard{m_connection.xcb()};
 };
 
-TEST_F(X11KeyRecordingTest, TheThreadSleepsWhileNoKeyIsDown)
+TEST_F(X11KeyObserverTest, TheThreadSleepsWhileNoKeyIsDown)
 {
     ASSERT_TRUE(m_recording->isOpen());
     ASSERT_TRUE(comesToSleep());
@@ -86,7 +86,7 @@ TEST_F(X11KeyRecordingTest, TheThreadSleepsWhileNoKeyIsDown)
     EXPECT_TRUE(sleepsFor(1s));
 }
 
-TEST_F(X11KeyRecordingTest, TheThreadSleepsWhileOnlyModifiersAreDown)
+TEST_F(X11KeyObserverTest, TheThreadSleepsWhileOnlyModifiersAreDown)
 {
     m_keyboard.press(key::leftSuper);
     m_keyboard.press(key::leftShift);
@@ -95,7 +95,7 @@ TEST_F(X11KeyRecordingTest, TheThreadSleepsWhileOnlyModifiersAreDown)
     EXPECT_EQ(m_reports, 0);
 }
 
-TEST_F(X11KeyRecordingTest, APressThatNobodyGetsIsReportedAlthoughTheServerHasNothingElseToWrite)
+TEST_F(X11KeyObserverTest, APressThatNobodyGetsIsReportedAlthoughTheServerHasNothingElseToWrite)
 {
     ASSERT_TRUE(comesToSleep());
     // Unlike VirtualKeyboard this asks for no answer.
@@ -106,7 +106,7 @@ TEST_F(X11KeyRecordingTest, APressThatNobodyGetsIsReportedAlthoughTheServerHasNo
     EXPECT_TRUE(waitUntil([&] { return m_reports > 0; }));
 }
 
-TEST_F(X11KeyRecordingTest, RepeatsOfAKeyThatNobodyGetsComeWhenTheyHappen)
+TEST_F(X11KeyObserverTest, RepeatsOfAKeyThatNobodyGetsComeWhenTheyHappen)
 {
     constexpr int repeats = 5;
     m_keyboard.press(key::a);
@@ -117,14 +117,14 @@ TEST_F(X11KeyRecordingTest, RepeatsOfAKeyThatNobodyGetsComeWhenTheyHappen)
     EXPECT_GT(Clock::now() - first, (repeats - 1) * 20ms);
 }
 
-TEST_F(X11KeyRecordingTest, ItEndsWithTheServer)
+TEST_F(X11KeyObserverTest, ItEndsWithTheServer)
 {
     m_server.kill();
     EXPECT_TRUE(waitUntil([&] { return sleeps(m_thread) == -1; }));
     EXPECT_FALSE(m_recording->isOpen());
 }
 
-TEST_F(X11KeyRecordingTest, ItEndsWithTheServerWhileAKeyIsDown)
+TEST_F(X11KeyObserverTest, ItEndsWithTheServerWhileAKeyIsDown)
 {
     m_keyboard.press(key::a);
     ASSERT_TRUE(waitUntil([&] { return m_reports >= 3; }));
@@ -132,7 +132,7 @@ TEST_F(X11KeyRecordingTest, ItEndsWithTheServerWhileAKeyIsDown)
     EXPECT_TRUE(waitUntil([&] { return sleeps(m_thread) == -1; }));
 }
 
-TEST_F(X11KeyRecordingTest, AServerThatDoesNotAnswerDoesNotDelayItsEnd)
+TEST_F(X11KeyObserverTest, AServerThatDoesNotAnswerDoesNotDelayItsEnd)
 {
     m_keyboard.press(key::a);
     ASSERT_TRUE(waitUntil([&] { return m_reports >= 3; }));
@@ -143,7 +143,7 @@ TEST_F(X11KeyRecordingTest, AServerThatDoesNotAnswerDoesNotDelayItsEnd)
     EXPECT_LT(Clock::now() - start, 10s);
 }
 
-TEST_F(X11KeyRecordingTest, ItMayEndWhileKeysCome)
+TEST_F(X11KeyObserverTest, ItMayEndWhileKeysCome)
 {
     for (int round = 0; round < 20; ++round) {
         tap(m_keyboard, key::a);
@@ -156,7 +156,7 @@ TEST_F(X11KeyRecordingTest, ItMayEndWhileKeysCome)
     EXPECT_TRUE(m_recording->isOpen());
 }
 
-TEST_F(X11KeyRecordingTest, ChordsOfAnotherThreadAreNotReported)
+TEST_F(X11KeyObserverTest, ChordsOfAnotherThreadAreNotReported)
 {
     X11KeyEventPosting posting(m_postedKeys, name());
     auto posted = std::async(std::launch::async, [&] { return posting.postCommandV({}); });
@@ -170,24 +170,24 @@ TEST_F(X11KeyRecordingTest, ChordsOfAnotherThreadAreNotReported)
     EXPECT_EQ(m_reports, taps);
 }
 
-TEST(X11KeyRecording, WithoutTheRecordExtensionItIsClosed)
+TEST(X11KeyObserver, WithoutTheRecordExtensionItIsClosed)
 {
     const PrivateXServer server({"-extension", "RECORD"});
     PostedKeys postedKeys;
-    EXPECT_FALSE(X11KeyRecording(
+    EXPECT_FALSE(X11KeyObserver(
                      postedKeys, [](const auto &) {}, server.displayName())
                      .isOpen());
 }
 
-TEST(X11KeyRecording, WithoutAServerItIsClosed)
+TEST(X11KeyObserver, WithoutAServerItIsClosed)
 {
     PostedKeys postedKeys;
-    EXPECT_FALSE(X11KeyRecording(
+    EXPECT_FALSE(X11KeyObserver(
                      postedKeys, [](const auto &) {}, ":4096")
                      .isOpen());
 }
 
-TEST_F(X11KeyRecordingTest, ShortcutsMayBeWithheldAndGivenBackWhileTheyArePressed)
+TEST_F(X11KeyObserverTest, ShortcutsMayBeGrabbedAndGivenBackWhileTheyArePressed)
 {
     const auto combinations =
         X11KeyTranslation(m_connection).combinations(HotkeyShortcut::defaultMain());
@@ -207,7 +207,7 @@ TEST_F(X11KeyRecordingTest, ShortcutsMayBeWithheldAndGivenBackWhileTheyArePresse
     EXPECT_TRUE(pressed.get());
 }
 
-TEST_F(X11KeyRecordingTest, GrabsMayComeAndEndWhileShortcutsArePressed)
+TEST_F(X11KeyObserverTest, GrabsMayComeAndEndWhileShortcutsArePressed)
 {
     const auto combinations =
         X11KeyTranslation(m_connection).combinations(HotkeyShortcut::defaultMain());

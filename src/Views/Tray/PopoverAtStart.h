@@ -15,6 +15,6 @@ constexpr std::chrono::seconds trayLimit{5};
 /// After the start of the program: shows the popover by itself to a user who has something to set
 /// up, and, without taking the keyboard from a dictation that is under way, where no panel comes up
 /// in time, without which the program could not be reached. The state outlives the windows.
-void greet(const AppState &state, Windows &windows);
+void openPopoverAtStart(const AppState &state, Windows &windows);
 
 } // namespace kestrova

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/Keys/X11KeyRecording.h"
+#include "Platform/Linux/X11/Keys/X11KeyObserver.h"
 
 #include "Platform/Linux/X11/Connection/BrokenPipeSignal.h"
 #include "Platform/Linux/X11/Connection/X11ClientProcess.h"
@@ -12,8 +12,7 @@
 
 namespace kestrova {
 
-X11KeyRecording::X11KeyRecording(PostedKeys &postedKeys, Report report,
-                                 const QByteArray &displayName)
+X11KeyObserver::X11KeyObserver(PostedKeys &postedKeys, Report report, const QByteArray &displayName)
     : m_postedKeys(postedKeys), m_report(std::move(report)), m_control(displayName),
       m_record(m_control, displayName)
 {
@@ -21,7 +20,7 @@ X11KeyRecording::X11KeyRecording(PostedKeys &postedKeys, Report report,
         m_thread = std::thread([this] { run(); });
 }
 
-X11KeyRecording::~X11KeyRecording()
+X11KeyObserver::~X11KeyObserver()
 {
     if (!m_thread.joinable())
         return;
@@ -31,7 +30,7 @@ X11KeyRecording::~X11KeyRecording()
     m_thread.join();
 }
 
-void X11KeyRecording::run()
+void X11KeyObserver::run()
 {
     blockBrokenPipeSignal();
     m_ownProcess = clientProcess(m_control, xcb_get_setup(m_control.xcb())->resource_id_base);
@@ -46,7 +45,7 @@ void X11KeyRecording::run()
     }
 }
 
-void X11KeyRecording::sleep()
+void X11KeyObserver::sleep()
 {
     // An event that came along with an answer wakes nobody up.
     if (takeEvents()) {
@@ -63,7 +62,7 @@ void X11KeyRecording::sleep()
 }
 
 // The answer itself matters when the release never comes, as after a switch of the console.
-void X11KeyRecording::askForHeldKey()
+void X11KeyObserver::askForHeldKey()
 {
     const XcbPointer<xcb_query_keymap_reply_t> reply(
         xcb_query_keymap_reply(m_control.xcb(), xcb_query_keymap(m_control.xcb()), nullptr));
@@ -74,7 +73,7 @@ void X11KeyRecording::askForHeldKey()
     m_heldKey.reset();
 }
 
-void X11KeyRecording::takeKeys()
+void X11KeyObserver::takeKeys()
 {
     const std::size_t count = m_keys.size();
     synchronize();
@@ -87,7 +86,7 @@ void X11KeyRecording::takeKeys()
 // When the server has answered, it has also written the keys that it held back, who got the keys
 // that were read so far, and which keymap they were pressed in. Unless an event came along, because
 // that may tell of the next key.
-void X11KeyRecording::synchronize()
+void X11KeyObserver::synchronize()
 {
     do {
         const XcbPointer<xcb_get_input_focus_reply_t> answer(xcb_get_input_focus_reply(
@@ -95,7 +94,7 @@ void X11KeyRecording::synchronize()
     } while (takeEvents());
 }
 
-bool X11KeyRecording::takeEvents()
+bool X11KeyObserver::takeEvents()
 {
     bool isAny = false;
     bool hasKeymapChanged = false;
@@ -110,7 +109,7 @@ bool X11KeyRecording::takeEvents()
 }
 
 // The server also tells of a new keymap when the next key comes from another keyboard.
-void X11KeyRecording::followKeyboard()
+void X11KeyObserver::followKeyboard()
 {
     const X11KeyTranslation translation(m_control);
     if (m_translation == translation)
@@ -119,7 +118,7 @@ void X11KeyRecording::followKeyboard()
     m_report({.type = KeyEvent::keyboardChanged});
 }
 
-void X11KeyRecording::handle(std::size_t index)
+void X11KeyObserver::handle(std::size_t index)
 {
     const RecordedKey &key = m_keys[index];
     if (key.isDelivered)
@@ -138,7 +137,7 @@ void X11KeyRecording::handle(std::size_t index)
     attribute(index, *event);
 }
 
-void X11KeyRecording::attribute(std::size_t index, KeyEvent event)
+void X11KeyObserver::attribute(std::size_t index, KeyEvent event)
 {
     const RecordedKey &key = m_keys[index];
     // Which window has the focus would not tell: grabs send keys elsewhere, and it is known only
@@ -160,13 +159,13 @@ void X11KeyRecording::attribute(std::size_t index, KeyEvent event)
 
 // Window managers and the like grab their keys on the root window; no window with the focus is told
 // of keys there.
-bool X11KeyRecording::isReserved(const RecordedKey &delivery)
+bool X11KeyObserver::isReserved(const RecordedKey &delivery)
 {
     return delivery.window == m_control.root() &&
            clientProcess(m_control, delivery.client) != m_ownProcess;
 }
 
-bool X11KeyRecording::isOwn(xcb_window_t window)
+bool X11KeyObserver::isOwn(xcb_window_t window)
 {
     // Not getpid(): in a container the server knows us by another number.
     if (const qint32 client = clientProcess(m_control, window); client != 0)

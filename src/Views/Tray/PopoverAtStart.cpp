@@ -1,4 +1,4 @@
-#include "Views/Tray/Greeting.h"
+#include "Views/Tray/PopoverAtStart.h"
 
 #include "Views/Tray/TrayItem.h"
 
@@ -8,7 +8,7 @@ namespace kestrova {
 
 using namespace Qt::StringLiterals;
 
-void greet(const AppState &state, Windows &windows)
+void openPopoverAtStart(const AppState &state, Windows &windows)
 {
     QTimer::singleShot(trayDelay, &windows, [&state, &windows] {
         if (TrayItem::isShown() && !state.isSetUp())

@@ -28,13 +28,13 @@ struct RecordedKey
 /// The keys of the whole display, as the RECORD extension sees them: before any client and even
 /// under a grab. It takes them from nobody. What it delivers comes in the order in which the server
 /// has handled it, a delivery right after what was delivered.
-class X11KeyRecord
+class X11RecordContext
 {
 public:
     /// Records from the moment when this returns. An empty name means $DISPLAY. The control
     /// connection outlives this. It gets an event at each press that is no repeat; after a request
     /// with an answer the press can then be read.
-    X11KeyRecord(X11Connection &control, const QByteArray &displayName);
+    X11RecordContext(X11Connection &control, const QByteArray &displayName);
 
     /// False without the RECORD extension, and once the server has gone.
     bool isOpen() const { return m_isEnabled && m_data.isOpen(); }
