@@ -46,7 +46,7 @@ class WindowsLibrary(DictationTestCase):
         new.rename(self.library)
 
     def test_one_that_is_missing(self):
-        self.check_message(self.library.unlink, "kestrova-windows.so: No such file or directory")
+        self.check_message(self.library.unlink, "A part of Kestrova is missing. Install Kestrova again.")
 
     def test_one_of_another_build(self):
         contents = self.whole.read_bytes()

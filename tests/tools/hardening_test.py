@@ -1,4 +1,4 @@
-"""What is shipped must be built with the hardening that the compiler and the linker offer: hardening_test.py PROGRAM LIBRARY."""
+"""What is shipped must be built with the hardening that the compiler and the linker offer: hardening_test.py PROGRAM CORE WINDOWS."""
 
 import platform
 import subprocess
@@ -11,31 +11,31 @@ def output_of(*command):
 
 
 class Hardening(unittest.TestCase):
-    program = library = None
+    program = core = library = None
 
     def setUp(self):
-        self.both = (self.program, self.library)
+        self.files = (self.program, self.core, self.library)
 
     def test_the_program_has_no_fixed_place_in_memory(self):
         self.assertRegex(output_of("readelf", "-hW", self.program), r"Type:\s+DYN")
         self.assertRegex(output_of("readelf", "-dW", self.program), r"\(FLAGS_1\).*\bPIE\b")
 
     def test_what_the_loader_has_resolved_is_read_only(self):
-        for file in self.both:
+        for file in self.files:
             self.assertIn("GNU_RELRO", output_of("readelf", "-lW", file), file)
             self.assertRegex(output_of("readelf", "-dW", file), r"\(FLAGS_1\).*\bNOW\b", file)
 
     def test_the_stack_cannot_be_executed(self):
-        for file in self.both:
+        for file in self.files:
             self.assertRegex(output_of("readelf", "-lW", file), r"GNU_STACK .* RW ", file)
 
     def test_the_stack_is_guarded(self):
-        for file in self.both:
+        for file in self.files:
             self.assertIn("__stack_chk_fail", output_of("nm", "-D", "--undefined-only", file), file)
 
     def test_the_functions_of_the_c_library_check_sizes(self):
-        # The library need not call one of them.
-        self.assertRegex(output_of("nm", "-D", "--undefined-only", self.program), r" U __\w+_chk@")
+        # The others need not call one of them.
+        self.assertRegex(output_of("nm", "-D", "--undefined-only", self.core), r" U __\w+_chk@")
 
     @unittest.skipUnless(platform.machine() == "x86_64", "another processor has other means")
     def test_jumps_may_only_land_where_functions_begin(self):
@@ -45,5 +45,5 @@ class Hardening(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    Hardening.program, Hardening.library = sys.argv[1:3]
+    Hardening.program, Hardening.core, Hardening.library = sys.argv[1:4]
     unittest.main(argv=sys.argv[:1])
