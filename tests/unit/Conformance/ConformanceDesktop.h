@@ -41,9 +41,21 @@ public:
     virtual bool waitUntil(const std::function<bool()> &condition) = 0;
 };
 
+/// Which desktop a suite runs on.
+struct ConformanceCase
+{
+    const char *name;
+    std::unique_ptr<ConformanceDesktop> (*make)();
+
+    friend void PrintTo(const ConformanceCase &tested, std::ostream *stream)
+    {
+        *stream << tested.name;
+    }
+};
+
 /// What every back end does, as far as its desktop lets it: each test holds on each desktop that
 /// the suite is instantiated with.
-class Conformance : public testing::TestWithParam<std::unique_ptr<ConformanceDesktop> (*)()>
+class Conformance : public testing::TestWithParam<ConformanceCase>
 {
 protected:
     Platform &platform() { return desktop->platform(); }
@@ -54,7 +66,7 @@ protected:
         return application ? application->bundleIdentifier : std::nullopt;
     }
 
-    const std::unique_ptr<ConformanceDesktop> desktop = GetParam()();
+    const std::unique_ptr<ConformanceDesktop> desktop = GetParam().make();
 };
 
 } // namespace kestrova

@@ -93,7 +93,9 @@ std::unique_ptr<ConformanceDesktop> make()
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Fake, Conformance, testing::Values(&make<FakeConformanceDesktop>));
-INSTANTIATE_TEST_SUITE_P(Reticent, Conformance, testing::Values(&make<ReticentConformanceDesktop>));
+INSTANTIATE_TEST_SUITE_P(Fakes, Conformance,
+                         testing::Values(ConformanceCase{"able", &make<FakeConformanceDesktop>},
+                                         ConformanceCase{"reticent",
+                                                         &make<ReticentConformanceDesktop>}));
 
 } // namespace kestrova

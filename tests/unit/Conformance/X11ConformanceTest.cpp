@@ -144,6 +144,6 @@ std::unique_ptr<ConformanceDesktop> make()
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(X11, Conformance, testing::Values(&make));
+INSTANTIATE_TEST_SUITE_P(X11, Conformance, testing::Values(ConformanceCase{"X11", &make}));
 
 } // namespace kestrova
