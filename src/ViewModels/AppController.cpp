@@ -27,6 +27,20 @@ std::shared_ptr<TextInserting> followed(std::shared_ptr<TextInserting> inserter,
     return inserter;
 }
 
+/// Arms the controller's shortcuts again when it ends.
+struct Suspension
+{
+    explicit Suspension(AppController *suspended) : controller(suspended) {}
+    ~Suspension()
+    {
+        if (controller)
+            controller->registerHotkeys();
+    }
+    Q_DISABLE_COPY_MOVE(Suspension)
+
+    const QPointer<AppController> controller;
+};
+
 } // namespace
 
 AppController::AppController(const AppEnvironment &environment,
@@ -182,8 +196,9 @@ void AppController::registerHotkeys()
         postTask([this, slotIndex] { toggleRecordingWithHotbarSlot(slotIndex); });
     };
     try {
-        m_hotkeyManager->registerBindings(
-            hotkeyBindings(m_appState->settings.get(), toggleMain, toggleSlot));
+        if (m_suspension.expired())
+            m_hotkeyManager->registerBindings(
+                hotkeyBindings(m_appState->settings.get(), toggleMain, toggleSlot));
     } catch (const std::exception &error) {
         m_appState->showError(u"Failed to register hotkeys: "_s + userFacingDescription(error));
     }
@@ -201,6 +216,16 @@ void AppController::readHotkeys()
 void AppController::unregisterHotkeys()
 {
     m_hotkeyManager->unregister();
+}
+
+std::shared_ptr<void> AppController::suspendHotkeys()
+{
+    if (auto suspension = m_suspension.lock())
+        return suspension;
+    unregisterHotkeys();
+    const auto suspension = std::make_shared<Suspension>(this);
+    m_suspension = suspension;
+    return suspension;
 }
 
 void AppController::refreshEnvironmentSnapshot()

@@ -61,10 +61,13 @@ public:
     /// Abandons a dictation that is being processed.
     void cancelProcessing();
 
-    /// Arms the shortcuts of the settings, in place of those armed before.
+    /// Arms the shortcuts of the settings, in place of those armed before, unless they are
+    /// suspended.
     void registerHotkeys();
-    /// Disarms them, for as long as a new shortcut is being recorded.
     void unregisterHotkeys();
+    /// Disarms them for as long as the result lives, whatever is changed meanwhile: a new shortcut
+    /// is being recorded. The result may outlive the controller.
+    [[nodiscard]] std::shared_ptr<void> suspendHotkeys();
     ShortcutEditing shortcutEditing() const { return m_hotkeyManager->editing(); }
     /// Opens the desktop's dialog for them, where there is one.
     void configureShortcuts() { m_hotkeyManager->configure(); }
@@ -142,6 +145,7 @@ private:
     const std::shared_ptr<AppState> m_appState;
     const std::shared_ptr<ModelManaging> m_modelManager;
     const std::shared_ptr<DictationCoordinator> m_coordinator;
+    std::weak_ptr<void> m_suspension; ///< of the shortcuts
     InsertionTargets m_targets;
     SettingsEditor m_editor;
     SetupActions m_setup;

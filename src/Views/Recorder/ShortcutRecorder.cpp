@@ -19,14 +19,6 @@ ShortcutRecorder::ShortcutRecorder(AppController &controller, const RecorderKeyb
         m_save(shortcut);
         close();
     });
-    // Each change of the settings arms the shortcuts anew, also one in another window.
-    connect(
-        &controller.appState(), &AppState::settingsChanged, this,
-        [this] {
-            if (m_isOpen)
-                m_controller.unregisterHotkeys();
-        },
-        Qt::QueuedConnection);
 }
 
 ShortcutRecorder::~ShortcutRecorder()
@@ -40,18 +32,16 @@ void ShortcutRecorder::open(Save save)
         openRecorder->close();
     openRecorder = this;
     m_save = std::move(save);
-    m_controller.unregisterHotkeys();
-    m_isOpen = true;
+    m_suspension = m_controller.suspendHotkeys();
     Q_EMIT isOpenChanged();
 }
 
 void ShortcutRecorder::close()
 {
-    if (!m_isOpen)
+    if (!isOpen())
         return;
-    m_isOpen = false;
     m_capture.stop();
-    m_controller.registerHotkeys();
+    m_suspension.reset();
     Q_EMIT isOpenChanged();
 }
 

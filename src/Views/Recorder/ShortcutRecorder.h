@@ -27,7 +27,7 @@ public:
     /// Arms the shortcuts again if it is open.
     ~ShortcutRecorder() override;
 
-    bool isOpen() const { return m_isOpen; }
+    bool isOpen() const { return m_suspension != nullptr; }
     ShortcutCapture *capture() { return &m_capture; }
     /// Hands the shortcut that the user saves to the callback; nothing when the user cancels. The
     /// recorder of another window is closed.
@@ -42,7 +42,7 @@ private:
     AppController &m_controller;
     ShortcutCapture m_capture;
     Save m_save;
-    bool m_isOpen = false;
+    std::shared_ptr<void> m_suspension; ///< of the program's shortcuts, while it is open
 };
 
 } // namespace kestrova

@@ -138,6 +138,30 @@ TEST_F(AppControllerHotkeysTest, UnregisteredShortcutsDoNothingUntilTheyAreRegis
     EXPECT_TRUE(startsRecording(HotkeyShortcut::defaultMain()));
 }
 
+TEST_F(AppControllerHotkeysTest, SuspendedShortcutsStayDisarmedWhateverIsChanged)
+{
+    auto suspension = controller->suspendHotkeys();
+    const auto another = controller->suspendHotkeys();
+    EXPECT_FALSE(startsRecording(HotkeyShortcut::defaultMain()));
+    controller->setGlobalShortcut(commandF);
+    controller->registerHotkeys();
+    EXPECT_FALSE(startsRecording(commandF));
+    EXPECT_EQ(state().settings.get().shortcut, commandF) << "changed all the same";
+    suspension.reset();
+    EXPECT_FALSE(startsRecording(commandF)) << "the other one still lasts";
+}
+
+TEST_F(AppControllerHotkeysTest, TheEndOfASuspensionArmsThePresentShortcuts)
+{
+    auto suspension = controller->suspendHotkeys();
+    controller->setGlobalShortcut(commandF);
+    suspension.reset();
+    EXPECT_TRUE(startsRecording(commandF));
+    suspension = controller->suspendHotkeys();
+    end();
+    suspension.reset();
+}
+
 TEST_F(AppControllerHotkeysTest, WhereTheDesktopBindsShortcutsByNameThoseDictate)
 {
     end();
