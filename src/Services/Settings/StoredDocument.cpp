@@ -23,7 +23,8 @@ bool StoredDocument::store(const QByteArray &bytes)
             m_defaults.setAside(m_key);
         m_known = m_defaults.setData(m_key, bytes);
         return true;
-    } catch (const ReadableError &) {
+    } catch (const ReadableError &error) {
+        qWarning("\"%s\" could not be stored: %s", qUtf8Printable(m_key), error.what());
         return false;
     }
 }

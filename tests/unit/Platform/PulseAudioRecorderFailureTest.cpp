@@ -1,8 +1,10 @@
 #include "Platform/RecorderTest.h"
 
 #include "Services/FileSizeLimit.h"
+#include "support/Warnings.h"
 
 #include <atomic>
+#include <cerrno>
 #include <thread>
 
 namespace kestrova {
@@ -179,17 +181,22 @@ TEST_F(PulseAudioRecorderFailureTest, AFullDiskEndsTheRecording)
     const auto recorder = makeRecorder();
     constexpr rlim_t bytes = 44 + 10'000;
     const FileSizeLimit limit(bytes + 1);
+    const Warnings warnings;
     ASSERT_TRUE(recorder->record());
     expectEndedByItself(*recorder);
     EXPECT_EQ(QFile(recorder->url().toLocalFile()).size(), bytes);
     EXPECT_EQ(problem, RecordingProblem::fileNotWritten);
+    EXPECT_TRUE(warnings.all().startsWith(u"A recording could not be written any further: "_s));
+    EXPECT_TRUE(warnings.all().contains(qt_error_string(EFBIG))) << qPrintable(warnings.all());
 }
 
 TEST_F(PulseAudioRecorderFailureTest, ADiskWithoutRoomForTheHeaderIsTold)
 {
     const FileSizeLimit limit(10);
+    const Warnings warnings;
     expectNoRecording();
     EXPECT_EQ(problem, RecordingProblem::fileNotWritten);
+    EXPECT_TRUE(warnings.all().startsWith(u"A recording could not be begun: "_s));
 }
 
 TEST_F(PulseAudioRecorderFailureTest, ARecordingThatIsStoppedHasNoProblem)

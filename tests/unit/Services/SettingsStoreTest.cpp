@@ -1,6 +1,7 @@
 #include "Services/Settings/SettingsStore.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "support/QtPrinting.h"
+#include "support/Warnings.h"
 
 #include <gtest/gtest.h>
 
@@ -61,8 +62,11 @@ TEST_F(SettingsStoreTest, AFailedSaveLeavesWhatWasStored)
 {
     store.save(changed());
     defaults.failWriting(true);
+    const Warnings warnings;
     store.save(AppSettings::defaults());
     EXPECT_EQ(store.load(), changed());
+    EXPECT_EQ(warnings.all(),
+              u"\"kestrova.settings.v1\" could not be stored: No space left on device"_s);
 }
 
 TEST_F(SettingsStoreTest, DamagedBytesThatCannotBeKeptAsideAreNotOverwritten)

@@ -81,7 +81,8 @@ bool PulseAudioRecorder::prepareToRecord()
         if (!m_file)
             m_file = std::make_unique<WavFile>(m_fileURL.toLocalFile(), m_format);
         return true;
-    } catch (const PlatformError &) {
+    } catch (const PlatformError &error) {
+        qWarning("A recording could not be begun: %s", error.what());
         return false;
     }
 }
@@ -167,8 +168,11 @@ void PulseAudioRecorder::takeAvailable()
                                   : m_file->appendSilence(size);
         pa_stream_drop(m_stream.get());
         m_frameCount = m_file->frameCount();
-        if (!written)
+        if (!written) {
+            qWarning("A recording could not be written any further: %s",
+                     qUtf8Printable(m_file->problem()));
             end(RecordingProblem::fileNotWritten);
+        }
     }
     m_connection.signal();
 }

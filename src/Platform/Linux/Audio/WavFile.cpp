@@ -65,6 +65,7 @@ bool WavFile::append(std::span<const std::byte> frames)
     m_frameCount += written / m_bytesPerFrame;
     if (written == size)
         return true;
+    m_problem = QString::fromUtf8(sf_strerror(m_file.get()));
     cutToWholeFrames();
     return false;
 }

@@ -30,6 +30,8 @@ public:
     bool append(std::span<const std::byte> frames);
     /// Appends that many bytes of silence, otherwise as append().
     bool appendSilence(std::size_t byteCount);
+    /// Why not all could be written, in the system's words; empty when all could.
+    const QString &problem() const { return m_problem; }
 
     qint64 frameCount() const { return m_frameCount; }
 
@@ -42,6 +44,7 @@ private:
     qint64 m_headerSize = 0;
     std::unique_ptr<SNDFILE, int (*)(SNDFILE *)> m_file;
     qint64 m_frameCount = 0;
+    QString m_problem;
 };
 
 } // namespace kestrova
