@@ -38,7 +38,7 @@ ColumnLayout {
     Flow {
         Layout.fillWidth: true
         spacing: 8
-        visible: actions.model.lacksPermission
+        visible: !actions.model.microphoneStep.isComplete || actions.model.canGrantAccessibility
 
         PushButton {
             visible: !actions.model.microphoneStep.isComplete

@@ -16,7 +16,7 @@ ColumnLayout {
         SectionHeader {
             Layout.fillWidth: true
             title: "Global Shortcut"
-            subtitle: "Default is Command + Shift + Space"
+            subtitle: tab.model.recordsShortcuts ? "Default is Command + Shift + Space" : ""
         }
         MetricRow {
             Layout.fillWidth: true

@@ -58,7 +58,7 @@ ColumnLayout {
             text: tab.model.isAccessibilityAvailable
                   ? "Accessibility permission is required for reliable auto-paste into your active app."
                   : "This desktop does not let programs observe the keyboard and paste into other "
-                    + "applications. Transcripts are left on the clipboard."
+                    + "applications."
             style: Theme.caption
             color: Theme.secondary
             wrapMode: Text.Wrap

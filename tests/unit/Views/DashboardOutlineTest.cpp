@@ -1,6 +1,7 @@
 #include "Views/Dashboard/DashboardModel.h"
 
 #include "Services/Usage/UsageLog.h"
+#include "Views/AccessibleItems.h"
 #include "Views/WindowOutlineTest.h"
 #include "support/UsageEvents.h"
 
@@ -51,6 +52,43 @@ protected:
 };
 
 const QStringList tabSymbols = {u"square.grid.2x2"_s, u"dock.rectangle"_s, u"chart.bar.xaxis"_s};
+
+TEST_F(DashboardOutlineTest, WhatADesktopDoesNotOfferIsExplainedAndNotOffered)
+{
+    FakeGlobalShortcuts &shortcuts = useNamedShortcuts();
+    fake.desktop->tellNothing();
+    launch();
+    shortcuts.accept();
+    shortcuts.change(u"hotbar-1"_s, {});
+    open(u"Hotbar Apps"_s);
+    const QString explanation =
+        u"Each slot has a shortcut that dictates into its application. On this desktop, the keys "
+        u"of "
+        "all shortcuts are chosen in its settings.\n"
+        "This desktop does not tell programs which application is in front, so that none can be "
+        "assigned from there. This desktop lets no program bring another one to the front: an "
+        "application that is running has to be there when its slot is used."_s;
+    EXPECT_EQ(
+        outline().mid(0, 12),
+        tabs(u"Hotbar Apps"_s) +
+            QStringList({u"heading Hotbar App Assignment"_s, u"text "_s + explanation,
+                         u"button Configure Shortcuts"_s, u"heading Slot 1"_s, u"text Unassigned"_s,
+                         u"alert The desktop has not granted this shortcut. Choose its keys with "
+                         "Configure Shortcuts."_s,
+                         u"text None"_s, u"button Assign Frontmost (disabled)"_s,
+                         u"heading Slot 2"_s}));
+    press(u"button Configure Shortcuts"_s);
+    EXPECT_EQ(shortcuts.configurations(), 1);
+
+    const auto place = [this](const QString &name) {
+        QQuickItem *const item = findShown(name, window->contentItem());
+        return item ? item->mapRectToScene(item->boundingRect()) : QRectF();
+    };
+    const QRectF text = place(explanation);
+    EXPECT_GT(text.height(), 40) << "several lines";
+    EXPECT_LT(place(u"Hotbar App Assignment"_s).bottom(), text.top());
+    EXPECT_LT(text.bottom(), place(u"Configure Shortcuts"_s).top());
+}
 
 TEST_F(DashboardOutlineTest, OverviewWithoutUsage)
 {

@@ -206,6 +206,38 @@ TEST_F(SettingsOutlineTest, APermissionThatIsMissingSaysWhyAndWhatHelps)
     }
 }
 
+TEST_F(SettingsOutlineTest, WhatNoPermissionGivesHasNoButton)
+{
+    fake.access.setAccessibility(Access::unavailable);
+    controller->refreshEnvironmentSnapshot();
+    open(u"Permissions"_s);
+    EXPECT_EQ(permissions(),
+              QStringList({u"text Microphone"_s, u"text Microphone: Granted"_s, u"button Request"_s,
+                           u"text Accessibility"_s, u"text Accessibility: Not Available"_s,
+                           u"text This desktop does not let programs observe the keyboard and "
+                           "paste into other applications."_s}));
+}
+
+TEST_F(WindowOutlineTest, WhereTheDesktopDecidesOnShortcutsTheSettingsOfferItsDialog)
+{
+    FakeGlobalShortcuts &shortcuts = useNamedShortcuts();
+    launch();
+    shortcuts.accept();
+    SettingsModel model{*controller, {*fake.platform.keyMonitoring, *fake.platform.windowing}};
+    show(u"Settings/SettingsView.qml"_s, model);
+    const QStringList shown = outline();
+    const qsizetype card = shown.indexOf(u"heading Global Shortcut"_s);
+    EXPECT_EQ(shown.mid(card, 5),
+              QStringList({u"heading Global Shortcut"_s, u"text Current: keys of toggle"_s,
+                           u"button Configure Shortcuts"_s,
+                           u"text On this desktop, the keys of all shortcuts are chosen in its "
+                           "settings."_s,
+                           u"heading Appearance"_s}));
+    press(u"button Configure Shortcuts"_s);
+    EXPECT_EQ(shortcuts.configurations(), 1);
+    window.reset();
+}
+
 TEST_F(SettingsOutlineTest, PermissionsButtonsDoWhatTheySay)
 {
     fake.access.setMicrophoneState(Microphone::notDetermined);

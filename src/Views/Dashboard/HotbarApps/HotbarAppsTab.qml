@@ -16,15 +16,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.bottomMargin: 8
         title: "Hotbar App Assignment"
-        subtitle: tab.model.hotbarExplanation
-    }
-    StyledText {
-        Layout.fillWidth: true
-        text: tab.model.hotbarLimits
-        visible: text.length > 0
-        style: Theme.wrappingBody
-        color: Theme.secondary
-        wrapMode: Text.Wrap
+        subtitle: [tab.model.hotbarExplanation, tab.model.hotbarLimits].join("\n").trim()
     }
     PushButton {
         text: "Configure Shortcuts"

@@ -7,13 +7,15 @@ Column {
 
     required property string title
     property string subtitle
+    property TextStyle titleStyle: Theme.headline
+    property TextStyle subtitleStyle: Theme.caption
 
     spacing: 2
 
     StyledText {
         width: header.width > 0 ? header.width : implicitWidth
         text: header.title
-        style: Theme.headline
+        style: header.titleStyle
         wrapMode: Text.Wrap
         Accessible.role: Accessible.Heading
     }
@@ -21,7 +23,7 @@ Column {
         width: header.width > 0 ? header.width : implicitWidth
         visible: header.subtitle.length > 0
         text: header.subtitle
-        style: Theme.caption
+        style: header.subtitleStyle
         color: Theme.secondary
         wrapMode: Text.Wrap
     }
