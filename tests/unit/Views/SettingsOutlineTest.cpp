@@ -227,9 +227,9 @@ TEST_F(WindowOutlineTest, WhereTheDesktopDecidesOnShortcutsTheSettingsOfferItsDi
     show(u"Settings/SettingsView.qml"_s, model);
     const QStringList shown = outline();
     const qsizetype card = shown.indexOf(u"heading Global Shortcut"_s);
-    EXPECT_EQ(shown.mid(card, 5),
-              QStringList({u"heading Global Shortcut"_s, u"text Current: keys of toggle"_s,
-                           u"button Configure Shortcuts"_s,
+    EXPECT_EQ(shown.mid(card, 6),
+              QStringList({u"heading Global Shortcut"_s, u"text Current"_s,
+                           u"text keys of toggle"_s, u"button Configure Shortcuts"_s,
                            u"text On this desktop, the keys of all shortcuts are chosen in its "
                            "settings."_s,
                            u"heading Appearance"_s}));
