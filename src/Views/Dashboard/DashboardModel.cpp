@@ -120,12 +120,9 @@ QVariantList DashboardModel::slotUsage() const
 
 QString DashboardModel::hotbarExplanation() const
 {
-    return kestrova::hotbarExplanation(m_controller.shortcutEditing());
-}
-
-QString DashboardModel::hotbarLimits() const
-{
-    return kestrova::hotbarLimits(m_controller.workspaceCapabilities());
+    const QString limits = hotbarLimits(m_controller.workspaceCapabilities());
+    return kestrova::hotbarExplanation(m_controller.shortcutEditing()) +
+           (limits.isEmpty() ? QString() : u'\n' + limits);
 }
 
 bool DashboardModel::canAssign() const

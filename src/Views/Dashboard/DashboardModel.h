@@ -31,9 +31,8 @@ class DashboardModel : public QObject
     Q_PROPERTY(QVariantList topApplications READ topApplications NOTIFY usageChanged)
     Q_PROPERTY(QVariantList slotUsage READ slotUsage NOTIFY slotUsageChanged)
 
+    /// Also what cannot be done on this desktop.
     Q_PROPERTY(QString hotbarExplanation READ hotbarExplanation CONSTANT)
-    /// What cannot be done on this desktop, and why; empty when everything can.
-    Q_PROPERTY(QString hotbarLimits READ hotbarLimits CONSTANT)
     Q_PROPERTY(bool canAssign READ canAssign CONSTANT)
     /// Whether shortcuts are recorded here, or in a dialog of the desktop's that can be opened.
     Q_PROPERTY(bool recordsShortcuts READ recordsShortcuts CONSTANT)
@@ -71,7 +70,6 @@ public:
     QVariantList slotUsage() const;
 
     QString hotbarExplanation() const;
-    QString hotbarLimits() const;
     bool canAssign() const;
     bool recordsShortcuts() const;
     bool configuresShortcuts() const;

@@ -101,11 +101,11 @@ TEST_F(DashboardModelTest, WhereTheFrontIsUnknownNothingIsOfferedThatNeedsIt)
 {
     open();
     EXPECT_TRUE(model->canAssign());
-    EXPECT_EQ(model->hotbarLimits(), QString());
+    EXPECT_FALSE(model->hotbarExplanation().contains(u"This desktop"_s));
     fake.desktop->tellNothing();
     open();
     EXPECT_FALSE(model->canAssign());
-    EXPECT_FALSE(model->hotbarLimits().isEmpty());
+    EXPECT_TRUE(model->hotbarExplanation().contains(u"none can be assigned from there"_s));
 }
 
 TEST_F(DashboardModelTest, OpeningReadsTheUsageAnew)

@@ -4,6 +4,7 @@
 #include "Views/AccessibleItems.h"
 #include "Views/WindowOutlineTest.h"
 #include "support/UsageEvents.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -84,10 +85,11 @@ TEST_F(DashboardOutlineTest, WhatADesktopDoesNotOfferIsExplainedAndNotOffered)
         QQuickItem *const item = findShown(name, window->contentItem());
         return item ? item->mapRectToScene(item->boundingRect()) : QRectF();
     };
-    const QRectF text = place(explanation);
-    EXPECT_GT(text.height(), 40) << "several lines";
-    EXPECT_LT(place(u"Hotbar App Assignment"_s).bottom(), text.top());
-    EXPECT_LT(text.bottom(), place(u"Configure Shortcuts"_s).top());
+    // Texts have their heights once the window has been laid out.
+    EXPECT_TRUE(waitUntil(
+        [&] { return place(explanation).bottom() < place(u"Configure Shortcuts"_s).top(); }));
+    EXPECT_LT(place(u"Hotbar App Assignment"_s).bottom(), place(explanation).top());
+    EXPECT_GT(place(explanation).height(), 40) << "several lines";
 }
 
 TEST_F(DashboardOutlineTest, OverviewWithoutUsage)

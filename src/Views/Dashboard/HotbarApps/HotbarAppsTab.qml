@@ -16,7 +16,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.bottomMargin: 8
         title: "Hotbar App Assignment"
-        subtitle: [tab.model.hotbarExplanation, tab.model.hotbarLimits].join("\n").trim()
+        subtitle: tab.model.hotbarExplanation
     }
     PushButton {
         text: "Configure Shortcuts"
