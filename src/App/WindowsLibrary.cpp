@@ -32,8 +32,9 @@ void check(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw PlatformError(u"A part of Kestrova is missing. Install Kestrova again.\n(%1: %2)"_s.arg(
-            path, file.errorString()));
+        throw PlatformError(
+            u"A part of Kestrova is missing. Install Kestrova again.\n(%1: %2)"_s.arg(
+                path, file.errorString()));
     const QByteArray library = file.readAll();
     if (!isWhole(library) || !library.contains(KESTROVA_INTERFACE_STAMP)) {
         throw PlatformError(
