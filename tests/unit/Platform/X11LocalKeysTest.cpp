@@ -115,7 +115,11 @@ protected:
             ++taps;
             return m_window.closeRequests > 0;
         }));
-        EXPECT_TRUE(waitUntil([&] { return m_global.size() + m_local.size() == taps; }));
+        // For each that the window manager takes, it asks the window to close.
+        EXPECT_TRUE(waitUntil([&] {
+            return m_global.size() + m_local.size() == taps &&
+                   std::size_t(m_window.closeRequests) == m_global.size();
+        }));
         m_global.clear();
         m_local.clear();
         m_window.keys.clear();
