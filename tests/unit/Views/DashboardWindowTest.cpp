@@ -6,7 +6,7 @@
 #include "support/Warnings.h"
 
 #include <QAccessible>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -126,8 +126,8 @@ private:
     int argc = 1;
     char name[5] = "test";
     char *argv[2] = {name, nullptr};
-    QGuiApplication application{argc, argv};
-    const Warnings warnings; // but not those of the surroundings that a test is run in
+    QApplication application{argc, argv}; // which QTest takes it for
+    const Warnings warnings;              // but not those of the surroundings that a test is run in
 
 protected:
     QQmlEngine engine;
