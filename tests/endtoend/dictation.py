@@ -22,7 +22,7 @@ REPOSITORY = Path(__file__).resolve().parents[2]
 SAMPLES = REPOSITORY / "assets" / "demo" / "samples"
 DEMO_MODEL = REPOSITORY / "assets" / "demo" / "ggml-demo.bin"
 SPEAK = REPOSITORY / "tools" / "speak"
-BUILD = os.environ.get("KESTROVA_BUILD", "dev")  # the preset whose programs are driven
+BUILD = os.environ.get("KESTROVA_BUILD", "release")  # the preset whose programs are driven
 PROGRAM = REPOSITORY / "build" / BUILD / "bin" / "kestrova"
 
 EVENT_LIMIT = 120.0  # seconds
