@@ -11,6 +11,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QWindow>
 
 #include <gmock/gmock.h>
@@ -129,7 +130,7 @@ protected:
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    X11KeyEventMonitoring m_monitoring{m_postedKeys};
     OwnWindow m_window;
 
     std::vector<KeyEvent> m_local;
@@ -164,6 +165,23 @@ TEST_F(X11LocalKeysTest, AConsumedKeyDoesNotReachTheWindow)
     waitForF12();
     EXPECT_THAT(m_local, ElementsAre(aKey, qKey));
     EXPECT_THAT(m_window.keys, ElementsAre(Qt::Key_Q, Qt::Key_F12));
+}
+
+TEST_F(X11LocalKeysTest, AConsumedKeyIsNoShortcutOfTheWindowAndAnyOtherIs)
+{
+    int found = 0;
+    QShortcut shortcut(QKeySequence(Qt::CTRL | Qt::Key_A), &m_window);
+    QObject::connect(&shortcut, &QShortcut::activated, &m_window, [&] { ++found; });
+    tapChord(m_keyboard, {key::leftControl, key::a});
+    waitForF12();
+    EXPECT_EQ(found, 1);
+    m_consumed = aKey.keyCode;
+    tapChord(m_keyboard, {key::leftControl, key::a});
+    waitForF12();
+    EXPECT_EQ(found, 1);
+    const KeyEvent controlA{0, HotkeyShortcut::control};
+    EXPECT_THAT(m_local, ElementsAre(controlA, controlA));
+    EXPECT_THAT(m_window.keys, Not(Contains(Qt::Key_A)));
 }
 
 TEST_F(X11LocalKeysTest, AGrabbedShortcutIsReportedOnceAndTheWindowDoesNotGetIt)

@@ -97,7 +97,7 @@ protected:
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    X11KeyEventMonitoring m_monitoring{m_postedKeys};
     RecorderWindow m_window;
     int m_ownPresses = 0; ///< that the window got
     std::unique_ptr<KeyEventMonitoring::Monitor> m_ownMonitor =

@@ -44,7 +44,7 @@ protected:
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    X11KeyEventMonitoring m_monitoring{m_postedKeys};
     std::vector<KeyEvent> m_seen;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor = monitor(m_seen);
 };
