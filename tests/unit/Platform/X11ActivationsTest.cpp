@@ -108,8 +108,8 @@ TEST_F(X11ActivationsTest, AHandlerMayEndItsOwnAndAnotherObservation)
 {
     QStringList others;
     int calls = 0;
-    std::unique_ptr<Workspace::Observation> own;
-    std::unique_ptr<Workspace::Observation> other;
+    std::unique_ptr<Observation> own;
+    std::unique_ptr<Observation> other;
     const auto endBoth = [&, kept = u"alive while it runs"_s](const RunningApplication &) {
         own.reset();
         other.reset();
@@ -130,7 +130,7 @@ TEST_F(X11ActivationsTest, AHandlerMayEndItsOwnAndAnotherObservation)
 TEST_F(X11ActivationsTest, AHandlerMayBeginAnObservation)
 {
     QStringList names;
-    std::vector<std::unique_ptr<Workspace::Observation>> begun;
+    std::vector<std::unique_ptr<Observation>> begun;
     const auto observation = workspace.observeActivations(
         [&](const RunningApplication &) { begun.push_back(record(names)); });
     const TestApplication a(connection, u"a"_s, u"A"_s);
