@@ -1,12 +1,12 @@
 #include "Conformance/ConformanceDesktop.h"
 
 #include "Platform/Linux/X11/X11Session.h"
+#include "support/ApplicationObject.h"
+#include "support/KeyLogProgram.h"
 #include "support/KeyPresses.h"
-#include "support/OtherProgram.h"
 #include "support/SelectionClient.h"
-#include "support/TestApplication.h"
 #include "support/WaitUntil.h"
-#include "support/X11Application.h"
+#include "support/WindowProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -59,7 +59,7 @@ public:
     qint32 start(const QString &identifier) override
     {
         auto &application = m_applications[identifier];
-        application = std::make_unique<TestApplication>(m_connection, identifier, identifier);
+        application = std::make_unique<WindowProgram>(m_connection, identifier, identifier);
         m_keyLog.reset();
         return application->processIdentifier();
     }
@@ -126,11 +126,11 @@ private:
     }
 
     QTemporaryDir m_data;
-    X11Application m_application;
+    ApplicationObject<QGuiApplication> m_application{"xcb"};
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
-    std::map<QString, std::unique_ptr<TestApplication>> m_applications;
-    std::optional<OtherProgram> m_keyLog;
+    std::map<QString, std::unique_ptr<WindowProgram>> m_applications;
+    std::optional<KeyLogProgram> m_keyLog;
     int m_keystrokes = 0;
     std::unique_ptr<ClipboardOwner> m_clipboardOwner;
     std::shared_ptr<X11Session> m_session;

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Keys/OwnWindowKeys.h"
 
+#include "support/ApplicationObject.h"
+
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWindow>
@@ -57,12 +59,7 @@ protected:
 
     void consume(quint32 keyCode) { m_consumed = keyCode; }
 
-    int m_argc = 3;
-    char m_name[5] = "test";
-    char m_option[10] = "-platform";
-    char m_platform[10] = "offscreen";
-    char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
-    QGuiApplication m_application{m_argc, m_argv};
+    ApplicationObject<QGuiApplication> m_application{"offscreen"};
     QWindow m_window;
     QWindow m_popup;
     PostedKeys m_postedKeys;

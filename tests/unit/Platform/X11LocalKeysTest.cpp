@@ -2,12 +2,12 @@
 
 #include "Models/Settings/HotkeyShortcut.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
+#include "support/ApplicationObject.h"
+#include "support/KeyLogProgram.h"
 #include "support/KeyPresses.h"
-#include "support/OtherProgram.h"
 #include "support/PrivateXServer.h"
 #include "support/RunOrThrow.h"
 #include "support/WaitUntil.h"
-#include "support/X11Application.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -126,7 +126,7 @@ protected:
         m_window.keys.clear();
     }
 
-    X11Application m_application;
+    ApplicationObject<QGuiApplication> m_application{"xcb"};
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
@@ -198,7 +198,7 @@ TEST_F(X11LocalKeysTest, AGrabbedShortcutIsReportedOnceAndTheWindowDoesNotGetIt)
 TEST_F(X11LocalKeysTest, EachProgramsKeysAreReportedTheirWay)
 {
     {
-        OtherProgram other;
+        KeyLogProgram other;
         tap(m_keyboard, key::a);
         waitForF12();
         EXPECT_THAT(other.keys(), Contains(QStringLiteral("press 38 0")));
@@ -212,7 +212,7 @@ TEST_F(X11LocalKeysTest, EachProgramsKeysAreReportedTheirWay)
 
 TEST_F(X11LocalKeysTest, UnderAnotherProgramsGrabOurWindowsKeysAreTheirs)
 {
-    OtherProgram menu;
+    KeyLogProgram menu;
     takeFocus(m_window);
     menu.grabKeyboard();
     tap(m_keyboard, key::a);
@@ -228,7 +228,7 @@ TEST_F(X11LocalKeysTest, UnderAnotherProgramsGrabOurWindowsKeysAreTheirs)
 
 TEST_F(X11LocalKeysTest, AMenuOfOursThatGrabsTheKeyboardGetsItsKeys)
 {
-    OtherProgram other;
+    KeyLogProgram other;
     OwnWindow menu(Qt::Popup | Qt::BypassWindowManagerHint);
     menu.show();
     ASSERT_TRUE(waitUntil([&] { return menu.isExposed(); }));
@@ -269,7 +269,7 @@ TEST_F(X11LocalKeysTest, ModifiersOfOtherProgramsAreReportedTheirWay)
 {
     observeFlags();
     {
-        const OtherProgram other;
+        const KeyLogProgram other;
         tapChord(m_keyboard, {key::leftShift, key::a});
         waitForF12();
     }
@@ -318,7 +318,7 @@ TEST_F(X11LocalKeysTest, AGrabOfOurWindowKeepsShortcutsFromTheWindowManager)
     tapChord(m_keyboard, {key::leftAlt, key::f4});
     EXPECT_TRUE(waitUntil([&] { return !m_local.empty(); }));
     m_window.setKeyboardGrabEnabled(false);
-    const OtherProgram other;
+    const KeyLogProgram other;
     EXPECT_TRUE(waitUntil([&] {
         tap(m_keyboard, key::a);
         return !m_global.empty();
@@ -368,7 +368,7 @@ TEST_F(X11LocalKeysTest, OurOwnChordIsNotReportedAndTheSameChordOfTheUserIs)
 TEST_F(X11LocalKeysTest, AChordThatAnotherProgramGotDoesNotHideTheUsersOne)
 {
     {
-        const OtherProgram other;
+        const KeyLogProgram other;
         X11KeyEventPosting posting(m_postedKeys);
         ASSERT_EQ(posting.postCommandV({}), KeyEventPosting::Outcome::sent);
         waitForF12();
