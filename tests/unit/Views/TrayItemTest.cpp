@@ -5,6 +5,7 @@
 #include "Views/Panel.h"
 #include "support/ApplicationObject.h"
 
+#include <QApplication>
 #include <QPixmap>
 
 #include <gtest/gtest.h>
