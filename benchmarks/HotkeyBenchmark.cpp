@@ -64,7 +64,7 @@ private:
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    X11KeyEventMonitoring m_monitoring{m_postedKeys};
     bool m_isReported = false;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor = m_monitoring.addGlobalMonitor(
         KeyEvent::keyDown, [this](const KeyEvent &) { m_isReported = true; });

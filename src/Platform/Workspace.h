@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Dictation/TargetApplication.h"
+#include "Platform/Observation/Observers.h"
 
 #include <QList>
 #include <QUrl>
@@ -48,13 +49,6 @@ struct WorkspaceCapabilities
 class Workspace
 {
 public:
-    /// Ends the observation when it is destroyed.
-    class Observation
-    {
-    public:
-        virtual ~Observation() = default;
-    };
-
     virtual ~Workspace() = default;
 
     /// The same each time.

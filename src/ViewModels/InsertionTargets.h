@@ -24,7 +24,7 @@ public:
 private:
     Workspace &m_workspace;
     std::optional<TargetApplication> m_lastExternalApplication;
-    const std::unique_ptr<Workspace::Observation> m_activationObserver;
+    const std::unique_ptr<Observation> m_activationObserver;
 };
 
 } // namespace kestrova

@@ -1,8 +1,8 @@
 // paste-text TEXT: pastes TEXT into the focused application with Kestrova's own clipboard and key
 // events, prints "sent" or "refused", and serves the text until its standard input ends.
 
+#include "Platform/Linux/Keys/PostedKeys.h"
 #include "Platform/Linux/X11/Clipboard/X11Pasteboard.h"
-#include "Platform/Linux/X11/Keys/PostedKeys.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 
 #include <cstdio>

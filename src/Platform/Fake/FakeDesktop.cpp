@@ -29,7 +29,7 @@ void FakeDesktop::addHelper(qint32 processIdentifier, qint32 application)
 void FakeDesktop::bringToFront(qint32 processIdentifier)
 {
     std::optional<RunningApplication> front;
-    std::vector<Observer> observers;
+    Observers<ActivationHandler> observers;
     {
         const std::lock_guard lock(m_mutex);
         for (RunningApplication &application : m_running) {
@@ -43,8 +43,7 @@ void FakeDesktop::bringToFront(qint32 processIdentifier)
     }
     if (!front)
         return;
-    for (const Observer &observer : observers)
-        observer.handler(*front);
+    observers.forEach([&front](const ActivationHandler &handler) { handler(*front); });
 }
 
 void FakeDesktop::tellNothing()
@@ -212,29 +211,11 @@ bool FakeWorkspace::openAddress(const QUrl &address)
     return !m_desktop->m_refusedAddresses.contains(address.toString());
 }
 
-std::unique_ptr<Workspace::Observation>
+std::unique_ptr<Observation>
 FakeWorkspace::observeActivations(std::function<void(const RunningApplication &)> handler)
 {
-    struct Registration final : Observation
-    {
-        Registration(std::shared_ptr<FakeDesktop> observed, int number)
-            : desktop(std::move(observed)), id(number)
-        {
-        }
-        ~Registration() override
-        {
-            const std::lock_guard lock(desktop->m_mutex);
-            std::erase_if(desktop->m_observers,
-                          [this](const auto &observer) { return observer.id == id; });
-        }
-        std::shared_ptr<FakeDesktop> desktop;
-        int id;
-    };
-
     const std::lock_guard lock(m_desktop->m_mutex);
-    const int id = m_desktop->m_nextObserver++;
-    m_desktop->m_observers.push_back({id, std::move(handler)});
-    return std::make_unique<Registration>(m_desktop, id);
+    return m_desktop->m_observers.add(std::move(handler));
 }
 
 bool FakeKeyEventPosting::areModifiersHeld()

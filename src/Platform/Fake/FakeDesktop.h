@@ -59,11 +59,7 @@ private:
     friend class FakeScriptRunning;
     friend class FakeWindowing;
 
-    struct Observer
-    {
-        int id;
-        std::function<void(const RunningApplication &)> handler;
-    };
+    using ActivationHandler = std::function<void(const RunningApplication &)>;
 
     void note(const QString &action);
     /// As far as programs are told.
@@ -85,8 +81,7 @@ private:
     qint32 m_launchedProcess = 0;
     bool m_minimises = true;
     QStringList m_refusedAddresses;
-    int m_nextObserver = 0;
-    std::vector<Observer> m_observers;
+    Observers<ActivationHandler> m_observers;
 };
 
 class FakeWorkspace final : public Workspace

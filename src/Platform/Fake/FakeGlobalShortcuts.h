@@ -3,7 +3,6 @@
 #include "Platform/Keys/GlobalShortcuts.h"
 
 #include <map>
-#include <vector>
 
 namespace kestrova {
 
@@ -40,11 +39,11 @@ private:
     };
 
     void answer(Binding binding);
-    void call(const std::function<void(const Handlers &)> &handler);
+    void announceChange();
 
     QList<QList<NamedShortcut>> m_requests;
     std::map<QString, State> m_states;
-    std::vector<std::weak_ptr<const Handlers>> m_observers;
+    Observers<Handlers> m_observers;
     bool m_canConfigure = true;
     int m_configurations = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Settings/HotkeyShortcut.h"
+#include "Platform/Observation/Observers.h"
 
 #include <QByteArray>
 #include <QList>
@@ -41,13 +42,6 @@ public:
         /// What binding() or triggerText() says has become something else.
         std::function<void()> changed;
     };
-    /// Ends with this object, which may happen inside one of its own handlers.
-    class Observation
-    {
-    public:
-        virtual ~Observation() = default;
-    };
-
     virtual ~GlobalShortcuts() = default;
 
     /// Asks for these and no others, in place of all earlier ones. The answer comes later, and may
@@ -63,6 +57,7 @@ public:
     /// Asks for that dialog, where there is one.
     virtual void configure() = 0;
 
+    /// Until the result ends, which may happen inside one of its own handlers.
     [[nodiscard]] virtual std::unique_ptr<Observation> observe(Handlers handlers) = 0;
 };
 

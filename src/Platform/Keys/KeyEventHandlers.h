@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Platform/Keys/KeyEventMonitoring.h"
-
-#include <vector>
+#include "Platform/Observation/Observers.h"
 
 namespace kestrova {
 
@@ -17,14 +16,14 @@ public:
     /// Adds a handler that never keeps an event from the others.
     std::unique_ptr<KeyEventMonitoring::Monitor>
     addObserver(KeyEvent::Types types, KeyEventMonitoring::GlobalHandler handler);
-    int count() const;
+    int count() const { return int(m_handlers.count()); }
     /// Calls the handlers of the event's type, oldest first, until one returns true; returns
     /// whether one did. A handler may end any monitor, its own too, and add others, which do not
     /// get this event.
     bool call(const KeyEvent &event) const;
 
 private:
-    std::vector<std::weak_ptr<const Handler>> m_handlers;
+    Observers<Handler> m_handlers;
 };
 
 } // namespace kestrova

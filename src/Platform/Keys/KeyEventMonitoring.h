@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Settings/HotkeyShortcut.h"
+#include "Platform/Observation/Observers.h"
 
 #include <QFlags>
 #include <QList>
@@ -40,14 +41,11 @@ class KeyEventMonitoring
 {
 public:
     /// Ends the monitoring when it is destroyed, which may happen inside its own handler.
-    class Monitor
-    {
-    public:
-        virtual ~Monitor() = default;
-    };
+    using Monitor = Observation;
 
     using GlobalHandler = std::function<void(const KeyEvent &)>;
-    /// Returns true to keep the event from the window that has the keyboard.
+    /// Returns true to keep the event from the window that has the keyboard, which it must not
+    /// delete, except later.
     using LocalHandler = std::function<bool(const KeyEvent &)>;
 
     virtual ~KeyEventMonitoring() = default;

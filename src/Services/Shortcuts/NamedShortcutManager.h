@@ -33,7 +33,7 @@ private:
     std::optional<QList<NamedShortcut>> m_asked;
     QList<HotkeyBinding> m_bindings;
     std::function<void()> m_changed = [] {};
-    std::unique_ptr<GlobalShortcuts::Observation> m_observation;
+    std::unique_ptr<Observation> m_observation;
 };
 
 } // namespace kestrova

@@ -1,5 +1,6 @@
 #include "App/LineWriter.h"
 
+#include "support/ApplicationObject.h"
 #include "support/WaitUntil.h"
 
 #include <QCoreApplication>
@@ -41,10 +42,7 @@ protected:
         });
     }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
     int reading = -1;
     std::unique_ptr<LineWriter> writer;
     QByteArray received;

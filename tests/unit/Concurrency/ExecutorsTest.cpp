@@ -2,6 +2,7 @@
 #include "Concurrency/Clock.h"
 #include "Concurrency/MainExecutor.h"
 #include "Concurrency/QtMainExecutor.h"
+#include "support/ApplicationObject.h"
 #include "support/ThreadShortage.h"
 
 #include <QCoreApplication>
@@ -108,10 +109,7 @@ protected:
         ASSERT_TRUE(done);
     }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
     QtMainExecutor main;
 };
 

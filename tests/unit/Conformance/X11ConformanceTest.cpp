@@ -1,15 +1,16 @@
 #include "Conformance/ConformanceDesktop.h"
 
 #include "Platform/Linux/X11/X11Session.h"
+#include "support/ApplicationObject.h"
+#include "support/KeyLogProgram.h"
 #include "support/KeyPresses.h"
-#include "support/OtherProgram.h"
 #include "support/SelectionClient.h"
-#include "support/TestApplication.h"
 #include "support/WaitUntil.h"
-#include "support/X11Application.h"
+#include "support/WindowProgram.h"
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -59,7 +60,7 @@ public:
     qint32 start(const QString &identifier) override
     {
         auto &application = m_applications[identifier];
-        application = std::make_unique<TestApplication>(m_connection, identifier, identifier);
+        application = std::make_unique<WindowProgram>(m_connection, identifier, identifier);
         m_keyLog.reset();
         return application->processIdentifier();
     }
@@ -126,11 +127,11 @@ private:
     }
 
     QTemporaryDir m_data;
-    X11Application m_application;
+    ApplicationObject<QGuiApplication> m_application{"xcb"};
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
-    std::map<QString, std::unique_ptr<TestApplication>> m_applications;
-    std::optional<OtherProgram> m_keyLog;
+    std::map<QString, std::unique_ptr<WindowProgram>> m_applications;
+    std::optional<KeyLogProgram> m_keyLog;
     int m_keystrokes = 0;
     std::unique_ptr<ClipboardOwner> m_clipboardOwner;
     std::shared_ptr<X11Session> m_session;

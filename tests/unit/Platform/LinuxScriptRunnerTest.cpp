@@ -2,11 +2,13 @@
 
 #include "Models/ReadableError.h"
 #include "Platform/Linux/X11/Windows/X11ApplicationWindows.h"
+#include "support/ApplicationObject.h"
 #include "support/BusApplication.h"
 #include "support/QtPrinting.h"
 #include "support/TerminalWindow.h"
 #include "support/WaitUntil.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -14,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <thread>
 
 namespace kestrova {
 namespace {
@@ -78,6 +81,7 @@ protected:
         });
     }
 
+    ApplicationObject<QCoreApplication> m_application;
     X11Connection m_connection;
     DesktopEntries m_entries;
     X11Windows m_windows{m_connection, m_entries};
@@ -119,7 +123,9 @@ TEST_F(LinuxScriptRunnerTest, ANameThatNoWindowHasIsRefused)
 TEST_F(LinuxScriptRunnerTest, AnIdentifierThatNobodyAnswersToIsRefused)
 {
     for (const QString &identifier :
-         {u"debian-xterm"_s, u"org.example.Missing"_s, u"say \"hello\""_s, QString()})
+         {u"debian-xterm"_s, u"org.example.Missing"_s, u"say \"hello\""_s, QString(), u":1.1"_s,
+          u"org..example"_s, u"org.2example"_s, u"org.example."_s, u"org.ex\u00e4mple"_s,
+          u"org.example"_s + QString(300, u'x')})
         EXPECT_FALSE(m_runner.activateApplication(identifier)) << qPrintable(identifier);
 }
 
@@ -128,6 +134,18 @@ TEST_F(LinuxScriptRunnerTest, AnApplicationOnTheSessionBusIsAskedToComeForward)
     const BusApplication application("org.example.Text-Editor", "/org/example/Text_Editor",
                                      BusApplication::Answer::yes);
     EXPECT_TRUE(m_runner.activateApplication(u"org.example.Text-Editor"_s));
+    EXPECT_EQ(application.activationCount(), 1);
+}
+
+TEST_F(LinuxScriptRunnerTest, AWorkerMayAskAnApplicationWhileTheMainThreadWaits)
+{
+    const BusApplication application("org.example.Editor", "/org/example/Editor",
+                                     BusApplication::Answer::yes);
+    bool isActivated = false;
+    std::thread([&] {
+        isActivated = m_runner.activateApplication(u"org.example.Editor"_s);
+    }).join();
+    EXPECT_TRUE(isActivated);
     EXPECT_EQ(application.activationCount(), 1);
 }
 

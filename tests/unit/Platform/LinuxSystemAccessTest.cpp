@@ -1,5 +1,6 @@
 #include "Platform/Linux/Sandbox/LinuxSystemAccess.h"
 
+#include "support/ApplicationObject.h"
 #include "support/BusService.h"
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"
@@ -150,10 +151,7 @@ protected:
         return answer;
     }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
 };
 
 TEST_F(LinuxSystemAccessTest, OutsideASandboxTheMicrophoneIsFreeAndNobodyIsAsked)

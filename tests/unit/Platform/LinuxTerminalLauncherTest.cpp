@@ -4,6 +4,7 @@
 #include "Platform/Linux/Files/LinuxStandardDirectories.h"
 #include "Platform/Linux/X11/X11Session.h"
 #include "Services/TestFiles.h"
+#include "support/ApplicationObject.h"
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"
 
@@ -63,10 +64,7 @@ protected:
 
     QStringList scriptsLeft() { return namesIn(directories.temporaryDirectory()); }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
     const QTemporaryDir folder;
     LinuxStandardDirectories directories;
     const std::shared_ptr<X11Session> session = X11Session::open();

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/Keys/PostedKeys.h"
+#include "Platform/Linux/Keys/PostedKeys.h"
 
 #include <gtest/gtest.h>
 

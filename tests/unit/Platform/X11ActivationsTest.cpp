@@ -1,9 +1,10 @@
 #include "Platform/Linux/X11/Windows/X11Workspace.h"
 
+#include "support/ApplicationObject.h"
 #include "support/PrivateXServer.h"
 #include "support/QtPrinting.h"
-#include "support/TestApplication.h"
 #include "support/WaitUntil.h"
+#include "support/WindowProgram.h"
 
 #include <gmock/gmock.h>
 
@@ -25,7 +26,7 @@ protected:
         });
     }
 
-    bool activate(const TestApplication &application)
+    bool activate(const WindowProgram &application)
     {
         workspace.activate(*workspace.runningApplication(application.processIdentifier()));
         return waitUntil([&] {
@@ -34,10 +35,7 @@ protected:
         });
     }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
     X11Connection connection;
     DesktopEntries entries{QStringList()};
     X11Windows windows{connection, entries};
@@ -48,9 +46,9 @@ TEST_F(X11ActivationsTest, EachApplicationThatComesToTheFrontIsReportedInOrder)
 {
     QStringList names;
     const auto observation = record(names);
-    const TestApplication a(connection, u"a"_s, u"A"_s);
+    const WindowProgram a(connection, u"a"_s, u"A"_s);
     ASSERT_TRUE(waitUntil([&] { return names.size() == 1; }));
-    const TestApplication b(connection, u"b"_s, u"B"_s);
+    const WindowProgram b(connection, u"b"_s, u"B"_s);
     ASSERT_TRUE(waitUntil([&] { return names.size() == 2; }));
     ASSERT_TRUE(activate(a));
     ASSERT_TRUE(waitUntil([&] { return names.size() == 3; }));
@@ -59,22 +57,22 @@ TEST_F(X11ActivationsTest, EachApplicationThatComesToTheFrontIsReportedInOrder)
 
 TEST_F(X11ActivationsTest, TheApplicationThatIsInFrontAlreadyIsNotReported)
 {
-    const TestApplication a(connection, u"a"_s, u"A"_s);
+    const WindowProgram a(connection, u"a"_s, u"A"_s);
     QStringList names;
     const auto observation = record(names);
-    const TestApplication b(connection, u"b"_s, u"B"_s);
+    const WindowProgram b(connection, u"b"_s, u"B"_s);
     ASSERT_TRUE(waitUntil([&] { return !names.isEmpty(); }));
     EXPECT_THAT(names, ElementsAre(u"B"_s));
 }
 
 TEST_F(X11ActivationsTest, AnotherWindowOfTheSameApplicationIsNotReported)
 {
-    const TestApplication a(connection, u"a"_s, u"A"_s, 2);
+    const WindowProgram a(connection, u"a"_s, u"A"_s, 2);
     QStringList names;
     const auto observation = record(names);
     windows.activate(a.windows()[0]);
     ASSERT_TRUE(waitUntil([&] { return windows.active()->window == a.windows()[0]; }));
-    const TestApplication b(connection, u"b"_s, u"B"_s);
+    const WindowProgram b(connection, u"b"_s, u"B"_s);
     ASSERT_TRUE(waitUntil([&] { return !names.isEmpty(); }));
     EXPECT_THAT(names, ElementsAre(u"B"_s));
 }
@@ -83,11 +81,11 @@ TEST_F(X11ActivationsTest, AnEmptyDesktopIsNotReported)
 {
     QStringList names;
     const auto observation = record(names);
-    TestApplication a(connection, u"a"_s, u"A"_s);
+    WindowProgram a(connection, u"a"_s, u"A"_s);
     ASSERT_TRUE(waitUntil([&] { return names.size() == 1; }));
     a.kill();
     ASSERT_TRUE(waitUntil([&] { return !workspace.frontmostApplication(); }));
-    const TestApplication b(connection, u"b"_s, u"B"_s);
+    const WindowProgram b(connection, u"b"_s, u"B"_s);
     ASSERT_TRUE(waitUntil([&] { return names.size() == 2; }));
     EXPECT_THAT(names, ElementsAre(u"A"_s, u"B"_s));
 }
@@ -99,7 +97,7 @@ TEST_F(X11ActivationsTest, ADestroyedObservationHearsNothing)
     auto ended = record(first);
     const auto observation = record(second);
     ended.reset();
-    const TestApplication a(connection, u"a"_s, u"A"_s);
+    const WindowProgram a(connection, u"a"_s, u"A"_s);
     ASSERT_TRUE(waitUntil([&] { return !second.isEmpty(); }));
     EXPECT_TRUE(first.isEmpty());
 }
@@ -108,8 +106,8 @@ TEST_F(X11ActivationsTest, AHandlerMayEndItsOwnAndAnotherObservation)
 {
     QStringList others;
     int calls = 0;
-    std::unique_ptr<Workspace::Observation> own;
-    std::unique_ptr<Workspace::Observation> other;
+    std::unique_ptr<Observation> own;
+    std::unique_ptr<Observation> other;
     const auto endBoth = [&, kept = u"alive while it runs"_s](const RunningApplication &) {
         own.reset();
         other.reset();
@@ -120,8 +118,8 @@ TEST_F(X11ActivationsTest, AHandlerMayEndItsOwnAndAnotherObservation)
     other = record(others);
     QStringList names;
     const auto observation = record(names);
-    const TestApplication a(connection, u"a"_s, u"A"_s);
-    const TestApplication b(connection, u"b"_s, u"B"_s);
+    const WindowProgram a(connection, u"a"_s, u"A"_s);
+    const WindowProgram b(connection, u"b"_s, u"B"_s);
     ASSERT_TRUE(waitUntil([&] { return names.contains(u"B"_s); }));
     EXPECT_EQ(calls, 1);
     EXPECT_TRUE(others.isEmpty());
@@ -130,12 +128,12 @@ TEST_F(X11ActivationsTest, AHandlerMayEndItsOwnAndAnotherObservation)
 TEST_F(X11ActivationsTest, AHandlerMayBeginAnObservation)
 {
     QStringList names;
-    std::vector<std::unique_ptr<Workspace::Observation>> begun;
+    std::vector<std::unique_ptr<Observation>> begun;
     const auto observation = workspace.observeActivations(
         [&](const RunningApplication &) { begun.push_back(record(names)); });
-    const TestApplication a(connection, u"a"_s, u"A"_s);
+    const WindowProgram a(connection, u"a"_s, u"A"_s);
     ASSERT_TRUE(waitUntil([&] { return begun.size() == 1; }));
-    const TestApplication b(connection, u"b"_s, u"B"_s);
+    const WindowProgram b(connection, u"b"_s, u"B"_s);
     ASSERT_TRUE(waitUntil([&] { return begun.size() == 2; }));
     EXPECT_THAT(names, ElementsAre(u"B"_s));
 }
@@ -146,7 +144,7 @@ TEST_F(X11ActivationsTest, AnObservationMayOutliveTheWorkspace)
     int calls = 0;
     auto observation = other->observeActivations([&](const RunningApplication &) { ++calls; });
     other.reset();
-    const TestApplication a(connection, u"a"_s, u"A"_s);
+    const WindowProgram a(connection, u"a"_s, u"A"_s);
     observation.reset();
     EXPECT_EQ(calls, 0);
 }

@@ -1,5 +1,6 @@
 #include "Platform/Linux/X11/Windows/X11DesktopAppearance.h"
 
+#include "support/ApplicationObject.h"
 #include "support/PrivateXServer.h"
 #include "support/SelectionManager.h"
 #include "support/WaitUntil.h"
@@ -25,14 +26,10 @@ class X11DesktopAppearanceTest : public testing::Test
 protected:
     void observe(X11DesktopAppearance &appearance)
     {
-        QObject::connect(&appearance, &DesktopAppearance::changed, &application,
-                         [this] { ++changes; });
+        QObject::connect(&appearance, &DesktopAppearance::changed, qApp, [this] { ++changes; });
     }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
     int changes = 0;
 };
 

@@ -108,7 +108,7 @@ TEST_F(X11GlobalKeysTest, AHeldKeyThatNobodyGetsRepeatsToo)
 
 TEST_F(X11GlobalKeysTest, KeysAreSeenUnderAnotherProgramsGrab)
 {
-    OtherProgram menu;
+    KeyLogProgram menu;
     menu.grabKeyboard();
     tapChord(m_keyboard, {key::leftSuper, key::leftShift, key::space});
     EXPECT_THAT(seen(), ElementsAre(KeyEvent{49, command | shift}));

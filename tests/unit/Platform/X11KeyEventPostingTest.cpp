@@ -1,7 +1,7 @@
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 
+#include "Platform/Linux/Keys/PostedKeys.h"
 #include "Platform/Linux/X11/Connection/X11ServerTime.h"
-#include "Platform/Linux/X11/Keys/PostedKeys.h"
 #include "support/KeyLogWindow.h"
 #include "support/KeyPresses.h"
 #include "support/PrivateXServer.h"

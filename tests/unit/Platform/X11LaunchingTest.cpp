@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/Windows/X11Workspace.h"
 
 #include "Platform/Linux/Applications/ApplicationAddress.h"
+#include "support/ApplicationObject.h"
 #include "support/QtPrinting.h"
 #include "support/WaitUntil.h"
 
@@ -52,10 +53,7 @@ protected:
     }
 
     const QString folder = qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s;
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
     QList<qint32> m_launched;
     X11Connection connection;
     DesktopEntries entries;

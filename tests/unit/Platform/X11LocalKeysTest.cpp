@@ -2,15 +2,16 @@
 
 #include "Models/Settings/HotkeyShortcut.h"
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
+#include "support/ApplicationObject.h"
+#include "support/KeyLogProgram.h"
 #include "support/KeyPresses.h"
-#include "support/OtherProgram.h"
 #include "support/PrivateXServer.h"
 #include "support/RunOrThrow.h"
 #include "support/WaitUntil.h"
-#include "support/X11Application.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QWindow>
 
 #include <gmock/gmock.h>
@@ -125,11 +126,11 @@ protected:
         m_window.keys.clear();
     }
 
-    X11Application m_application;
+    ApplicationObject<QGuiApplication> m_application{"xcb"};
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    X11KeyEventMonitoring m_monitoring{m_postedKeys};
     OwnWindow m_window;
 
     std::vector<KeyEvent> m_local;
@@ -166,6 +167,23 @@ TEST_F(X11LocalKeysTest, AConsumedKeyDoesNotReachTheWindow)
     EXPECT_THAT(m_window.keys, ElementsAre(Qt::Key_Q, Qt::Key_F12));
 }
 
+TEST_F(X11LocalKeysTest, AConsumedKeyIsNoShortcutOfTheWindowAndAnyOtherIs)
+{
+    int found = 0;
+    QShortcut shortcut(QKeySequence(Qt::CTRL | Qt::Key_A), &m_window);
+    QObject::connect(&shortcut, &QShortcut::activated, &m_window, [&] { ++found; });
+    tapChord(m_keyboard, {key::leftControl, key::a});
+    waitForF12();
+    EXPECT_EQ(found, 1);
+    m_consumed = aKey.keyCode;
+    tapChord(m_keyboard, {key::leftControl, key::a});
+    waitForF12();
+    EXPECT_EQ(found, 1);
+    const KeyEvent controlA{0, HotkeyShortcut::control};
+    EXPECT_THAT(m_local, ElementsAre(controlA, controlA));
+    EXPECT_THAT(m_window.keys, Not(Contains(Qt::Key_A)));
+}
+
 TEST_F(X11LocalKeysTest, AGrabbedShortcutIsReportedOnceAndTheWindowDoesNotGetIt)
 {
     const auto grabbed = m_monitoring.grab({HotkeyShortcut::defaultMain()});
@@ -180,7 +198,7 @@ TEST_F(X11LocalKeysTest, AGrabbedShortcutIsReportedOnceAndTheWindowDoesNotGetIt)
 TEST_F(X11LocalKeysTest, EachProgramsKeysAreReportedTheirWay)
 {
     {
-        OtherProgram other;
+        KeyLogProgram other;
         tap(m_keyboard, key::a);
         waitForF12();
         EXPECT_THAT(other.keys(), Contains(QStringLiteral("press 38 0")));
@@ -194,7 +212,7 @@ TEST_F(X11LocalKeysTest, EachProgramsKeysAreReportedTheirWay)
 
 TEST_F(X11LocalKeysTest, UnderAnotherProgramsGrabOurWindowsKeysAreTheirs)
 {
-    OtherProgram menu;
+    KeyLogProgram menu;
     takeFocus(m_window);
     menu.grabKeyboard();
     tap(m_keyboard, key::a);
@@ -210,7 +228,7 @@ TEST_F(X11LocalKeysTest, UnderAnotherProgramsGrabOurWindowsKeysAreTheirs)
 
 TEST_F(X11LocalKeysTest, AMenuOfOursThatGrabsTheKeyboardGetsItsKeys)
 {
-    OtherProgram other;
+    KeyLogProgram other;
     OwnWindow menu(Qt::Popup | Qt::BypassWindowManagerHint);
     menu.show();
     ASSERT_TRUE(waitUntil([&] { return menu.isExposed(); }));
@@ -251,7 +269,7 @@ TEST_F(X11LocalKeysTest, ModifiersOfOtherProgramsAreReportedTheirWay)
 {
     observeFlags();
     {
-        const OtherProgram other;
+        const KeyLogProgram other;
         tapChord(m_keyboard, {key::leftShift, key::a});
         waitForF12();
     }
@@ -300,7 +318,7 @@ TEST_F(X11LocalKeysTest, AGrabOfOurWindowKeepsShortcutsFromTheWindowManager)
     tapChord(m_keyboard, {key::leftAlt, key::f4});
     EXPECT_TRUE(waitUntil([&] { return !m_local.empty(); }));
     m_window.setKeyboardGrabEnabled(false);
-    const OtherProgram other;
+    const KeyLogProgram other;
     EXPECT_TRUE(waitUntil([&] {
         tap(m_keyboard, key::a);
         return !m_global.empty();
@@ -350,7 +368,7 @@ TEST_F(X11LocalKeysTest, OurOwnChordIsNotReportedAndTheSameChordOfTheUserIs)
 TEST_F(X11LocalKeysTest, AChordThatAnotherProgramGotDoesNotHideTheUsersOne)
 {
     {
-        const OtherProgram other;
+        const KeyLogProgram other;
         X11KeyEventPosting posting(m_postedKeys);
         ASSERT_EQ(posting.postCommandV({}), KeyEventPosting::Outcome::sent);
         waitForF12();

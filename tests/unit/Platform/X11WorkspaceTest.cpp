@@ -1,9 +1,10 @@
 #include "Platform/Linux/X11/Windows/X11Workspace.h"
 
+#include "support/ApplicationObject.h"
 #include "support/PrivateXServer.h"
 #include "support/QtPrinting.h"
-#include "support/TestApplication.h"
 #include "support/WaitUntil.h"
+#include "support/WindowProgram.h"
 
 #include <gmock/gmock.h>
 
@@ -39,7 +40,7 @@ protected:
         return front ? front->processIdentifier : -1;
     }
 
-    bool comesToFront(const TestApplication &application)
+    bool comesToFront(const WindowProgram &application)
     {
         return waitUntil([&] { return frontProcess() == application.processIdentifier(); });
     }
@@ -52,17 +53,14 @@ protected:
         });
     }
 
-    void activate(const TestApplication &application)
+    void activate(const WindowProgram &application)
     {
         const auto running = workspace.runningApplication(application.processIdentifier());
         ASSERT_TRUE(running);
         workspace.activate(*running);
     }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
+    ApplicationObject<QCoreApplication> application;
     QTemporaryDir m_folder;
     X11Connection connection;
     DesktopEntries entries{{m_folder.path()}};
@@ -79,7 +77,7 @@ TEST_F(X11WorkspaceTest, NoApplicationIsInFrontOnAnEmptyDesktop)
 
 TEST_F(X11WorkspaceTest, TheApplicationWithTheKeyboardIsInFront)
 {
-    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    const WindowProgram editor(connection, u"a"_s, u"EditorClass"_s);
     RunningApplication expected;
     expected.processIdentifier = editor.processIdentifier();
     expected.bundleIdentifier = u"editor"_s;
@@ -94,7 +92,7 @@ TEST_F(X11WorkspaceTest, TheApplicationWithTheKeyboardIsInFront)
 
 TEST_F(X11WorkspaceTest, AnApplicationThatIsNotInstalledHasItsClassForAName)
 {
-    const TestApplication other(connection, u"a"_s, u"Other"_s);
+    const WindowProgram other(connection, u"a"_s, u"Other"_s);
     const auto front = workspace.frontmostApplication();
     ASSERT_TRUE(front);
     EXPECT_EQ(front->bundleIdentifier, std::nullopt);
@@ -103,7 +101,7 @@ TEST_F(X11WorkspaceTest, AnApplicationThatIsNotInstalledHasItsClassForAName)
 
 TEST_F(X11WorkspaceTest, AnApplicationWithoutAClassHasItsProcessForAName)
 {
-    TestApplication other(connection, u""_s, u""_s);
+    WindowProgram other(connection, u""_s, u""_s);
     other.remove(other.windows().first(), "WM_CLASS");
     const auto front = workspace.frontmostApplication();
     ASSERT_TRUE(front);
@@ -128,7 +126,7 @@ TEST_F(X11WorkspaceTest, OurOwnWindowsBelongToUs)
 
 TEST_F(X11WorkspaceTest, AnIdentifierIsComparedExactly)
 {
-    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    const WindowProgram editor(connection, u"a"_s, u"EditorClass"_s);
     EXPECT_TRUE(workspace.runningApplications(u"Editor"_s).isEmpty());
     EXPECT_TRUE(workspace.isInstalled(u"editor"_s));
     EXPECT_FALSE(workspace.isInstalled(u"Editor"_s));
@@ -136,8 +134,8 @@ TEST_F(X11WorkspaceTest, AnIdentifierIsComparedExactly)
 
 TEST_F(X11WorkspaceTest, ActivatingBringsAnApplicationFromBehind)
 {
-    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
-    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    const WindowProgram editor(connection, u"a"_s, u"EditorClass"_s);
+    const WindowProgram other(connection, u"b"_s, u"Other"_s);
     ASSERT_EQ(frontProcess(), other.processIdentifier());
     EXPECT_FALSE(workspace.runningApplication(editor.processIdentifier())->isActive);
     activate(editor);
@@ -146,8 +144,8 @@ TEST_F(X11WorkspaceTest, ActivatingBringsAnApplicationFromBehind)
 
 TEST_F(X11WorkspaceTest, ActivatingRestoresAMinimisedApplication)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
-    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s);
+    const WindowProgram other(connection, u"b"_s, u"Other"_s);
     editor.minimise(editor.windows().first());
     activate(editor);
     EXPECT_TRUE(comesToFront(editor));
@@ -155,7 +153,7 @@ TEST_F(X11WorkspaceTest, ActivatingRestoresAMinimisedApplication)
 
 TEST_F(X11WorkspaceTest, ActivatingSwitchesToTheApplicationsDesktop)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s);
     editor.moveToDesktop(editor.windows().first(), 2);
     ASSERT_EQ(connection.value(connection.root(), "_NET_CURRENT_DESKTOP"), 0U);
     activate(editor);
@@ -165,18 +163,18 @@ TEST_F(X11WorkspaceTest, ActivatingSwitchesToTheApplicationsDesktop)
 
 TEST_F(X11WorkspaceTest, OfSeveralWindowsTheTopmostIsActivated)
 {
-    const TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 3);
+    const WindowProgram editor(connection, u"a"_s, u"EditorClass"_s, 3);
     windows.activate(editor.windows()[1]);
     ASSERT_TRUE(windowComesToFront(editor.windows()[1]));
-    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    const WindowProgram other(connection, u"b"_s, u"Other"_s);
     activate(editor);
     EXPECT_TRUE(windowComesToFront(editor.windows()[1]));
 }
 
 TEST_F(X11WorkspaceTest, AVisibleWindowIsActivatedBeforeAMinimisedOne)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
-    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    const WindowProgram other(connection, u"b"_s, u"Other"_s);
     editor.minimise(editor.windows()[1]);
     activate(editor);
     EXPECT_TRUE(windowComesToFront(editor.windows()[0]));
@@ -184,17 +182,17 @@ TEST_F(X11WorkspaceTest, AVisibleWindowIsActivatedBeforeAMinimisedOne)
 
 TEST_F(X11WorkspaceTest, AnOrdinaryWindowIsActivatedBeforeAPalette)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s, 2);
     editor.setValue(editor.windows()[1], "_NET_WM_WINDOW_TYPE", "ATOM",
                     connection.atom("_NET_WM_WINDOW_TYPE_UTILITY"));
-    const TestApplication other(connection, u"b"_s, u"Other"_s);
+    const WindowProgram other(connection, u"b"_s, u"Other"_s);
     activate(editor);
     EXPECT_TRUE(windowComesToFront(editor.windows()[0]));
 }
 
 TEST_F(X11WorkspaceTest, AnApplicationOfPalettesAloneIsNotRegular)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s, 2);
     for (const xcb_window_t window : editor.windows())
         editor.setValue(window, "_NET_WM_WINDOW_TYPE", "ATOM",
                         connection.atom("_NET_WM_WINDOW_TYPE_UTILITY"));
@@ -210,9 +208,9 @@ TEST_F(X11WorkspaceTest, AnApplicationOfPalettesAloneIsNotRegular)
 
 TEST_F(X11WorkspaceTest, InstancesAreGivenOldestFirst)
 {
-    const TestApplication first(connection, u"a"_s, u"EditorClass"_s);
-    const TestApplication second(connection, u"a"_s, u"EditorClass"_s);
-    const TestApplication third(connection, u"a"_s, u"EditorClass"_s);
+    const WindowProgram first(connection, u"a"_s, u"EditorClass"_s);
+    const WindowProgram second(connection, u"a"_s, u"EditorClass"_s);
+    const WindowProgram third(connection, u"a"_s, u"EditorClass"_s);
     activate(first);
     ASSERT_TRUE(comesToFront(first));
     QList<qint32> processes;
@@ -225,7 +223,7 @@ TEST_F(X11WorkspaceTest, InstancesAreGivenOldestFirst)
 TEST_F(X11WorkspaceTest, TheApplicationsOfOneProcessAreToldApart)
 {
     install(u"tables"_s, "Name=Tables\nStartupWMClass=TablesClass\n");
-    TestApplication suite(connection, u"a"_s, u"EditorClass"_s, 2);
+    WindowProgram suite(connection, u"a"_s, u"EditorClass"_s, 2);
     suite.setText(suite.windows()[0], "WM_CLASS", QByteArray("a\0TablesClass\0", 14));
     const auto tables = workspace.runningApplications(u"tables"_s);
     ASSERT_EQ(tables.size(), 1);
@@ -242,17 +240,17 @@ TEST_F(X11WorkspaceTest, TheApplicationsOfOneProcessAreToldApart)
 TEST_F(X11WorkspaceTest, AProcessIsSharedEvenWhenItShowsOneApplicationAfterTheOther)
 {
     install(u"tables"_s, "Name=Tables\nStartupWMClass=TablesClass\n");
-    TestApplication suite(connection, u"a"_s, u"EditorClass"_s);
+    WindowProgram suite(connection, u"a"_s, u"EditorClass"_s);
     EXPECT_FALSE(workspace.frontmostApplication()->sharesProcess);
     suite.setText(suite.windows().first(), "WM_CLASS", QByteArray("a\0TablesClass\0", 14));
     EXPECT_TRUE(workspace.frontmostApplication()->sharesProcess);
-    const TestApplication other(connection, u"b"_s, u"EditorClass"_s);
+    const WindowProgram other(connection, u"b"_s, u"EditorClass"_s);
     EXPECT_FALSE(workspace.frontmostApplication()->sharesProcess) << "another process";
 }
 
 TEST_F(X11WorkspaceTest, AWindowOfNoInstalledApplicationDoesNotMakeAProcessShared)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s, 2);
     editor.setText(editor.windows()[1], "WM_CLASS", QByteArray("x\0Dialog\0", 9));
     const auto front = workspace.frontmostApplication();
     EXPECT_FALSE(front->sharesProcess);
@@ -261,7 +259,7 @@ TEST_F(X11WorkspaceTest, AWindowOfNoInstalledApplicationDoesNotMakeAProcessShare
 
 TEST_F(X11WorkspaceTest, ADialogWithAClassOfItsOwnBelongsToItsWindow)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s, 2);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s, 2);
     editor.setText(editor.windows()[1], "WM_CLASS", QByteArray("x\0Dialog\0", 9));
     EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, std::nullopt);
     editor.setValue(editor.windows()[1], "WM_TRANSIENT_FOR", "WINDOW", editor.windows()[0]);
@@ -271,14 +269,14 @@ TEST_F(X11WorkspaceTest, ADialogWithAClassOfItsOwnBelongsToItsWindow)
 TEST_F(X11WorkspaceTest, TheGtkIdentifierOfAWindowIsRead)
 {
     install(u"org.example.Other"_s, "Name=Other Thing\n");
-    TestApplication other(connection, u"a"_s, u"EditorClass"_s);
+    WindowProgram other(connection, u"a"_s, u"EditorClass"_s);
     other.setText(other.windows().first(), "_GTK_APPLICATION_ID", "org.example.Other");
     EXPECT_EQ(workspace.frontmostApplication()->localizedName, u"Other Thing"_s);
 }
 
 TEST_F(X11WorkspaceTest, AnApplicationInstalledWhileItRunsIsRecognised)
 {
-    const TestApplication late(connection, u"late"_s, u"Late"_s);
+    const WindowProgram late(connection, u"late"_s, u"Late"_s);
     EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, std::nullopt);
     install(u"org.example.late"_s, "Name=Late\n");
     EXPECT_EQ(workspace.frontmostApplication()->bundleIdentifier, u"org.example.late"_s);
@@ -286,7 +284,7 @@ TEST_F(X11WorkspaceTest, AnApplicationInstalledWhileItRunsIsRecognised)
 
 TEST_F(X11WorkspaceTest, AnEndedApplicationIsNotRunning)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s);
     const auto before = workspace.frontmostApplication();
     editor.kill();
     EXPECT_FALSE(workspace.runningApplication(before->processIdentifier));
@@ -297,7 +295,7 @@ TEST_F(X11WorkspaceTest, AnEndedApplicationIsNotRunning)
 
 TEST_F(X11WorkspaceTest, AnActiveWindowThatNoLongerExistsIsNoApplication)
 {
-    TestApplication editor(connection, u"a"_s, u"EditorClass"_s);
+    WindowProgram editor(connection, u"a"_s, u"EditorClass"_s);
     const xcb_window_t window = editor.windows().first();
     editor.kill();
     editor.setValue(connection.root(), "_NET_ACTIVE_WINDOW", "WINDOW", window);

@@ -1,5 +1,6 @@
 #include "Views/Dashboard/Charts/HeatmapGrid.h"
 #include "Views/Dashboard/Charts/TrendPlot.h"
+#include "support/ApplicationObject.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -86,12 +87,7 @@ protected:
         return int(plot.currentCentre());
     }
 
-    int m_argc = 3;
-    char m_name[5] = "test";
-    char m_option[10] = "-platform";
-    char m_platform[10] = "offscreen";
-    char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
-    QGuiApplication m_application{m_argc, m_argv};
+    ApplicationObject<QGuiApplication> m_application{"offscreen"};
     /// A value axis from 0 to 4, and marks of all heights.
     const TrendChart chart{.marks = {{0, u""_s, u"a"_s}, {2, u""_s, u"b"_s}, {4, u""_s, u"c"_s}},
                            .axis = {1, 4},

@@ -2,6 +2,7 @@
 
 #include "Services/Usage/UsageLog.h"
 #include "ViewModels/ControllerTest.h"
+#include "support/ApplicationObject.h"
 #include "support/UsageEvents.h"
 #include "support/Warnings.h"
 
@@ -123,11 +124,8 @@ private:
         }
     };
     Offscreen offscreen;
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QApplication application{argc, argv}; // which QTest takes it for
-    const Warnings warnings;              // but not those of the surroundings that a test is run in
+    ApplicationObject<QApplication> application; // which QTest takes it for
+    const Warnings warnings; // but not those of the surroundings that a test is run in
 
 protected:
     QQmlEngine engine;

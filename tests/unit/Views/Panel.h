@@ -11,16 +11,6 @@
 
 namespace kestrova {
 
-/// The application object that windows and tray items need.
-class GuiTestApplication
-{
-private:
-    int m_argc = 1;
-    char m_name[5] = "test";
-    char *m_argv[2] = {m_name, nullptr};
-    QApplication m_application{m_argc, m_argv};
-};
-
 /// A panel with a tray at the bottom of the screen. Ends with this object.
 class Panel
 {

@@ -1,7 +1,7 @@
 #include "Views/PopoverSceneTest.h"
 
-#include "support/OtherProgram.h"
-#include "support/TestApplication.h"
+#include "support/KeyLogProgram.h"
+#include "support/WindowProgram.h"
 
 #include <array>
 
@@ -79,7 +79,7 @@ TEST_F(PopoverSceneTest, TurningToAnotherWindowClosesItAndTheSameClickDoesNotOpe
 {
     startPanel();
     open();
-    const OtherProgram other;
+    const KeyLogProgram other;
     ASSERT_TRUE(waitUntil([this] { return isHidden(); }));
     scene->toggle();
     EXPECT_TRUE(isHidden());
@@ -92,7 +92,7 @@ TEST_F(PopoverSceneTest, TurningToAnotherWindowClosesItAndTheSameClickDoesNotOpe
 TEST_F(PopoverSceneTest, OpenedAgainAtOnceItStaysOpen)
 {
     startPanel();
-    const TestApplication other(connection, u"other"_s, u"Other"_s);
+    const WindowProgram other(connection, u"other"_s, u"Other"_s);
     open();
     for (int round = 0; round < 5; ++round) {
         scene->dismiss();
@@ -110,7 +110,7 @@ TEST_F(PopoverSceneTest, OpenedAgainAtOnceItStaysOpen)
 TEST_F(PopoverSceneTest, ItGivesTheKeyboardBack)
 {
     startPanel();
-    const TestApplication other(connection, u"other"_s, u"Other"_s);
+    const WindowProgram other(connection, u"other"_s, u"Other"_s);
     open();
     scene->dismiss();
     EXPECT_TRUE(waitUntil([&] {
@@ -145,7 +145,7 @@ TEST_F(PopoverSceneTest, WithoutATrayItIsAWindowThatIsNeverClosed)
     open();
     EXPECT_TRUE(popover()->isOrdinary());
     EXPECT_EQ(popover()->title(), u"Kestrova"_s);
-    const OtherProgram other;
+    const KeyLogProgram other;
     ASSERT_TRUE(waitUntil([this] { return !popover()->isActive(); }));
     EXPECT_TRUE(popover()->isVisible());
     popover()->close();
@@ -183,7 +183,7 @@ TEST_F(PopoverSceneTest, WithoutATrayItKeepsTheSizeThatOthersGaveIt)
 
 TEST_F(PopoverSceneTest, WithoutATrayItCanBeShownAndLeaveTheKeyboardWhereItIs)
 {
-    const TestApplication other(connection, u"other"_s, u"Other"_s);
+    const WindowProgram other(connection, u"other"_s, u"Other"_s);
     scene->showQuietly();
     ASSERT_TRUE(waitUntil([this] { return popover()->isExposed(); }));
     EXPECT_TRUE(popover()->isOrdinary());

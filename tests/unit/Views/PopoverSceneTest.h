@@ -5,6 +5,7 @@
 #include "Views/AccessibleItems.h"
 #include "Views/Panel.h"
 #include "Views/Scenes/PopoverScene.h"
+#include "support/ApplicationObject.h"
 #include "support/KeyPresses.h"
 #include "support/WaitUntil.h"
 
@@ -52,7 +53,7 @@ protected:
         ASSERT_TRUE(waitUntil([this] { return isOpen(); }));
     }
 
-    GuiTestApplication application;
+    ApplicationObject<QApplication> application;
     Panel panel;
     TrayItem trayItem{*fake.platform.appearance, *fake.platform.windowing};
     SceneEngine engine{controller->appState(), *fake.platform.appearance};

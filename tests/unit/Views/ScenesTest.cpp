@@ -3,6 +3,7 @@
 #include "ViewModels/ControllerTest.h"
 #include "Views/AccessibleItems.h"
 #include "Views/Panel.h"
+#include "support/ApplicationObject.h"
 #include "support/DescriptorLimit.h"
 #include "support/WaitUntil.h"
 #include "support/Warnings.h"
@@ -67,7 +68,7 @@ protected:
             QAccessibleActionInterface::pressAction());
     }
 
-    GuiTestApplication application;
+    ApplicationObject<QApplication> application;
     const Warnings warnings;
     Panel panel;
     TrayItem trayItem{*fake.platform.appearance, *fake.platform.windowing};

@@ -3,6 +3,7 @@
 #include "ViewModels/ControllerTest.h"
 #include "Views/AccessibleItems.h"
 #include "Views/Scenes/SceneEngine.h"
+#include "support/ApplicationObject.h"
 #include "support/WaitUntil.h"
 
 #include <QApplication>
@@ -72,12 +73,7 @@ protected:
         return stops;
     }
 
-    int m_argc = 3;
-    char m_name[5] = "test";
-    char m_option[10] = "-platform";
-    char m_platform[4] = "xcb";
-    char *m_argv[4] = {m_name, m_option, m_platform, nullptr};
-    QApplication application{m_argc, m_argv}; // which QTest takes it for
+    ApplicationObject<QApplication> application{"xcb"}; // which QTest takes it for
     SettingsModel model{*controller, {*fake.platform.keyMonitoring, *fake.platform.windowing}};
     SceneEngine engine{state(), *fake.platform.appearance};
     std::unique_ptr<QQuickWindow> window =

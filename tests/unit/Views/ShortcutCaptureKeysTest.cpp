@@ -3,11 +3,11 @@
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 #include "Platform/Linux/X11/Windows/X11KeyboardHold.h"
 #include "Platform/Linux/X11/Windows/X11Windowing.h"
+#include "support/ApplicationObject.h"
+#include "support/KeyLogProgram.h"
 #include "support/KeyPresses.h"
-#include "support/OtherProgram.h"
-#include "support/TestApplication.h"
 #include "support/WaitUntil.h"
-#include "support/X11Application.h"
+#include "support/WindowProgram.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -69,7 +69,7 @@ protected:
 
     void tapAltF4() { tapChord(m_keyboard, {key::leftAlt, key::f4}); }
     /// Whether the program cannot have the whole keyboard, because another one has it.
-    static bool isRefused(OtherProgram &program)
+    static bool isRefused(KeyLogProgram &program)
     {
         try {
             program.grabKeyboard();
@@ -93,11 +93,11 @@ protected:
         return waitUntil([&] { return m_capture.displayText() == shortcut; });
     }
 
-    X11Application m_application;
+    ApplicationObject<QGuiApplication> m_application{"xcb"};
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    X11KeyEventMonitoring m_monitoring{m_postedKeys};
     RecorderWindow m_window;
     int m_ownPresses = 0; ///< that the window got
     std::unique_ptr<KeyEventMonitoring::Monitor> m_ownMonitor =
@@ -135,12 +135,12 @@ TEST_F(ShortcutCaptureKeysTest, OnceItIsStoppedTheWindowManagerHasItsShortcutsBa
 
 TEST_F(ShortcutCaptureKeysTest, WithoutTheFocusItTakesNoKeyFromOthers)
 {
-    OtherProgram locker;
+    KeyLogProgram locker;
     m_window.requestActivate();
     EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == &m_window; }));
     m_capture.start(&m_window);
     EXPECT_TRUE(isRefused(locker));
-    const TestApplication other(m_connection, u"other"_s, u"Other"_s);
+    const WindowProgram other(m_connection, u"other"_s, u"Other"_s);
     EXPECT_TRUE(waitUntil([&] { return !isRefused(locker); }));
     tapChord(m_keyboard, {key::leftControl, key::a});
     EXPECT_TRUE(captures(u"⌃A"_s));
@@ -150,7 +150,7 @@ TEST_F(ShortcutCaptureKeysTest, WhenTheFocusComesBackTheKeysDoToo)
 {
     m_capture.start(&m_window);
     {
-        const TestApplication other(m_connection, u"other"_s, u"Other"_s);
+        const WindowProgram other(m_connection, u"other"_s, u"Other"_s);
         EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == nullptr; }));
     }
     EXPECT_TRUE(comesToGetAltF4());
@@ -158,7 +158,7 @@ TEST_F(ShortcutCaptureKeysTest, WhenTheFocusComesBackTheKeysDoToo)
 
 TEST_F(ShortcutCaptureKeysTest, ItWaitsForTheKeyboardWhileAnotherProgramHasGrabbedIt)
 {
-    OtherProgram menu;
+    KeyLogProgram menu;
     m_window.requestActivate();
     EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == &m_window; }));
     menu.grabKeyboard();
@@ -171,7 +171,7 @@ TEST_F(ShortcutCaptureKeysTest, ItWaitsForTheKeyboardWhileAnotherProgramHasGrabb
 
 TEST_F(ShortcutCaptureKeysTest, WhileNoKeyComesTheKeyboardIsLeftToAScreenLocker)
 {
-    OtherProgram locker;
+    KeyLogProgram locker;
     m_window.requestActivate();
     EXPECT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == &m_window; }));
     X11KeyboardHold hold(m_window, std::chrono::milliseconds(50));

@@ -1,6 +1,7 @@
 #include "Views/Recorder/ShortcutRecorder.h"
 
 #include "ViewModels/ControllerTest.h"
+#include "support/ApplicationObject.h"
 
 namespace kestrova {
 namespace {
@@ -21,10 +22,7 @@ protected:
     /// Whether the main shortcut starts a dictation.
     bool isArmed() { return !fake.keyboard.grabbed().isEmpty(); }
 
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv}; // delivers what is queued
+    ApplicationObject<QCoreApplication> application; // delivers what is queued
     const RecorderKeyboard keyboard{*fake.platform.keyMonitoring, *fake.platform.windowing};
     std::unique_ptr<ShortcutRecorder> recorder =
         std::make_unique<ShortcutRecorder>(*controller, keyboard);

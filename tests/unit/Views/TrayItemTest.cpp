@@ -3,7 +3,9 @@
 #include "Platform/Fake/FakeDesktopAppearance.h"
 #include "Platform/Linux/X11/Windows/X11Windowing.h"
 #include "Views/Panel.h"
+#include "support/ApplicationObject.h"
 
+#include <QApplication>
 #include <QPixmap>
 
 #include <gtest/gtest.h>
@@ -25,7 +27,7 @@ protected:
             .pixelColor(0, 0);
     }
 
-    GuiTestApplication application;
+    ApplicationObject<QApplication> application;
     Panel panel;
     FakeDesktopAppearance desktop;
     X11Connection connection;

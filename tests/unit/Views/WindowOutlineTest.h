@@ -2,6 +2,7 @@
 
 #include "ViewModels/ControllerTest.h"
 #include "Views/Scenes/SceneEngine.h"
+#include "support/ApplicationObject.h"
 #include "support/Outline.h"
 
 #include <QApplication>
@@ -35,10 +36,7 @@ private:
         Offscreen() { qputenv("QT_QPA_PLATFORM", "offscreen"); }
     };
     Offscreen offscreen;
-    int argc = 1;
-    char name[5] = "test";
-    char *argv[2] = {name, nullptr};
-    QApplication application{argc, argv};
+    ApplicationObject<QApplication> application;
     std::optional<SceneEngine> engine; // of the controller that there is by then
 
 protected:

@@ -3,6 +3,7 @@
 #include "ViewModels/ControllerTest.h"
 #include "Views/Panel.h"
 #include "Views/Settings/SettingsModel.h"
+#include "support/ApplicationObject.h"
 #include "support/WaitUntil.h"
 
 namespace kestrova {
@@ -31,7 +32,7 @@ protected:
         return WindowSizes(*fake.platform.userDefaults).size(u"settings"_s);
     }
 
-    GuiTestApplication application;
+    ApplicationObject<QApplication> application;
     SceneEngine engine{controller->appState(), *fake.platform.appearance};
     WindowSizes sizes{*fake.platform.userDefaults};
     std::optional<WindowScene> scene{

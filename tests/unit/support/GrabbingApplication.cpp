@@ -12,9 +12,8 @@ int main(int argc, char *argv[])
     using namespace kestrova;
 
     QCoreApplication application(argc, argv);
-    X11Connection connection;
     PostedKeys postedKeys;
-    X11KeyEventMonitoring monitoring(connection, postedKeys);
+    X11KeyEventMonitoring monitoring(postedKeys);
     const auto grabbed = monitoring.grab({HotkeyShortcut::defaultMain()});
     std::cout << "ready" << std::endl;
     return QCoreApplication::exec();

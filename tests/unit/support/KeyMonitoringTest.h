@@ -1,8 +1,9 @@
 #pragma once
 
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
+#include "support/ApplicationObject.h"
+#include "support/KeyLogProgram.h"
 #include "support/KeyPresses.h"
-#include "support/OtherProgram.h"
 #include "support/WaitUntil.h"
 
 #include <QCoreApplication>
@@ -36,15 +37,12 @@ protected:
         return std::exchange(m_seen, {});
     }
 
-    int m_argc = 1;
-    char m_name[5] = "test";
-    char *m_argv[2] = {m_name, nullptr};
-    QCoreApplication m_application{m_argc, m_argv};
-    OtherProgram m_program;
+    ApplicationObject<QCoreApplication> m_application;
+    KeyLogProgram m_program;
     X11Connection m_connection;
     VirtualKeyboard m_keyboard{m_connection.xcb()};
     PostedKeys m_postedKeys;
-    X11KeyEventMonitoring m_monitoring{m_connection, m_postedKeys};
+    X11KeyEventMonitoring m_monitoring{m_postedKeys};
     std::vector<KeyEvent> m_seen;
     std::unique_ptr<KeyEventMonitoring::Monitor> m_monitor = monitor(m_seen);
 };

@@ -13,6 +13,8 @@ namespace kestrova {
 
 PrivateXServer::PrivateXServer(std::initializer_list<const char *> options)
 {
+    // What writes to it after its death gets an error, as in the program.
+    std::signal(SIGPIPE, SIG_IGN);
     int ends[2] = {};
     if (pipe(ends) != 0)
         throw std::runtime_error("no pipe");

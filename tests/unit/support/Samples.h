@@ -1,18 +1,10 @@
 #pragma once
 
-#include <QFile>
-
-#include <stdexcept>
+#include <QByteArray>
 
 namespace kestrova {
 
-/// The recorded document of this name.
-inline QByteArray sample(const char *name)
-{
-    QFile file(QStringLiteral(KESTROVA_SAMPLES "/") + QLatin1String(name));
-    if (!file.open(QIODevice::ReadOnly))
-        throw std::runtime_error(file.errorString().toStdString());
-    return file.readAll();
-}
+/// The recorded document of this name; throws std::runtime_error when there is none.
+QByteArray sample(const char *name);
 
 } // namespace kestrova

@@ -1,49 +1,45 @@
 #include "Platform/Linux/Applications/SessionBus.h"
 
-#include "Platform/Linux/Applications/GioPointer.h"
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QRegularExpression>
+#include <QVariantMap>
 
 namespace kestrova::SessionBus {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-GioPointer<GDBusConnection> connectToBus()
+// A name that an application owns (D-Bus Specification, "Message Protocol Names"). libdbus ends the
+// program when it is given anything else.
+bool isOwnedName(const QString &name)
 {
-    char *address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    if (!address)
-        return nullptr;
-    constexpr auto flags = GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    GioPointer<GDBusConnection> bus(
-        g_dbus_connection_new_for_address_sync(address, flags, nullptr, nullptr, nullptr));
-    g_free(address);
-    return bus;
+    constexpr qsizetype longestName = 255;
+    static const QRegularExpression elements(QRegularExpression::anchoredPattern(
+        u"[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)+"));
+    return name.size() <= longestName && elements.match(name).hasMatch();
 }
 
 // The object path that the Desktop Entry Specification derives from the id.
-QByteArray objectPath(const QByteArray &identifier)
+QString objectPath(QString identifier)
 {
-    return '/' + QByteArray(identifier).replace('.', '/').replace('-', '_');
+    return u'/' + identifier.replace(u'.', u'/').replace(u'-', u'_');
 }
 
 } // namespace
 
 bool activateApplication(const QString &identifier, std::chrono::milliseconds limit)
 {
-    const QByteArray name = identifier.toUtf8();
-    if (!g_dbus_is_name(name.constData()) || g_dbus_is_unique_name(name.constData()))
+    if (!isOwnedName(identifier))
         return false;
-    const GioPointer<GDBusConnection> bus = connectToBus();
-    if (!bus)
-        return false;
-    GVariant *const noPlatformData = g_variant_new("(a{sv})", nullptr);
-    GVariant *const reply = g_dbus_connection_call_sync(
-        bus.get(), name.constData(), objectPath(name).constData(), "org.freedesktop.Application",
-        "Activate", noPlatformData, nullptr, G_DBUS_CALL_FLAGS_NONE,
-        static_cast<int>(limit.count()), nullptr, nullptr);
-    if (!reply)
-        return false;
-    g_variant_unref(reply);
-    return true;
+    auto call = QDBusMessage::createMethodCall(identifier, objectPath(identifier),
+                                               u"org.freedesktop.Application"_s, u"Activate"_s);
+    const QVariantMap noPlatformData;
+    call << noPlatformData;
+    const QDBusMessage reply =
+        QDBusConnection::sessionBus().call(call, QDBus::Block, static_cast<int>(limit.count()));
+    return reply.type() == QDBusMessage::ReplyMessage;
 }
 
 } // namespace kestrova::SessionBus

@@ -7,8 +7,8 @@
 namespace kestrova::SessionBus {
 
 /// Calls org.freedesktop.Application.Activate of the application with this desktop-file id. True
-/// when it answered within the limit that it did. Each call has a connection of its own: GIO's
-/// shared one ends the program together with the bus. Any thread, no main loop needed.
+/// when it answered within the limit that it did. Any thread; needs a QCoreApplication, and no
+/// event loop.
 bool activateApplication(const QString &identifier, std::chrono::milliseconds limit);
 
 } // namespace kestrova::SessionBus

@@ -52,7 +52,7 @@ State LinuxSystemAccess::flatpakState()
 void LinuxSystemAccess::requestMicrophone(std::function<void(bool isGranted)> completion)
 {
     if (m_sandbox && m_sandbox->kind == Sandbox::Kind::flatpak) {
-        new MicrophonePortal::Request(
+        MicrophonePortal::request(
             [this, completion = std::move(completion)](bool isGranted) {
                 m_wasGranted = isGranted;
                 completion(isGranted);

@@ -1,11 +1,11 @@
 #include "Platform/Linux/Sandbox/MicrophonePortal.h"
 
+#include "Platform/Linux/Portal/PortalRequest.h"
+
 #include <QCoreApplication>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusReply>
-#include <QDBusServiceWatcher>
 
 namespace kestrova::MicrophonePortal {
 
@@ -13,10 +13,6 @@ using namespace Qt::StringLiterals;
 using State = MicrophoneAuthorizationState;
 
 namespace {
-
-constexpr auto portal = "org.freedesktop.portal.Desktop"_L1;
-constexpr auto portalPath = "/org/freedesktop/portal/desktop"_L1;
-constexpr uint granted = 0; // org.freedesktop.portal.Request.Response
 
 // Its service and its interface have the same name.
 constexpr auto store = "org.freedesktop.impl.portal.PermissionStore"_L1;
@@ -29,22 +25,6 @@ QDBusMessage lookup()
     auto call = QDBusMessage::createMethodCall(store, storePath, store, u"Lookup"_s);
     call << QString(table) << QString(device);
     return call;
-}
-
-QDBusMessage accessDevice(const QString &token)
-{
-    auto call = QDBusMessage::createMethodCall(
-        portal, portalPath, u"org.freedesktop.portal.Device"_s, u"AccessDevice"_s);
-    call << uint(QCoreApplication::applicationPid()) << QStringList{u"microphone"_s}
-         << QVariantMap{{u"handle_token"_s, token}};
-    return call;
-}
-
-// Known before the call, so that no answer can come before it is listened to.
-QString requestPath(const QDBusConnection &bus, const QString &token)
-{
-    const QString sender = bus.baseService().mid(1).replace(u'.', u'_');
-    return portalPath + u"/request/"_s + sender + u'/' + token;
 }
 
 bool hasNoRecord(const QDBusError &error)
@@ -85,34 +65,19 @@ void DecisionWatch::takeChange(const QString &changedTable, const QString &id)
         m_changed();
 }
 
-Request::Request(Completion completion, QObject *parent)
-    : QObject(parent), m_completion(std::move(completion))
+void request(std::function<void(bool isGranted)> completion, QObject *owner)
 {
-    static int count = 0;
-    const QString token = u"kestrova%1"_s.arg(++count);
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(portal, requestPath(bus, token), u"org.freedesktop.portal.Request"_s, u"Response"_s,
-                this, SLOT(takeResponse(uint, QVariantMap)));
-    const auto *call = new QDBusPendingCallWatcher(bus.asyncCall(accessDevice(token)), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
-        if (call->isError())
-            finish(false);
-    });
-    const auto *life =
-        new QDBusServiceWatcher(portal, bus, QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(life, &QDBusServiceWatcher::serviceUnregistered, this, [this] { finish(false); });
-}
-
-void Request::takeResponse(uint response, const QVariantMap &)
-{
-    finish(response == granted);
-}
-
-void Request::finish(bool isGranted)
-{
-    deleteLater();
-    if (const auto complete = std::exchange(m_completion, nullptr))
-        complete(isGranted);
+    const PortalRequest::Call accessDevice{
+        u"org.freedesktop.portal.Device"_s,
+        u"AccessDevice"_s,
+        {uint(QCoreApplication::applicationPid()), QStringList{u"microphone"_s}},
+        {}};
+    new PortalRequest(
+        accessDevice,
+        [completion = std::move(completion)](const PortalRequest::Answer &answer) {
+            completion(answer.outcome == PortalRequest::Outcome::granted);
+        },
+        owner);
 }
 
 } // namespace kestrova::MicrophonePortal

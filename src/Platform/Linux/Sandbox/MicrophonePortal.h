@@ -3,7 +3,6 @@
 #include "Models/PermissionSnapshot.h"
 
 #include <QObject>
-#include <QVariantMap>
 
 #include <chrono>
 #include <functional>
@@ -32,24 +31,9 @@ private:
     const std::function<void()> m_changed;
 };
 
-/// A question to the user. It deletes itself after the answer; the completion is never called once
-/// it is gone.
-class Request final : public QObject
-{
-    Q_OBJECT
-
-public:
-    using Completion = std::function<void(bool isGranted)>;
-
-    /// Returns at once. The completion is called later; with false also when the portal does not
-    /// ask, as it has come to do for sandboxed callers, or goes away.
-    Request(Completion completion, QObject *parent);
-
-private:
-    Q_SLOT void takeResponse(uint response, const QVariantMap &results);
-    void finish(bool isGranted);
-
-    Completion m_completion; // none after the answer
-};
+/// Asks the user, and returns at once. The completion is called later, and never once the owner is
+/// gone; with false also when the portal does not ask, as it has come to do for sandboxed callers,
+/// or goes away.
+void request(std::function<void(bool isGranted)> completion, QObject *owner);
 
 } // namespace kestrova::MicrophonePortal

@@ -82,7 +82,7 @@ std::unique_ptr<KeyEventPosting> X11Session::makeKeyEventPosting()
 
 std::unique_ptr<KeyEventMonitoring> X11Session::makeKeyEventMonitoring()
 {
-    return std::make_unique<X11KeyEventMonitoring>(m_connection, m_postedKeys, m_displayName);
+    return std::make_unique<X11KeyEventMonitoring>(m_postedKeys, m_displayName);
 }
 
 Access X11Session::keyboardAccess()

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Platform/Linux/Applications/DesktopEntries.h"
+#include "Platform/Linux/Keys/PostedKeys.h"
 #include "Platform/Linux/Session/DesktopSession.h"
 #include "Platform/Linux/X11/Connection/X11Connection.h"
-#include "Platform/Linux/X11/Keys/PostedKeys.h"
 #include "Platform/Linux/X11/Windows/X11ApplicationWindows.h"
 #include "Platform/Linux/X11/Windows/X11Windows.h"
 

@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/Clipboard/SelectionReader.h"
 
 #include "Platform/Linux/X11/Clipboard/SelectionWindow.h"
+#include "Platform/Linux/X11/Connection/X11ServerTime.h"
 
 #include <algorithm>
 
@@ -18,26 +19,13 @@ SelectionReader::SelectionReader(const QByteArray &displayName)
 
 std::optional<QString> SelectionReader::readClipboard()
 {
+    const xcb_timestamp_t time = serverTime(m_connection);
     m_end = Clock::now() + wholeLimit;
-    const std::optional<xcb_timestamp_t> time = serverTime();
-    if (!time)
-        return std::nullopt;
-    if (const auto utf8 = readAs(m_atoms.utf8String, *time))
+    if (const auto utf8 = readAs(m_atoms.utf8String, time))
         return QString::fromUtf8(*utf8);
-    if (const auto latin1 = readAs(XCB_ATOM_STRING, *time))
+    if (const auto latin1 = readAs(XCB_ATOM_STRING, time))
         return QString::fromLatin1(*latin1);
     return std::nullopt;
-}
-
-std::optional<xcb_timestamp_t> SelectionReader::serverTime()
-{
-    requestServerTime(m_connection, m_window, m_atoms.ownProperty);
-    std::optional<xcb_timestamp_t> time;
-    waitFor<xcb_property_notify_event_t>(XCB_PROPERTY_NOTIFY, [&](const auto &event) {
-        time = event.time;
-        return true;
-    });
-    return time;
 }
 
 std::optional<QByteArray> SelectionReader::readAs(xcb_atom_t target, xcb_timestamp_t time)

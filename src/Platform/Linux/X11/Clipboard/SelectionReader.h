@@ -36,7 +36,6 @@ private:
         QByteArray bytes;
     };
 
-    std::optional<xcb_timestamp_t> serverTime();
     std::optional<QByteArray> readAs(xcb_atom_t target, xcb_timestamp_t time);
     std::optional<QByteArray> readPieces();
     std::optional<Piece> takeProperty();

@@ -2,7 +2,7 @@
 
 #include "Models/ReadableError.h"
 #include "Platform/Linux/X11/Clipboard/SelectionWindow.h"
-#include "Platform/Linux/X11/Connection/BrokenPipeSignal.h"
+#include "Platform/Linux/X11/Connection/X11ServerTime.h"
 
 #include <algorithm>
 #include <array>
@@ -93,7 +93,6 @@ void SelectionServer::wake()
 
 void SelectionServer::run()
 {
-    blockBrokenPipeSignal();
     for (;;) {
         startWhatWasAsked();
         handleEvents();
@@ -115,10 +114,8 @@ void SelectionServer::startWhatWasAsked()
         asked.swap(m_asked);
         isStopping = m_isStopping;
     }
-    for (Takeover &takeover : asked) {
-        m_waitingForTime.push_back(std::move(takeover));
-        requestServerTime(m_connection, m_window, m_atoms.ownProperty);
-    }
+    for (Takeover &takeover : asked)
+        takeOver(takeover);
     if (isStopping && !m_handoverEnd)
         startHandover();
 }
@@ -139,11 +136,7 @@ void SelectionServer::handleEvents()
 void SelectionServer::handle(const xcb_generic_event_t &event)
 {
     const int type = event.response_type & 0x7f;
-    if (type == XCB_PROPERTY_NOTIFY) {
-        const auto &notify = reinterpret_cast<const xcb_property_notify_event_t &>(event);
-        if (notify.window == m_window && !m_waitingForTime.empty())
-            takeOver(notify.time);
-    } else if (type == XCB_SELECTION_NOTIFY) {
+    if (type == XCB_SELECTION_NOTIFY) {
         const auto &notify = reinterpret_cast<const xcb_selection_notify_event_t &>(event);
         m_isHandedOver = m_isHandedOver || notify.selection == m_atoms.clipboardManager;
     }
@@ -152,10 +145,12 @@ void SelectionServer::handle(const xcb_generic_event_t &event)
         publish(std::nullopt);
 }
 
-void SelectionServer::takeOver(xcb_timestamp_t time)
+void SelectionServer::takeOver(Takeover &takeover)
 {
-    Takeover takeover = std::move(m_waitingForTime.front());
-    m_waitingForTime.pop_front();
+    // A real time, and not CurrentTime (ICCCM 2.1). What came before it is about the text of
+    // before.
+    const xcb_timestamp_t time = serverTime(m_connection);
+    handleEvents();
     const bool isDone = m_owner->own(takeover.text, takeover.offer, time);
     if (m_owner->owns(m_atoms.clipboard))
         publish(takeover.text);
@@ -206,10 +201,8 @@ void SelectionServer::refuseTakeovers()
         m_ownText.reset();
         asked.swap(m_asked);
     }
-    for (auto *takeovers : {&asked, &m_waitingForTime}) {
-        for (Takeover &takeover : *takeovers)
-            takeover.isDone.set_value(false);
-    }
+    for (Takeover &takeover : asked)
+        takeover.isDone.set_value(false);
 }
 
 } // namespace kestrova

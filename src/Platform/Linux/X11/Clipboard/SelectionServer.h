@@ -51,7 +51,7 @@ private:
     void startWhatWasAsked();
     void handleEvents();
     void handle(const xcb_generic_event_t &event);
-    void takeOver(xcb_timestamp_t time);
+    void takeOver(Takeover &takeover);
     void startHandover();
     bool isFinished() const;
     void sleep();
@@ -72,7 +72,6 @@ private:
     // The thread's own.
     xcb_window_t m_window = XCB_WINDOW_NONE;
     std::optional<SelectionOwner> m_owner;
-    std::deque<Takeover> m_waitingForTime;          // in the order of their PropertyNotify events
     std::optional<Clock::time_point> m_handoverEnd; // set: stopping
     bool m_isHandedOver = false;
 

@@ -12,10 +12,4 @@ xcb_window_t createSelectionWindow(X11Connection &connection)
     return window;
 }
 
-void requestServerTime(X11Connection &connection, xcb_window_t window, xcb_atom_t property)
-{
-    xcb_change_property(connection.xcb(), XCB_PROP_MODE_APPEND, window, property, XCB_ATOM_STRING,
-                        8, 0, nullptr);
-}
-
 } // namespace kestrova

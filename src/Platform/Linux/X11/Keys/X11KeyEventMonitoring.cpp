@@ -1,6 +1,9 @@
 #include "Platform/Linux/X11/Keys/X11KeyEventMonitoring.h"
 
+#include <QKeyEvent>
 #include <QMetaObject>
+
+#include <limits>
 
 namespace kestrova {
 
@@ -22,11 +25,21 @@ struct Grab final : KeyEventMonitoring::Monitor
 
 } // namespace
 
-X11KeyEventMonitoring::X11KeyEventMonitoring(X11Connection &connection, PostedKeys &postedKeys,
-                                             const QByteArray &displayName)
-    : m_connection(connection), m_postedKeys(postedKeys), m_displayName(displayName),
-      m_filter(connection, postedKeys, m_local)
+X11KeyEventMonitoring::X11KeyEventMonitoring(PostedKeys &postedKeys, const QByteArray &displayName)
+    : m_postedKeys(postedKeys), m_displayName(displayName), m_keymap(displayName),
+      m_ownWindowKeys(postedKeys, m_local, [this](const QKeyEvent &key) { return translated(key); })
 {
+}
+
+std::optional<KeyEvent> X11KeyEventMonitoring::translated(const QKeyEvent &key)
+{
+    if (key.nativeScanCode() > std::numeric_limits<xcb_keycode_t>::max())
+        return std::nullopt;
+    const auto code = xcb_keycode_t(key.nativeScanCode());
+    const X11KeyTranslation &translation = m_keymap.translation();
+    return key.type() == QEvent::KeyRelease
+               ? translation.released(code)
+               : translation.pressed(code, uint16_t(key.nativeModifiers()));
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
@@ -65,22 +78,16 @@ void X11KeyEventMonitoring::grabShortcuts()
     const auto shortcuts = m_grabbed.lock();
     if (!shortcuts)
         return;
+    const X11KeyTranslation &translation = m_keymap.translation();
     std::set<X11KeyCombination> combinations;
     for (const HotkeyShortcut &shortcut : *shortcuts)
-        combinations.merge(translation().combinations(shortcut));
+        combinations.merge(translation.combinations(shortcut));
     m_grabs->set(std::move(combinations));
-}
-
-const X11KeyTranslation &X11KeyEventMonitoring::translation()
-{
-    if (!m_translation)
-        m_translation.emplace(m_connection);
-    return *m_translation;
 }
 
 bool X11KeyEventMonitoring::canType(const HotkeyShortcut &shortcut)
 {
-    return !translation().combinations(shortcut).empty();
+    return !m_keymap.translation().combinations(shortcut).empty();
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
@@ -94,10 +101,8 @@ void X11KeyEventMonitoring::report(const KeyEvent &event)
     // Not as soon as the last monitor ends: replacing the bindings ends one and adds the next.
     if (m_global.count() == 0)
         m_observer.reset();
-    if (event.type == KeyEvent::keyboardChanged) {
-        m_translation.reset();
+    if (event.type == KeyEvent::keyboardChanged)
         grabShortcuts();
-    }
     m_global.call(event);
 }
 

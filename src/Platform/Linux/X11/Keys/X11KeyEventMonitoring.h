@@ -1,9 +1,10 @@
 #pragma once
 
 #include "Platform/Keys/KeyEventMonitoring.h"
-#include "Platform/Linux/X11/Keys/X11KeyFilter.h"
+#include "Platform/Linux/Keys/OwnWindowKeys.h"
 #include "Platform/Linux/X11/Keys/X11KeyGrabs.h"
 #include "Platform/Linux/X11/Keys/X11KeyObserver.h"
+#include "Platform/Linux/X11/Keys/X11PresentKeymap.h"
 
 #include <QObject>
 
@@ -17,11 +18,9 @@ namespace kestrova {
 class X11KeyEventMonitoring final : public KeyEventMonitoring
 {
 public:
-    /// Needs a QCoreApplication. The connection is to the display that Qt shows its windows on, and
-    /// the display name, which may be empty, is that of the same. The connection and the posted
-    /// keys outlive this.
-    X11KeyEventMonitoring(X11Connection &connection, PostedKeys &postedKeys,
-                          const QByteArray &displayName = {});
+    /// Needs a QCoreApplication. The display name is that of the display that Qt shows its windows
+    /// on; empty means $DISPLAY. The posted keys outlive this.
+    explicit X11KeyEventMonitoring(PostedKeys &postedKeys, const QByteArray &displayName = {});
 
     /// Null without the RECORD extension.
     std::unique_ptr<Monitor> addGlobalMonitor(KeyEvent::Types types,
@@ -35,18 +34,17 @@ private:
     bool observe();
     void report(const KeyEvent &event);
     void grabShortcuts();
-    const X11KeyTranslation &translation();
+    std::optional<KeyEvent> translated(const QKeyEvent &key);
 
-    X11Connection &m_connection;
     PostedKeys &m_postedKeys;
     const QByteArray m_displayName;
     KeyEventHandlers m_global;
     KeyEventHandlers m_local;
-    X11KeyFilter m_filter;
+    X11PresentKeymap m_keymap;
+    OwnWindowKeys m_ownWindowKeys;
     QObject m_mainThread; // what the recording's thread posts to
     std::unique_ptr<X11KeyObserver> m_observer;
-    std::optional<X11KeyTranslation> m_translation; // read when it is needed
-    std::shared_ptr<X11KeyGrabs> m_grabs;           // once something was to be grabbed
+    std::shared_ptr<X11KeyGrabs> m_grabs; // once something was to be grabbed
     std::weak_ptr<const QList<HotkeyShortcut>> m_grabbed;
 };
 

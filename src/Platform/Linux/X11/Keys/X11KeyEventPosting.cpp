@@ -1,8 +1,8 @@
 #include "Platform/Linux/X11/Keys/X11KeyEventPosting.h"
 
+#include "Platform/Linux/Keys/PostedKeys.h"
 #include "Platform/Linux/X11/Connection/X11ServerTime.h"
 #include "Platform/Linux/X11/Keys/PasteChords.h"
-#include "Platform/Linux/X11/Keys/PostedKeys.h"
 #include "Platform/Linux/X11/Keys/X11Keyboard.h"
 
 #include <xcb/xtest.h>
@@ -176,7 +176,7 @@ void X11KeyEventPosting::send(const std::vector<xcb_keycode_t> &keys)
         events.push_back({false, *key});
     m_postedKeys.announce(events);
     for (const auto &[isPress, key] : events)
-        fake(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key);
+        fake(isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, xcb_keycode_t(key));
 }
 
 void X11KeyEventPosting::fake(uint8_t type, xcb_keycode_t key)

@@ -1,7 +1,5 @@
 #include "Platform/Linux/X11/Keys/X11KeyGrabs.h"
 
-#include "Platform/Linux/X11/Connection/BrokenPipeSignal.h"
-
 #include <sys/socket.h>
 
 namespace kestrova {
@@ -65,7 +63,6 @@ void X11KeyGrabs::set(std::set<X11KeyCombination> combinations)
 
 void X11KeyGrabs::run()
 {
-    blockBrokenPipeSignal();
     while (const XcbPointer<xcb_generic_event_t> event{xcb_wait_for_event(m_connection->xcb())}) {
         if ((event->response_type & 0x7F) == XCB_KEY_PRESS)
             endGrab(*m_connection, reinterpret_cast<const xcb_key_press_event_t &>(*event).time);

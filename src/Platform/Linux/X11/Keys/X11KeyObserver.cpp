@@ -1,6 +1,5 @@
 #include "Platform/Linux/X11/Keys/X11KeyObserver.h"
 
-#include "Platform/Linux/X11/Connection/BrokenPipeSignal.h"
 #include "Platform/Linux/X11/Connection/X11ClientProcess.h"
 #include "Platform/Linux/X11/Keys/XkbKeymap.h"
 
@@ -32,7 +31,6 @@ X11KeyObserver::~X11KeyObserver()
 
 void X11KeyObserver::run()
 {
-    blockBrokenPipeSignal();
     m_ownProcess = clientProcess(m_control, xcb_get_setup(m_control.xcb())->resource_id_base);
     selectKeymapChanges(m_control);
     followKeyboard();

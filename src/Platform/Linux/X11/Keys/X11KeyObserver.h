@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/X11/Keys/PostedKeys.h"
+#include "Platform/Linux/Keys/PostedKeys.h"
 #include "Platform/Linux/X11/Keys/X11KeyTranslation.h"
 #include "Platform/Linux/X11/Keys/X11RecordContext.h"
 

@@ -2,8 +2,6 @@
 
 #include "Platform/Linux/X11/Windows/XSettings.h"
 
-#include <QMetaObject>
-
 #include <xcb/xfixes.h>
 
 #include <utility>
@@ -21,15 +19,13 @@ bool isHighContrastTheme(const QByteArray &name)
 } // namespace
 
 X11DesktopAppearance::X11DesktopAppearance(const QByteArray &displayName)
-    : m_connection(displayName), m_compositor(managerSelection("_NET_WM_CM_S")),
-      m_settings(managerSelection("_XSETTINGS_S")), m_tray(managerSelection("_NET_SYSTEM_TRAY_S")),
-      m_notifier(xcb_get_file_descriptor(m_connection.xcb()), QSocketNotifier::Read, this)
+    : m_events(
+          displayName, [](const auto &) { return true; }, [this] { lookAgain(); }, this),
+      m_compositor(managerSelection("_NET_WM_CM_S")), m_settings(managerSelection("_XSETTINGS_S")),
+      m_tray(managerSelection("_NET_SYSTEM_TRAY_S"))
 {
     watchManagers();
     m_answers = read();
-    connect(&m_notifier, &QSocketNotifier::activated, this, &X11DesktopAppearance::takeEvents);
-    // The replies may have brought the first events along.
-    QMetaObject::invokeMethod(this, &X11DesktopAppearance::takeEvents, Qt::QueuedConnection);
 }
 
 xcb_atom_t X11DesktopAppearance::managerSelection(const QByteArray &name)
@@ -99,27 +95,10 @@ void X11DesktopAppearance::watchProperties(xcb_window_t manager)
     xcb_change_window_attributes(m_connection.xcb(), manager, XCB_CW_EVENT_MASK, &mask);
 }
 
-bool X11DesktopAppearance::dropEvents()
+void X11DesktopAppearance::lookAgain()
 {
-    bool hasDropped = false;
-    while (XcbPointer<xcb_generic_event_t>(xcb_poll_for_event(m_connection.xcb())))
-        hasDropped = true;
-    return hasDropped;
-}
-
-void X11DesktopAppearance::takeEvents()
-{
-    // Every event that comes here is a reason to look again. Looking may bring further ones along,
-    // and the socket would not tell of them.
-    Answers answers = m_answers;
-    while (dropEvents() && m_connection.isOpen())
-        answers = read();
-    // The socket of a lost server would be readable for ever.
-    if (!m_connection.isOpen()) {
-        m_notifier.setEnabled(false);
-        return;
-    }
-    if (std::exchange(m_answers, answers) != answers)
+    const Answers answers = read();
+    if (m_connection.isOpen() && std::exchange(m_answers, answers) != answers)
         Q_EMIT changed();
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "Platform/DesktopAppearance.h"
-#include "Platform/Linux/X11/Connection/X11Connection.h"
-
-#include <QSocketNotifier>
+#include "Platform/Linux/X11/Connection/X11EventSource.h"
 
 namespace kestrova {
 
@@ -42,15 +40,14 @@ private:
     void readSettings(Answers &answers);
     void readTray(Answers &answers);
     void watchProperties(xcb_window_t manager);
-    bool dropEvents();
-    void takeEvents();
+    void lookAgain();
 
-    X11Connection m_connection; // of its own: its events are for this object
+    X11EventSource m_events;
+    X11Connection &m_connection = m_events.connection();
     const xcb_atom_t m_compositor;
     const xcb_atom_t m_settings;
     const xcb_atom_t m_tray;
     Answers m_answers;
-    QSocketNotifier m_notifier;
 };
 
 } // namespace kestrova

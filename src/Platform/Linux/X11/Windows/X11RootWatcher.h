@@ -1,10 +1,8 @@
 #pragma once
 
-#include "Platform/Linux/X11/Connection/X11Connection.h"
+#include "Platform/Linux/X11/Connection/X11EventSource.h"
 
 #include <QByteArrayList>
-#include <QObject>
-#include <QSocketNotifier>
 
 #include <functional>
 
@@ -21,14 +19,10 @@ public:
                    std::function<void()> changed);
 
 private:
-    void takeEvents();
+    bool isChange(const xcb_generic_event_t &event) const;
 
-    // Of its own and without requests: reading a reply could take events off the socket, which
-    // would then not become readable.
-    X11Connection m_connection;
+    X11EventSource m_events;
     QList<xcb_atom_t> m_properties;
-    const std::function<void()> m_changed;
-    QSocketNotifier m_notifier;
 };
 
 } // namespace kestrova

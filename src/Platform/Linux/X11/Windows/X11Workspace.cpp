@@ -16,19 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-template <typename Handler>
-class ActivationObservation final : public Workspace::Observation
-{
-public:
-    explicit ActivationObservation(std::shared_ptr<const Handler> handler)
-        : m_handler(std::move(handler))
-    {
-    }
-
-private:
-    const std::shared_ptr<const Handler> m_handler;
-};
-
 RunningApplication applicationOf(const X11Window &window)
 {
     RunningApplication application;
@@ -184,7 +171,7 @@ QByteArray X11Workspace::newStartupId()
     return startupId(serverTime(m_connection));
 }
 
-std::unique_ptr<Workspace::Observation> X11Workspace::observeActivations(Handler handler)
+std::unique_ptr<Observation> X11Workspace::observeActivations(Handler handler)
 {
     if (!m_watcher) {
         // A window manager may list a window later than it makes it the active one.
@@ -193,9 +180,7 @@ std::unique_ptr<Workspace::Observation> X11Workspace::observeActivations(Handler
             [this] { reportActivation(); });
         m_lastActivated = frontmostApplication();
     }
-    const auto shared = std::make_shared<const Handler>(std::move(handler));
-    m_handlers.push_back(shared);
-    return std::make_unique<ActivationObservation<Handler>>(shared);
+    return m_activationObservers.add(std::move(handler));
 }
 
 void X11Workspace::reportActivation()
@@ -204,13 +189,7 @@ void X11Workspace::reportActivation()
     if (!application || (m_lastActivated && isSameApplication(*application, *m_lastActivated)))
         return;
     m_lastActivated = application;
-
-    std::erase_if(m_handlers, [](const auto &handler) { return handler.expired(); });
-    // A handler may begin and end observations, its own too: of a copy, those that still live.
-    for (const auto &observed : std::vector(m_handlers)) {
-        if (const auto handler = observed.lock())
-            (*handler)(*application);
-    }
+    m_activationObservers.forEach([&](const Handler &handler) { handler(*application); });
 }
 
 } // namespace kestrova

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "Platform/Workspace.h"
-
 #include "Platform/Linux/Applications/ProcessApplications.h"
 #include "Platform/Linux/X11/Windows/X11RootWatcher.h"
 #include "Platform/Linux/X11/Windows/X11Windows.h"
-
-#include <vector>
+#include "Platform/Observation/Observers.h"
+#include "Platform/Workspace.h"
 
 namespace kestrova {
 
@@ -57,7 +55,7 @@ private:
     const QByteArray m_displayName;
     std::unique_ptr<X11RootWatcher> m_watcher; // since the first observation
     std::optional<RunningApplication> m_lastActivated;
-    std::vector<std::weak_ptr<const Handler>> m_handlers; // those of live observations
+    Observers<Handler> m_activationObservers;
 };
 
 } // namespace kestrova

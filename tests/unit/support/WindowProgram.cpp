@@ -1,4 +1,4 @@
-#include "support/TestApplication.h"
+#include "support/WindowProgram.h"
 
 #include "support/WaitUntil.h"
 
@@ -22,8 +22,8 @@ void waitOrThrow(const char *what, const std::function<bool()> &condition)
 
 } // namespace
 
-TestApplication::TestApplication(X11Connection &connection, const QString &instanceName,
-                                 const QString &className, int windowCount)
+WindowProgram::WindowProgram(X11Connection &connection, const QString &instanceName,
+                             const QString &className, int windowCount)
     : m_connection(connection)
 {
     m_process.start(QString::fromUtf8(KESTROVA_WINDOW_APPLICATION),
@@ -39,23 +39,23 @@ TestApplication::TestApplication(X11Connection &connection, const QString &insta
     });
 }
 
-TestApplication::~TestApplication()
+WindowProgram::~WindowProgram()
 {
     m_process.kill();
     m_process.waitForFinished(waitLimit);
 }
 
-qint32 TestApplication::processIdentifier() const
+qint32 WindowProgram::processIdentifier() const
 {
     return static_cast<qint32>(m_process.processId());
 }
 
-bool TestApplication::isManaged(xcb_window_t window)
+bool WindowProgram::isManaged(xcb_window_t window)
 {
     return m_connection.values(m_connection.root(), "_NET_CLIENT_LIST").contains(window);
 }
 
-void TestApplication::minimise(xcb_window_t window)
+void WindowProgram::minimise(xcb_window_t window)
 {
     m_connection.sendToRoot(window, "WM_CHANGE_STATE", {iconicState});
     waitOrThrow("not minimised", [&] {
@@ -64,7 +64,7 @@ void TestApplication::minimise(xcb_window_t window)
     });
 }
 
-void TestApplication::moveToDesktop(xcb_window_t window, quint32 desktop)
+void WindowProgram::moveToDesktop(xcb_window_t window, quint32 desktop)
 {
     m_connection.sendToRoot(window, "_NET_WM_DESKTOP", {desktop, fromPager});
     waitOrThrow("not moved", [&] {
@@ -73,29 +73,28 @@ void TestApplication::moveToDesktop(xcb_window_t window, quint32 desktop)
     });
 }
 
-void TestApplication::kill()
+void WindowProgram::kill()
 {
     m_process.kill();
     m_process.waitForFinished(waitLimit);
     waitOrThrow("still managed", [&] { return !isManaged(m_windows.last()); });
 }
 
-void TestApplication::setText(xcb_window_t window, const QByteArray &property,
-                              const QByteArray &text)
+void WindowProgram::setText(xcb_window_t window, const QByteArray &property, const QByteArray &text)
 {
     xcb_change_property(m_connection.xcb(), XCB_PROP_MODE_REPLACE, window,
                         m_connection.atom(property), m_connection.atom("UTF8_STRING"), 8,
                         static_cast<quint32>(text.size()), text.constData());
 }
 
-void TestApplication::setValue(xcb_window_t window, const QByteArray &property,
-                               const QByteArray &type, quint32 value)
+void WindowProgram::setValue(xcb_window_t window, const QByteArray &property,
+                             const QByteArray &type, quint32 value)
 {
     xcb_change_property(m_connection.xcb(), XCB_PROP_MODE_REPLACE, window,
                         m_connection.atom(property), m_connection.atom(type), 32, 1, &value);
 }
 
-void TestApplication::remove(xcb_window_t window, const QByteArray &property)
+void WindowProgram::remove(xcb_window_t window, const QByteArray &property)
 {
     xcb_delete_property(m_connection.xcb(), window, m_connection.atom(property));
 }

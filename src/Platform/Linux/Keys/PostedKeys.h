@@ -20,7 +20,7 @@ public:
     struct Event
     {
         bool isPress;
-        quint8 keyCode; ///< of X
+        quint32 keyCode; ///< of XKB, as QKeyEvent::nativeScanCode() has it
 
         bool operator==(const Event &) const = default;
     };

@@ -7,13 +7,13 @@
 namespace kestrova {
 
 /// Another application, with windows of its own on $DISPLAY. Ends with this object.
-class TestApplication
+class WindowProgram
 {
 public:
     /// Returns once the window manager has given the keyboard to the last of its windows.
-    TestApplication(X11Connection &connection, const QString &instanceName,
-                    const QString &className, int windowCount = 1);
-    ~TestApplication();
+    WindowProgram(X11Connection &connection, const QString &instanceName, const QString &className,
+                  int windowCount = 1);
+    ~WindowProgram();
 
     qint32 processIdentifier() const;
     /// In the order of their creation.

@@ -6,12 +6,12 @@ namespace kestrova {
 
 /// Another program whose window has the keyboard of $DISPLAY. Ends with this object. Everything
 /// throws std::runtime_error when the program fails.
-class OtherProgram
+class KeyLogProgram
 {
 public:
     /// Returns once its window has the keyboard.
-    OtherProgram();
-    ~OtherProgram();
+    KeyLogProgram();
+    ~KeyLogProgram();
 
     /// The keys that its window got since the last call, as "press CODE STATE" and "release CODE
     /// STATE".

@@ -1,10 +1,10 @@
-#include "Platform/Linux/X11/Keys/PostedKeys.h"
+#include "Platform/Linux/Keys/PostedKeys.h"
 
 namespace kestrova {
 
 namespace {
 
-// The server's clock of 32 bits counts milliseconds and starts anew after 49 days.
+// The window system's clock of 32 bits counts milliseconds and starts anew after 49 days.
 bool isLater(quint32 time, quint32 than)
 {
     return qint32(time - than) > 0;

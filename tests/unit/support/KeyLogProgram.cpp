@@ -1,4 +1,4 @@
-#include "support/OtherProgram.h"
+#include "support/KeyLogProgram.h"
 
 #include <stdexcept>
 
@@ -10,37 +10,37 @@ constexpr int waitLimit = 10'000; // ms
 
 } // namespace
 
-OtherProgram::OtherProgram()
+KeyLogProgram::KeyLogProgram()
 {
     m_process.start(QStringLiteral(KESTROVA_KEY_LOG_APPLICATION), {});
     if (readLine() != "ready")
         throw std::runtime_error("the other program did not start");
 }
 
-OtherProgram::~OtherProgram()
+KeyLogProgram::~KeyLogProgram()
 {
     m_process.closeWriteChannel();
     m_process.waitForFinished(waitLimit);
 }
 
-QStringList OtherProgram::keys()
+QStringList KeyLogProgram::keys()
 {
     return QString::fromLatin1(ask("keys")).split(u',', Qt::SkipEmptyParts);
 }
 
-QByteArray OtherProgram::ask(const QByteArray &command)
+QByteArray KeyLogProgram::ask(const QByteArray &command)
 {
     m_process.write(command + '\n');
     return readLine();
 }
 
-void OtherProgram::order(const QByteArray &command)
+void KeyLogProgram::order(const QByteArray &command)
 {
     if (ask(command) != "done")
         throw std::runtime_error("the other program refused: " + command.toStdString());
 }
 
-QByteArray OtherProgram::readLine()
+QByteArray KeyLogProgram::readLine()
 {
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(waitLimit))
