@@ -6,7 +6,7 @@
 #include "ViewModels/DiagnosticsReporter.h"
 #include "ViewModels/DictationServices.h"
 #include "ViewModels/HotkeyBindings.h"
-#include "ViewModels/HotkeyTexts.h"
+#include "ViewModels/Texts/HotkeyTexts.h"
 
 #include <QPointer>
 

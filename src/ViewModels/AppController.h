@@ -10,9 +10,9 @@
 #include "ViewModels/AppState.h"
 #include "ViewModels/DictationEventHandler.h"
 #include "ViewModels/InsertionTargets.h"
-#include "ViewModels/MicrophonePermissionMessages.h"
 #include "ViewModels/SettingsEditor.h"
 #include "ViewModels/SetupActions.h"
+#include "ViewModels/Texts/MicrophonePermissionMessages.h"
 
 #include <QObject>
 

@@ -2,7 +2,7 @@
 
 #include "Concurrency/Cancelled.h"
 #include "Models/ReadableError.h"
-#include "ViewModels/MicrophonePermissionMessages.h"
+#include "ViewModels/Texts/MicrophonePermissionMessages.h"
 
 #include <QPointer>
 

@@ -4,7 +4,7 @@ namespace kestrova {
 
 using namespace Qt::StringLiterals;
 
-DictationStatus DictationStatus::of(const DictationState &state)
+PillStatus dictationStatus(const DictationState &state)
 {
     const QString text = state.displayText();
     switch (state.kind) {

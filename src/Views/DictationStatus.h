@@ -1,18 +1,11 @@
 #pragma once
 
 #include "Models/Dictation/DictationState.h"
-#include "Views/Primitives/Theme/Tones.h"
+#include "Views/Primitives/Controls/PillStatus.h"
 
 namespace kestrova {
 
 /// How the state of the dictation is told in a status pill, the same in every window.
-struct DictationStatus
-{
-    QString text;
-    StatusPillTone::Value tone;
-    QString icon; ///< name of a symbol
-
-    static DictationStatus of(const DictationState &state);
-};
+PillStatus dictationStatus(const DictationState &state);
 
 } // namespace kestrova

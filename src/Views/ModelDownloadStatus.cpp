@@ -17,7 +17,7 @@ QString sizeText(qint64 bytes)
 
 } // namespace
 
-ModelDownloadStatus ModelDownloadStatus::of(const std::optional<DownloadProgress> &progress)
+ProgressStatus modelDownloadStatus(const std::optional<DownloadProgress> &progress)
 {
     if (!progress)
         return {};

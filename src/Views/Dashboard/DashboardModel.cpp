@@ -1,9 +1,10 @@
 #include "Views/Dashboard/DashboardModel.h"
 
 #include "ViewModels/HotkeyBindings.h"
-#include "ViewModels/HotkeyTexts.h"
+#include "ViewModels/Texts/HotkeyTexts.h"
 #include "Views/Dashboard/Overview/OverviewRows.h"
 #include "Views/Dashboard/UsageText.h"
+#include "Views/DictationStatus.h"
 #include "Views/ShownPart.h"
 
 #include <QTextBoundaryFinder>
@@ -72,20 +73,16 @@ DashboardModel::DashboardModel(AppController &controller, const RecorderKeyboard
     connect(&m_state, &AppState::usageTrendBucketsChanged, this, &DashboardModel::followBuckets);
 }
 
-DictationStatus DashboardModel::status() const
+PillStatus DashboardModel::status() const
 {
-    return DictationStatus::of(m_state.state.get());
+    return dictationStatus(m_state.state.get());
 }
 
-QVariantList DashboardModel::usageCards() const
+QList<UsageCard> DashboardModel::usageCards() const
 {
     const UsageDashboardSnapshot &snapshot = m_state.usageSnapshot.get();
-    QVariantList cards;
-    for (const UsageCard &card :
-         {cardOf(u"This Hour"_s, snapshot.thisHour), cardOf(u"Today"_s, snapshot.today),
-          cardOf(u"This Week"_s, snapshot.thisWeek), cardOf(u"This Month"_s, snapshot.thisMonth)})
-        cards.append(QVariant::fromValue(card));
-    return cards;
+    return {cardOf(u"This Hour"_s, snapshot.thisHour), cardOf(u"Today"_s, snapshot.today),
+            cardOf(u"This Week"_s, snapshot.thisWeek), cardOf(u"This Month"_s, snapshot.thisMonth)};
 }
 
 QString DashboardModel::averageWords() const
@@ -93,27 +90,27 @@ QString DashboardModel::averageWords() const
     return oneDecimal(m_state.usageSnapshot.get().averageWordsPerRecording);
 }
 
-QVariantList DashboardModel::topApplications() const
+QList<UsageRow> DashboardModel::topApplications() const
 {
     const QList<TopApplicationUsage> &applications = m_state.usageSnapshot.get().topApplications;
     const QList<double> shares = barShares(recordingsOf(applications));
-    QVariantList rows;
+    QList<UsageRow> rows;
     for (qsizetype i = 0; i < applications.size(); ++i) {
         const QString count = u"%1 rec"_s.arg(applications[i].recordings);
-        rows.append(QVariant::fromValue(UsageRow{applications[i].appName, count, shares[i]}));
+        rows.append({applications[i].appName, count, shares[i]});
     }
     return rows;
 }
 
-QVariantList DashboardModel::slotUsage() const
+QList<UsageRow> DashboardModel::slotUsage() const
 {
     const QList<OverviewSlotUsageRow> usage =
         overviewSlotUsageRows(m_state.usageSnapshot.get().slotUsage, m_state.settings.get());
     const QList<double> shares = barShares(recordingsOf(usage));
-    QVariantList rows;
+    QList<UsageRow> rows;
     for (qsizetype i = 0; i < usage.size(); ++i) {
         const QString count = QString::number(usage[i].recordings);
-        rows.append(QVariant::fromValue(UsageRow{usage[i].label, count, shares[i]}));
+        rows.append({usage[i].label, count, shares[i]});
     }
     return rows;
 }
@@ -160,11 +157,11 @@ int DashboardModel::slotCount() const
     return HotbarSlotAssignment::slotCount;
 }
 
-QVariantList DashboardModel::hotbarSlots() const
+QList<HotbarSlotRow> DashboardModel::hotbarSlots() const
 {
-    QVariantList rows;
+    QList<HotbarSlotRow> rows;
     for (int slotIndex = 1; slotIndex <= slotCount(); ++slotIndex)
-        rows.append(QVariant::fromValue(rowOf(slotIndex, m_controller)));
+        rows.append(rowOf(slotIndex, m_controller));
     return rows;
 }
 

@@ -3,11 +3,10 @@
 #include "Views/Dashboard/Charts/HeatmapChart.h"
 #include "Views/Dashboard/Charts/TrendChart.h"
 #include "Views/Dashboard/DashboardRows.h"
-#include "Views/DictationStatus.h"
+#include "Views/Primitives/Controls/PillStatus.h"
 #include "Views/Recorder/ShortcutRecorder.h"
 
 #include <QStringList>
-#include <QVariantList>
 #include <qqmlregistration.h>
 
 #include <optional>
@@ -21,15 +20,12 @@ class DashboardModel : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the program.")
-    Q_PROPERTY(QString statusText READ statusText NOTIFY statusChanged)
-    Q_PROPERTY(int statusTone READ statusTone NOTIFY statusChanged)
-    Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY statusChanged)
+    Q_PROPERTY(kestrova::PillStatus status READ status NOTIFY statusChanged)
 
-    // Lists of UsageCard, UsageRow and HotbarSlotRow.
-    Q_PROPERTY(QVariantList usageCards READ usageCards NOTIFY usageChanged)
+    Q_PROPERTY(QList<kestrova::UsageCard> usageCards READ usageCards NOTIFY usageChanged)
     Q_PROPERTY(QString averageWords READ averageWords NOTIFY usageChanged)
-    Q_PROPERTY(QVariantList topApplications READ topApplications NOTIFY usageChanged)
-    Q_PROPERTY(QVariantList slotUsage READ slotUsage NOTIFY slotUsageChanged)
+    Q_PROPERTY(QList<kestrova::UsageRow> topApplications READ topApplications NOTIFY usageChanged)
+    Q_PROPERTY(QList<kestrova::UsageRow> slotUsage READ slotUsage NOTIFY slotUsageChanged)
 
     /// Also what cannot be done on this desktop.
     Q_PROPERTY(QString hotbarExplanation READ hotbarExplanation CONSTANT)
@@ -40,7 +36,8 @@ class DashboardModel : public QObject
     /// Empty when there is none.
     Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
     Q_PROPERTY(int slotCount READ slotCount CONSTANT)
-    Q_PROPERTY(QVariantList hotbarSlots READ hotbarSlots NOTIFY hotbarSlotsChanged)
+    Q_PROPERTY(
+        QList<kestrova::HotbarSlotRow> hotbarSlots READ hotbarSlots NOTIFY hotbarSlotsChanged)
     Q_PROPERTY(kestrova::ShortcutRecorder *recorder READ recorder CONSTANT)
 
     Q_PROPERTY(QList<QString> periodTitles READ periodTitles CONSTANT)
@@ -60,14 +57,12 @@ public:
     /// The controller outlives this.
     DashboardModel(AppController &controller, const RecorderKeyboard &keyboard);
 
-    QString statusText() const { return status().text; }
-    int statusTone() const { return status().tone; }
-    QString statusIcon() const { return status().icon; }
+    PillStatus status() const;
 
-    QVariantList usageCards() const;
+    QList<UsageCard> usageCards() const;
     QString averageWords() const;
-    QVariantList topApplications() const;
-    QVariantList slotUsage() const;
+    QList<UsageRow> topApplications() const;
+    QList<UsageRow> slotUsage() const;
 
     QString hotbarExplanation() const;
     bool canAssign() const;
@@ -77,7 +72,7 @@ public:
     QString lastError() const;
     Q_INVOKABLE void copyError();
     int slotCount() const;
-    QVariantList hotbarSlots() const;
+    QList<HotbarSlotRow> hotbarSlots() const;
     Q_INVOKABLE void assignFrontmost(int slotIndex);
     Q_INVOKABLE void resetShortcut(int slotIndex);
     Q_INVOKABLE void clear(int slotIndex);
@@ -111,7 +106,6 @@ Q_SIGNALS:
     void chartChanged();
 
 private:
-    DictationStatus status() const;
     void followPeriod();
     void followBuckets();
 

@@ -10,20 +10,30 @@ FocusScope {
     required property DashboardModel model
     property int selectedTab: 0
 
-    readonly property var tabs: [
-        { title: "Overview", symbol: "square.grid.2x2", document: "OverviewTab.qml" },
-        { title: "Hotbar Apps", symbol: "dock.rectangle", document: "HotbarAppsTab.qml" },
-        { title: "Usage Stats", symbol: "chart.bar.xaxis", document: "UsageStatsTab.qml" }
-    ]
+    // What each tab shows.
+    readonly property list<string> documents: ["OverviewTab.qml", "HotbarAppsTab.qml",
+                                               "UsageStatsTab.qml"]
 
     SidebarList {
         id: sidebar
 
         width: 184
         height: parent.height
-        tabs: view.tabs
         currentIndex: view.selectedTab
         onChosen: index => view.selectedTab = index
+
+        SidebarTab {
+            title: "Overview"
+            symbol: "square.grid.2x2"
+        }
+        SidebarTab {
+            title: "Hotbar Apps"
+            symbol: "dock.rectangle"
+        }
+        SidebarTab {
+            title: "Usage Stats"
+            symbol: "chart.bar.xaxis"
+        }
     }
     ScrollPane {
         id: pane
@@ -40,7 +50,7 @@ FocusScope {
             y: 20
             width: pane.width - 40
             model: view.model
-            document: view.tabs[view.selectedTab].document
+            document: view.documents[view.selectedTab]
             onLoaded: pane.contentY = 0
         }
     }

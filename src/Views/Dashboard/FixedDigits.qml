@@ -13,7 +13,7 @@ Row {
     property color color: Theme.primary
 
     // Each digit, and what stands between digits in one.
-    readonly property var pieces: text.match(/\d|\D+/g) ?? []
+    readonly property list<string> pieces: text.match(/\d|\D+/g) ?? []
     readonly property real digitWidth: Math.round(Math.max(...Array.from("0123456789", digit => metrics.advanceWidth(digit))))
 
     LayoutMirroring.enabled: false

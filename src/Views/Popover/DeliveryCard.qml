@@ -11,7 +11,7 @@ SurfaceCard {
     // Empty when nothing is to be said of the last one.
     required property string notice
     // Texts, the newest first.
-    required property var earlierTranscripts
+    required property list<string> earlierTranscripts
     signal copyRequested
     signal earlierCopyRequested(place: int)
 

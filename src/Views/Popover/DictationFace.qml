@@ -32,9 +32,7 @@ ColumnLayout {
             }
         }
         StatusPill {
-            text: face.model.statusText
-            tone: face.model.statusTone
-            icon: face.model.statusIcon
+            status: face.model.status
         }
     }
     SurfaceCard {

@@ -1,11 +1,13 @@
 #include "Views/Popover/PopoverModel.h"
 
 #include "ViewModels/HotkeyBindings.h"
-#include "ViewModels/HotkeyTexts.h"
-#include "ViewModels/MicrophoneHints.h"
+#include "ViewModels/Texts/AccessibilityTexts.h"
+#include "ViewModels/Texts/HotkeyTexts.h"
+#include "ViewModels/Texts/MicrophoneHints.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
 #include "Views/ShownPart.h"
+#include "Views/StateTopics.h"
 
 namespace kestrova {
 
@@ -16,17 +18,25 @@ using Kind = DictationState::Kind;
 PopoverModel::PopoverModel(AppController &controller, QObject *parent)
     : QObject(parent), m_controller(controller), m_state(controller.appState())
 {
-    for (const auto signal :
-         {&AppState::stateChanged, &AppState::sessionWordCountChanged,
-          &AppState::lastTranscriptChanged, &AppState::lastDeliveryChanged,
-          &AppState::unconfirmedTranscriptsChanged, &AppState::lastErrorChanged,
-          &AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
-          &AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged,
-          &AppState::permissionsChanged, &AppState::accessibilityChanged,
-          &AppState::microphoneChanged, &AppState::recordingProblemChanged,
-          &AppState::hotkeysChanged})
-        connect(&m_state, signal, this, &PopoverModel::changed);
-    connect(&m_state, &AppState::modelDownloadChanged, this, &PopoverModel::downloadChanged);
+    announce(*this, &PopoverModel::statusChanged, m_state, {&AppState::stateChanged});
+    announce(*this, &PopoverModel::wordsProcessedChanged, m_state,
+             {&AppState::sessionWordCountChanged});
+    announce(*this, &PopoverModel::transcriptChanged, m_state,
+             {&AppState::lastTranscriptChanged, &AppState::lastDeliveryChanged,
+              &AppState::unconfirmedTranscriptsChanged, &AppState::recordingProblemChanged});
+    announce(*this, &PopoverModel::errorChanged, m_state, {&AppState::lastErrorChanged});
+    announce(*this, &PopoverModel::setupChanged, m_state,
+             {&AppState::isModelReadyChanged, &AppState::isPreparingModelChanged,
+              &AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged});
+    announce(*this, &PopoverModel::downloadChanged, m_state, {&AppState::modelDownloadChanged});
+    announce(*this, &PopoverModel::permissionsChanged, m_state,
+             {&AppState::permissionsChanged, &AppState::accessibilityChanged});
+    announce(*this, &PopoverModel::microphoneChanged, m_state,
+             {&AppState::permissionsChanged, &AppState::microphoneChanged});
+    announce(*this, &PopoverModel::shortcutChanged, m_state, {&AppState::hotkeysChanged});
+    announce(*this, &PopoverModel::primaryButtonChanged, m_state,
+             {&AppState::stateChanged, &AppState::isModelReadyChanged,
+              &AppState::isWhisperCLIReadyChanged, &AppState::permissionsChanged});
 }
 
 bool PopoverModel::showsSetupExperience() const
@@ -74,18 +84,13 @@ SetupStep PopoverModel::microphoneStep() const
 
 SetupStep PopoverModel::accessibilityStep() const
 {
-    if (m_state.accessibility.get() == Access::unavailable)
-        return {u"Accessibility"_s, u"Not possible on this desktop"_s, false};
-    const bool isAuthorized = m_state.permissions.get().accessibilityAuthorized;
-    return {u"Accessibility"_s,
-            isAuthorized ? u"Permission granted"_s : u"Permission needed for auto paste"_s,
-            isAuthorized};
+    return {u"Accessibility"_s, accessibilityDetail(m_state),
+            m_state.permissions.get().accessibilityAuthorized};
 }
 
 bool PopoverModel::canGrantAccessibility() const
 {
-    const Access access = m_state.accessibility.get();
-    return access == Access::denied || access == Access::notAsked;
+    return canAskForAccessibility(m_state);
 }
 
 bool PopoverModel::isPreparingModel() const
@@ -98,34 +103,14 @@ QString PopoverModel::modelButtonTitle() const
     return isPreparingModel() ? u"Downloading model..."_s : u"Download ggml-base.bin"_s;
 }
 
-QString PopoverModel::downloadAmount() const
+ProgressStatus PopoverModel::download() const
 {
-    return ModelDownloadStatus::of(m_state.modelDownload.get()).amount;
+    return modelDownloadStatus(m_state.modelDownload.get());
 }
 
-QString PopoverModel::downloadPercentage() const
+PillStatus PopoverModel::status() const
 {
-    return ModelDownloadStatus::of(m_state.modelDownload.get()).percentage;
-}
-
-double PopoverModel::downloadFraction() const
-{
-    return ModelDownloadStatus::of(m_state.modelDownload.get()).fraction;
-}
-
-QString PopoverModel::statusText() const
-{
-    return DictationStatus::of(m_state.state.get()).text;
-}
-
-StatusPillTone::Value PopoverModel::statusTone() const
-{
-    return DictationStatus::of(m_state.state.get()).tone;
-}
-
-QString PopoverModel::statusIcon() const
-{
-    return DictationStatus::of(m_state.state.get()).icon;
+    return dictationStatus(m_state.state.get());
 }
 
 QString PopoverModel::wordsProcessed() const

@@ -2,7 +2,8 @@
 
 #include "ViewModels/AppController.h"
 #include "Views/Popover/SetupStep.h"
-#include "Views/Primitives/Theme/Tones.h"
+#include "Views/Primitives/Controls/PillStatus.h"
+#include "Views/Primitives/Controls/ProgressStatus.h"
 
 namespace kestrova {
 
@@ -14,46 +15,44 @@ class PopoverModel final : public QObject
     QML_UNCREATABLE("Made by the program.")
 
     /// The setup face, in place of the dictation face.
-    Q_PROPERTY(bool showsSetupExperience READ showsSetupExperience NOTIFY changed)
+    Q_PROPERTY(bool showsSetupExperience READ showsSetupExperience NOTIFY setupChanged)
     /// The face's last error; empty when there is none.
-    Q_PROPERTY(QString lastError READ lastError NOTIFY changed)
+    Q_PROPERTY(QString lastError READ lastError NOTIFY errorChanged)
 
     /// What keeps the microphone from hearing the user; empty when nothing does.
-    Q_PROPERTY(QString microphoneNotice READ microphoneNotice NOTIFY changed)
+    Q_PROPERTY(QString microphoneNotice READ microphoneNotice NOTIFY microphoneChanged)
     /// Why the last recording is not all that was said; empty when it is.
-    Q_PROPERTY(QString recordingNotice READ recordingNotice NOTIFY changed)
+    Q_PROPERTY(QString recordingNotice READ recordingNotice NOTIFY transcriptChanged)
 
     // Setup face
-    Q_PROPERTY(kestrova::SetupStep modelStep READ modelStep NOTIFY changed)
-    Q_PROPERTY(kestrova::SetupStep toolStep READ toolStep NOTIFY changed)
-    Q_PROPERTY(kestrova::SetupStep microphoneStep READ microphoneStep NOTIFY changed)
-    Q_PROPERTY(kestrova::SetupStep accessibilityStep READ accessibilityStep NOTIFY changed)
+    Q_PROPERTY(kestrova::SetupStep modelStep READ modelStep NOTIFY setupChanged)
+    Q_PROPERTY(kestrova::SetupStep toolStep READ toolStep NOTIFY setupChanged)
+    Q_PROPERTY(kestrova::SetupStep microphoneStep READ microphoneStep NOTIFY permissionsChanged)
+    Q_PROPERTY(
+        kestrova::SetupStep accessibilityStep READ accessibilityStep NOTIFY permissionsChanged)
     /// Whether the user can be asked for it.
-    Q_PROPERTY(bool canGrantAccessibility READ canGrantAccessibility NOTIFY changed)
-    Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY changed)
-    Q_PROPERTY(QString modelButtonTitle READ modelButtonTitle NOTIFY changed)
-    /// As ModelDownloadStatus tells it; the amount is empty while nothing is downloaded.
-    Q_PROPERTY(QString downloadAmount READ downloadAmount NOTIFY downloadChanged)
-    Q_PROPERTY(QString downloadPercentage READ downloadPercentage NOTIFY downloadChanged)
-    Q_PROPERTY(double downloadFraction READ downloadFraction NOTIFY downloadChanged)
+    Q_PROPERTY(bool canGrantAccessibility READ canGrantAccessibility NOTIFY permissionsChanged)
+    Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY setupChanged)
+    Q_PROPERTY(QString modelButtonTitle READ modelButtonTitle NOTIFY setupChanged)
+    /// The amount is empty while nothing is downloaded.
+    Q_PROPERTY(kestrova::ProgressStatus download READ download NOTIFY downloadChanged)
 
     // Dictation face
-    Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
-    /// A StatusPillTone.
-    Q_PROPERTY(int statusTone READ statusTone NOTIFY changed)
-    Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY changed)
-    Q_PROPERTY(QString wordsProcessed READ wordsProcessed NOTIFY changed)
-    Q_PROPERTY(QString shortcut READ shortcut NOTIFY changed)
-    Q_PROPERTY(bool lacksPermission READ lacksPermission NOTIFY changed)
-    Q_PROPERTY(QString primaryButtonTitle READ primaryButtonTitle NOTIFY changed)
-    Q_PROPERTY(QString primaryButtonIcon READ primaryButtonIcon NOTIFY changed)
-    Q_PROPERTY(bool primaryButtonDisabled READ primaryButtonDisabled NOTIFY changed)
-    Q_PROPERTY(PrimaryButtonLook primaryButtonLook READ primaryButtonLook NOTIFY changed)
-    Q_PROPERTY(QString lastTranscript READ lastTranscript NOTIFY changed)
+    Q_PROPERTY(kestrova::PillStatus status READ status NOTIFY statusChanged)
+    Q_PROPERTY(QString wordsProcessed READ wordsProcessed NOTIFY wordsProcessedChanged)
+    Q_PROPERTY(QString shortcut READ shortcut NOTIFY shortcutChanged)
+    Q_PROPERTY(bool lacksPermission READ lacksPermission NOTIFY permissionsChanged)
+    Q_PROPERTY(QString primaryButtonTitle READ primaryButtonTitle NOTIFY primaryButtonChanged)
+    Q_PROPERTY(QString primaryButtonIcon READ primaryButtonIcon NOTIFY primaryButtonChanged)
+    Q_PROPERTY(bool primaryButtonDisabled READ primaryButtonDisabled NOTIFY primaryButtonChanged)
+    Q_PROPERTY(
+        PrimaryButtonLook primaryButtonLook READ primaryButtonLook NOTIFY primaryButtonChanged)
+    Q_PROPERTY(QString lastTranscript READ lastTranscript NOTIFY transcriptChanged)
     /// Why the last transcript may not have arrived; empty when its application asked for it.
-    Q_PROPERTY(QString deliveryNotice READ deliveryNotice NOTIFY changed)
+    Q_PROPERTY(QString deliveryNotice READ deliveryNotice NOTIFY transcriptChanged)
     /// Those before it of which it is not known either, newest first.
-    Q_PROPERTY(QStringList unconfirmedTranscripts READ unconfirmedTranscripts NOTIFY changed)
+    Q_PROPERTY(
+        QList<QString> unconfirmedTranscripts READ unconfirmedTranscripts NOTIFY transcriptChanged)
 
 public:
     /// Which colours the primary button has.
@@ -75,13 +74,9 @@ public:
     bool canGrantAccessibility() const;
     bool isPreparingModel() const;
     QString modelButtonTitle() const;
-    QString downloadAmount() const;
-    QString downloadPercentage() const;
-    double downloadFraction() const;
+    ProgressStatus download() const;
 
-    QString statusText() const;
-    StatusPillTone::Value statusTone() const;
-    QString statusIcon() const;
+    PillStatus status() const;
     QString wordsProcessed() const;
     QString shortcut() const;
     bool lacksPermission() const;
@@ -110,9 +105,18 @@ public:
     Q_INVOKABLE void openSettings();
 
 Q_SIGNALS:
-    /// Of any property but those of the download.
-    void changed();
+    void statusChanged();
+    void wordsProcessedChanged();
+    /// Also of what became of the transcript, and of those before it.
+    void transcriptChanged();
+    void errorChanged();
+    /// Model and tool.
+    void setupChanged();
     void downloadChanged();
+    void permissionsChanged();
+    void microphoneChanged();
+    void shortcutChanged();
+    void primaryButtonChanged();
     void dismissRequested();
     /// "dashboard" or "settings". The popover's dismissal is asked for afterwards.
     void openWindowRequested(const QString &identifier);

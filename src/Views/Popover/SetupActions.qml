@@ -24,11 +24,9 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.leftMargin: 2
         Layout.rightMargin: 2
-        visible: actions.model.downloadAmount.length > 0
+        visible: actions.model.download.amount.length > 0
         label: actions.model.modelButtonTitle
-        amount: actions.model.downloadAmount
-        percentage: actions.model.downloadPercentage
-        fraction: actions.model.downloadFraction
+        status: actions.model.download
     }
     PushButton {
         visible: !actions.model.toolStep.isComplete

@@ -24,26 +24,18 @@ ColumnLayout {
             spacing: 10
 
             SetupStepRow {
-                title: face.model.modelStep.title
-                detail: face.model.modelStep.detail
-                isComplete: face.model.modelStep.isComplete
+                step: face.model.modelStep
             }
             SetupStepRow {
-                title: face.model.toolStep.title
-                detail: face.model.toolStep.detail
-                isComplete: face.model.toolStep.isComplete
+                step: face.model.toolStep
                 isDetailSelectable: true
             }
             SetupStepRow {
-                title: face.model.microphoneStep.title
-                detail: face.model.microphoneStep.detail
+                step: face.model.microphoneStep
                 notice: face.model.microphoneNotice
-                isComplete: face.model.microphoneStep.isComplete
             }
             SetupStepRow {
-                title: face.model.accessibilityStep.title
-                detail: face.model.accessibilityStep.detail
-                isComplete: face.model.accessibilityStep.isComplete
+                step: face.model.accessibilityStep
             }
         }
     }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QObject>
-#include <qqmlregistration.h>
+#include "Views/Primitives/Controls/PillStatus.h"
 
 namespace kestrova {
 
@@ -13,11 +12,18 @@ struct SetupStep
     Q_PROPERTY(QString title MEMBER title CONSTANT)
     Q_PROPERTY(QString detail MEMBER detail CONSTANT)
     Q_PROPERTY(bool isComplete MEMBER isComplete CONSTANT)
+    Q_PROPERTY(kestrova::PillStatus status READ status CONSTANT)
 
 public:
     QString title;
     QString detail;
     bool isComplete = false;
+
+    PillStatus status() const
+    {
+        return isComplete ? PillStatus::success(QStringLiteral("Ready"))
+                          : PillStatus::warning(QStringLiteral("Pending"));
+    }
 
     bool operator==(const SetupStep &) const = default;
 };

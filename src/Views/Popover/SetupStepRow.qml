@@ -1,15 +1,14 @@
 import QtQuick
 import QtQuick.Layouts
 import Kestrova.Primitives
+import Kestrova.Popover
 
 // One thing that a dictation needs, and whether it is there. Anchored: a row layout of this version
 // of Qt keeps the height that the detail had while it was wrapped at no width.
 Item {
     id: row
 
-    required property string title
-    required property string detail
-    required property bool isComplete
+    required property setupStep step
     // What stands in the way although it is complete.
     property string notice
     property bool isDetailSelectable: false
@@ -28,13 +27,13 @@ Item {
 
         StyledText {
             width: parent.width
-            text: row.title
+            text: row.step.title
             style: Theme.subheadline
         }
         SelectableText {
             width: parent.width
             selectByMouse: row.isDetailSelectable
-            text: row.detail
+            text: row.step.detail
             style: Theme.caption
             color: Theme.secondary
             wrapMode: TextEdit.Wrap
@@ -52,8 +51,6 @@ Item {
 
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        text: row.isComplete ? "Ready" : "Pending"
-        tone: row.isComplete ? StatusPillTone.Success : StatusPillTone.Warning
-        icon: row.isComplete ? "checkmark" : "exclamationmark"
+        status: row.step.status
     }
 }

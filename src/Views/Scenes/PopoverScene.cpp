@@ -70,6 +70,10 @@ void PopoverScene::build()
     m_window = m_engine.buildWindow(QUrl(u"qrc:/Kestrova/Popover/MenuBarPopover.qml"_s), m_model);
     m_popover = qobject_cast<PopoverWindow *>(m_window.get());
     connect(m_popover, &PopoverWindow::focusLost, this, &PopoverScene::loseFocus);
+    connect(m_popover, &QWindow::visibleChanged, this, [this](bool isVisible) {
+        if (!isVisible)
+            Q_EMIT closed();
+    });
     connect(m_popover, &PopoverWindow::marginChanged, this, &PopoverScene::declareShadow);
     connect(m_popover, &PopoverWindow::minimising, this, &PopoverScene::awaitMinimising);
 }
@@ -90,6 +94,8 @@ void PopoverScene::awaitMinimising()
     QTimer::singleShot(minimisingLimit, m_popover, [this] {
         if (!m_windowing.isMinimised(*m_popover))
             m_popover->stayOpen();
+        else
+            Q_EMIT closed();
     });
 }
 

@@ -35,16 +35,18 @@ public:
     void showQuietly();
     /// Gives the keyboard back to the application behind it.
     void dismiss();
+    bool isOpen() const;
 
 Q_SIGNALS:
     /// The opened popover has been drawn.
     void shown();
+    /// It is hidden or minimised.
+    void closed();
     /// The user wants to see the window of this identifier.
     void openWindowRequested(const QString &identifier);
 
 private:
     void openAt(const std::optional<QPoint> &clicked);
-    bool isOpen() const;
     void prepare();
     void build();
     void declareShadow();

@@ -1,11 +1,10 @@
 #include "Views/Scenes/Scenes.h"
 
 #include "Models/ReadableError.h"
+#include "Platform/UnusedMemory.h"
 #include "Views/Dashboard/DashboardModel.h"
 #include "Views/Settings/SettingsModel.h"
 #include "Views/Tray/FreeDescriptors.h"
-
-#include <QTimer>
 
 #include <algorithm>
 
@@ -20,7 +19,8 @@ constexpr int neededDescriptors = 16;
 
 } // namespace
 
-Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem)
+Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem,
+               std::chrono::milliseconds rest)
     : m_engine(controller.appState(), *platform.appearance), m_sizes(*platform.userDefaults),
       m_popover(m_engine, controller, *platform.windowing, trayItem)
 {
@@ -35,6 +35,10 @@ Scenes::Scenes(AppController &controller, Platform &platform, TrayItem &trayItem
              return model;
          }});
     connect(&m_popover, &PopoverScene::shown, this, [this] { Q_EMIT shown(popover); });
+    connect(&m_popover, &PopoverScene::closed, &m_untilRest, qOverload<>(&QTimer::start));
+    m_untilRest.setSingleShot(true);
+    m_untilRest.setInterval(rest);
+    connect(&m_untilRest, &QTimer::timeout, this, &Scenes::rest);
     connect(&m_popover, &PopoverScene::openWindowRequested, this, &Scenes::openFromPopover);
 }
 
@@ -89,6 +93,7 @@ void Scenes::add(WindowScene::Description description)
         std::make_unique<WindowScene>(m_engine, m_sizes, std::move(description)));
     connect(scene.get(), &WindowScene::shown, this,
             [this, identifier] { Q_EMIT shown(identifier); });
+    connect(scene.get(), &WindowScene::closed, &m_untilRest, qOverload<>(&QTimer::start));
 }
 
 void Scenes::openFromPopover(const QString &identifier)
@@ -99,6 +104,16 @@ void Scenes::openFromPopover(const QString &identifier)
         if (scene && scene->isOpen())
             scene->open();
     });
+}
+
+void Scenes::rest()
+{
+    const bool isWindowOpen = std::any_of(m_windows.begin(), m_windows.end(),
+                                          [](const auto &scene) { return scene->isOpen(); });
+    if (isWindowOpen || m_popover.isOpen())
+        return; // whichever is closed last begins the time anew
+    // Popover and QML engine stay: they are 5 MB, and the next click would wait for new ones.
+    giveUnusedMemoryBack();
 }
 
 WindowScene *Scenes::find(const QString &identifier)

@@ -70,6 +70,7 @@ void WindowScene::dismantle()
     m_model.release()->setParent(window);
     window->setParent(this);
     window->deleteLater();
+    Q_EMIT closed();
 }
 
 void WindowScene::keepSize()

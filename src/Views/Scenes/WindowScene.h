@@ -41,6 +41,7 @@ public:
 Q_SIGNALS:
     /// The opened window has been drawn.
     void shown();
+    void closed();
 
 private:
     void build();

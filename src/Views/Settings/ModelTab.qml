@@ -49,9 +49,7 @@ ColumnLayout {
             spacing: 8
 
             StatusPill {
-                text: tab.model.isModelReady ? "Model Ready" : "Model Missing"
-                tone: tab.model.isModelReady ? StatusPillTone.Success : StatusPillTone.Warning
-                icon: tab.model.isModelReady ? "checkmark" : "exclamationmark"
+                status: tab.model.modelStatus
             }
             Item {
                 Layout.fillWidth: true
@@ -66,11 +64,9 @@ ColumnLayout {
         }
         ProgressRow {
             Layout.fillWidth: true
-            visible: tab.model.isPreparingModel && tab.model.downloadAmount.length > 0
+            visible: tab.model.isPreparingModel && tab.model.download.amount.length > 0
             label: "Model download"
-            amount: tab.model.downloadAmount
-            percentage: tab.model.downloadPercentage
-            fraction: tab.model.downloadFraction
+            status: tab.model.download
         }
     }
     SettingsCard {

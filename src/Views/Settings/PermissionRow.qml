@@ -7,7 +7,7 @@ RowLayout {
     id: row
 
     required property string title
-    required property bool granted
+    required property pillStatus status
     property bool available: true
     required property string actionTitle
     signal action
@@ -20,10 +20,8 @@ RowLayout {
         style: Theme.button
     }
     StatusPill {
-        text: row.granted ? "Granted" : row.available ? "Not Granted" : "Not Available"
-        tone: row.granted ? StatusPillTone.Success : StatusPillTone.Warning
-        icon: row.granted ? "checkmark" : "exclamationmark"
-        Accessible.name: row.title + ": " + text
+        status: row.status
+        Accessible.name: row.title + ": " + status.text
     }
     PushButton {
         visible: row.available

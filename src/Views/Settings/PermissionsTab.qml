@@ -13,7 +13,7 @@ ColumnLayout {
 
         PermissionRow {
             title: "Microphone"
-            granted: tab.model.isMicrophoneGranted
+            status: tab.model.microphoneStatus
             actionTitle: "Request"
             onAction: tab.model.requestMicrophone()
         }
@@ -48,17 +48,14 @@ ColumnLayout {
         }
         PermissionRow {
             title: "Accessibility"
-            granted: tab.model.isAccessibilityGranted
+            status: tab.model.accessibilityStatus
             available: tab.model.isAccessibilityAvailable
             actionTitle: "Open Prompt"
             onAction: tab.model.promptForAccessibility()
         }
         StyledText {
             Layout.fillWidth: true
-            text: tab.model.isAccessibilityAvailable
-                  ? "Accessibility permission is required for reliable auto-paste into your active app."
-                  : "This desktop does not let programs observe the keyboard and paste into other "
-                    + "applications."
+            text: tab.model.accessibilityExplanation
             style: Theme.caption
             color: Theme.secondary
             wrapMode: Text.Wrap

@@ -1,11 +1,13 @@
 #include "Views/Settings/SettingsModel.h"
 
 #include "ViewModels/HotkeyBindings.h"
-#include "ViewModels/HotkeyTexts.h"
-#include "ViewModels/MicrophoneHints.h"
+#include "ViewModels/Texts/AccessibilityTexts.h"
+#include "ViewModels/Texts/HotkeyTexts.h"
+#include "ViewModels/Texts/MicrophoneHints.h"
 #include "Views/DictationStatus.h"
 #include "Views/ModelDownloadStatus.h"
 #include "Views/ShownPart.h"
+#include "Views/StateTopics.h"
 
 #include <QTextStream>
 #include <QUrl>
@@ -37,34 +39,39 @@ QString address(SettingsModel::ModelPreset preset)
         .toString();
 }
 
+PillStatus permissionStatus(bool isGranted, bool isAvailable)
+{
+    if (isGranted)
+        return PillStatus::success(u"Granted"_s);
+    return PillStatus::warning(isAvailable ? u"Not Granted"_s : u"Not Available"_s);
+}
+
 } // namespace
 
 SettingsModel::SettingsModel(AppController &controller, const RecorderKeyboard &keyboard)
     : m_controller(controller), m_state(controller.appState()), m_recorder(controller, keyboard)
 {
-    for (const auto signal :
-         {&AppState::stateChanged, &AppState::lastErrorChanged, &AppState::isModelReadyChanged,
-          &AppState::isPreparingModelChanged, &AppState::isWhisperCLIReadyChanged,
-          &AppState::resolvedWhisperCLIPathChanged, &AppState::permissionsChanged,
-          &AppState::accessibilityChanged, &AppState::microphoneChanged, &AppState::settingsChanged,
-          &AppState::hotkeysChanged})
-        connect(&m_state, signal, this, &SettingsModel::changed);
-    connect(&m_state, &AppState::modelDownloadChanged, this, &SettingsModel::downloadChanged);
+    announce(*this, &SettingsModel::statusChanged, m_state, {&AppState::stateChanged});
+    announce(*this, &SettingsModel::errorChanged, m_state, {&AppState::lastErrorChanged});
+    announce(*this, &SettingsModel::shortcutChanged, m_state, {&AppState::hotkeysChanged});
+    announce(*this, &SettingsModel::settingsChanged, m_state, {&AppState::settingsChanged});
+    announce(*this, &SettingsModel::toolChanged, m_state,
+             {&AppState::isWhisperCLIReadyChanged, &AppState::resolvedWhisperCLIPathChanged});
+    announce(*this, &SettingsModel::modelChanged, m_state,
+             {&AppState::isModelReadyChanged, &AppState::isPreparingModelChanged});
+    announce(*this, &SettingsModel::downloadChanged, m_state, {&AppState::modelDownloadChanged});
+    announce(*this, &SettingsModel::permissionsChanged, m_state,
+             {&AppState::permissionsChanged, &AppState::accessibilityChanged});
+    announce(*this, &SettingsModel::microphoneChanged, m_state,
+             {&AppState::permissionsChanged, &AppState::microphoneChanged});
+    announce(*this, &SettingsModel::diagnosticsChanged, m_state,
+             {&AppState::stateChanged, &AppState::settingsChanged, &AppState::isModelReadyChanged,
+              &AppState::permissionsChanged});
 }
 
-QString SettingsModel::statusText() const
+PillStatus SettingsModel::status() const
 {
-    return DictationStatus::of(m_state.state.get()).text;
-}
-
-StatusPillTone::Value SettingsModel::statusTone() const
-{
-    return DictationStatus::of(m_state.state.get()).tone;
-}
-
-QString SettingsModel::statusIcon() const
-{
-    return DictationStatus::of(m_state.state.get()).icon;
+    return dictationStatus(m_state.state.get());
 }
 
 QString SettingsModel::lastError() const
@@ -133,6 +140,12 @@ void SettingsModel::setTheme(Theme theme)
 void SettingsModel::openDashboard()
 {
     Q_EMIT openWindowRequested(u"dashboard"_s);
+}
+
+PillStatus SettingsModel::toolStatus() const
+{
+    return isWhisperCLIReady() ? PillStatus::success(u"Ready"_s)
+                               : PillStatus::warning(u"Not Found"_s);
 }
 
 bool SettingsModel::isWhisperCLIReady() const
@@ -224,6 +237,12 @@ void SettingsModel::usePreset(ModelPreset preset)
     });
 }
 
+PillStatus SettingsModel::modelStatus() const
+{
+    return isModelReady() ? PillStatus::success(u"Model Ready"_s)
+                          : PillStatus::warning(u"Model Missing"_s);
+}
+
 bool SettingsModel::isModelReady() const
 {
     return m_state.isModelReady.get();
@@ -234,24 +253,19 @@ bool SettingsModel::isPreparingModel() const
     return m_state.isPreparingModel.get();
 }
 
-QString SettingsModel::downloadAmount() const
+ProgressStatus SettingsModel::download() const
 {
-    return ModelDownloadStatus::of(m_state.modelDownload.get()).amount;
-}
-
-QString SettingsModel::downloadPercentage() const
-{
-    return ModelDownloadStatus::of(m_state.modelDownload.get()).percentage;
-}
-
-double SettingsModel::downloadFraction() const
-{
-    return ModelDownloadStatus::of(m_state.modelDownload.get()).fraction;
+    return modelDownloadStatus(m_state.modelDownload.get());
 }
 
 void SettingsModel::downloadModel()
 {
     m_controller.prepareModel(/*forceDownload=*/true);
+}
+
+PillStatus SettingsModel::microphoneStatus() const
+{
+    return permissionStatus(isMicrophoneGranted(), /*isAvailable=*/true);
 }
 
 bool SettingsModel::isMicrophoneGranted() const
@@ -274,6 +288,11 @@ QString SettingsModel::microphoneNotice() const
     return kestrova::microphoneHint(m_state);
 }
 
+PillStatus SettingsModel::accessibilityStatus() const
+{
+    return permissionStatus(isAccessibilityGranted(), isAccessibilityAvailable());
+}
+
 bool SettingsModel::isAccessibilityGranted() const
 {
     return m_state.permissions.get().accessibilityAuthorized;
@@ -281,7 +300,12 @@ bool SettingsModel::isAccessibilityGranted() const
 
 bool SettingsModel::isAccessibilityAvailable() const
 {
-    return m_state.accessibility.get() != Access::unavailable;
+    return kestrova::isAccessibilityAvailable(m_state);
+}
+
+QString SettingsModel::accessibilityExplanation() const
+{
+    return kestrova::accessibilityExplanation(m_state);
 }
 
 void SettingsModel::requestMicrophone()

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "ViewModels/AppController.h"
-#include "Views/Primitives/Theme/Tones.h"
+#include "Views/Primitives/Controls/PillStatus.h"
+#include "Views/Primitives/Controls/ProgressStatus.h"
 #include "Views/Recorder/ShortcutRecorder.h"
 
 namespace kestrova {
@@ -14,59 +15,61 @@ class SettingsModel final : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("Made by the program.")
 
-    Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
-    /// A StatusPillTone.
-    Q_PROPERTY(int statusTone READ statusTone NOTIFY changed)
-    Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY changed)
+    Q_PROPERTY(kestrova::PillStatus status READ status NOTIFY statusChanged)
     /// Empty when there is none.
-    Q_PROPERTY(QString lastError READ lastError NOTIFY changed)
+    Q_PROPERTY(QString lastError READ lastError NOTIFY errorChanged)
 
     // General
-    Q_PROPERTY(QString shortcut READ shortcut NOTIFY changed)
+    Q_PROPERTY(QString shortcut READ shortcut NOTIFY shortcutChanged)
     /// Why the shortcut does not do what the user expects; empty when it does.
-    Q_PROPERTY(QString shortcutHint READ shortcutHint NOTIFY changed)
+    Q_PROPERTY(QString shortcutHint READ shortcutHint NOTIFY shortcutChanged)
     /// Whether shortcuts are recorded here, or in a dialog of the desktop's that can be opened.
     Q_PROPERTY(bool recordsShortcuts READ recordsShortcuts CONSTANT)
     Q_PROPERTY(bool configuresShortcuts READ configuresShortcuts CONSTANT)
     Q_PROPERTY(QString shortcutTip READ shortcutTip CONSTANT)
     Q_PROPERTY(kestrova::ShortcutRecorder *recorder READ recorder CONSTANT)
-    Q_PROPERTY(Theme theme READ theme WRITE setTheme NOTIFY changed)
+    Q_PROPERTY(Theme theme READ theme WRITE setTheme NOTIFY settingsChanged)
 
     // Whisper.cpp
-    Q_PROPERTY(bool isWhisperCLIReady READ isWhisperCLIReady NOTIFY changed)
+    Q_PROPERTY(kestrova::PillStatus toolStatus READ toolStatus NOTIFY toolChanged)
     Q_PROPERTY(QString pinnedCommit READ pinnedCommit CONSTANT)
-    Q_PROPERTY(QString resolvedWhisperCLIPath READ resolvedWhisperCLIPath NOTIFY changed)
-    Q_PROPERTY(QString whisperCLIPath READ whisperCLIPath WRITE setWhisperCLIPath NOTIFY changed)
+    Q_PROPERTY(QString resolvedWhisperCLIPath READ resolvedWhisperCLIPath NOTIFY toolChanged)
+    Q_PROPERTY(
+        QString whisperCLIPath READ whisperCLIPath WRITE setWhisperCLIPath NOTIFY settingsChanged)
     Q_PROPERTY(QString transcriptionLanguage READ transcriptionLanguage WRITE
-                   setTranscriptionLanguage NOTIFY changed)
+                   setTranscriptionLanguage NOTIFY settingsChanged)
     Q_PROPERTY(DecodingProfile decodingProfile READ decodingProfile WRITE setDecodingProfile NOTIFY
-                   changed)
+                   settingsChanged)
 
     // Model
-    Q_PROPERTY(
-        QString modelDownloadURL READ modelDownloadURL WRITE setModelDownloadURL NOTIFY changed)
-    Q_PROPERTY(QString modelSHA256 READ modelSHA256 WRITE setModelSHA256 NOTIFY changed)
-    Q_PROPERTY(bool isModelReady READ isModelReady NOTIFY changed)
-    Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY changed)
-    /// As ModelDownloadStatus tells it; the amount is empty while nothing is downloaded.
-    Q_PROPERTY(QString downloadAmount READ downloadAmount NOTIFY downloadChanged)
-    Q_PROPERTY(QString downloadPercentage READ downloadPercentage NOTIFY downloadChanged)
-    Q_PROPERTY(double downloadFraction READ downloadFraction NOTIFY downloadChanged)
+    Q_PROPERTY(QString modelDownloadURL READ modelDownloadURL WRITE setModelDownloadURL NOTIFY
+                   settingsChanged)
+    Q_PROPERTY(QString modelSHA256 READ modelSHA256 WRITE setModelSHA256 NOTIFY settingsChanged)
+    Q_PROPERTY(kestrova::PillStatus modelStatus READ modelStatus NOTIFY modelChanged)
+    Q_PROPERTY(bool isPreparingModel READ isPreparingModel NOTIFY modelChanged)
+    /// The amount is empty while nothing is downloaded.
+    Q_PROPERTY(kestrova::ProgressStatus download READ download NOTIFY downloadChanged)
 
     // Permissions
-    Q_PROPERTY(bool isMicrophoneGranted READ isMicrophoneGranted NOTIFY changed)
+    Q_PROPERTY(
+        kestrova::PillStatus microphoneStatus READ microphoneStatus NOTIFY permissionsChanged)
+    Q_PROPERTY(bool isMicrophoneGranted READ isMicrophoneGranted NOTIFY permissionsChanged)
     /// Why the microphone is not granted, and what helps. The hint is empty where the message says
     /// it all.
-    Q_PROPERTY(QString microphoneMessage READ microphoneMessage NOTIFY changed)
-    Q_PROPERTY(QString microphoneHint READ microphoneHint NOTIFY changed)
+    Q_PROPERTY(QString microphoneMessage READ microphoneMessage NOTIFY permissionsChanged)
+    Q_PROPERTY(QString microphoneHint READ microphoneHint NOTIFY permissionsChanged)
     /// What keeps a microphone that is granted from hearing the user; empty when nothing does.
-    Q_PROPERTY(QString microphoneNotice READ microphoneNotice NOTIFY changed)
-    Q_PROPERTY(bool isAccessibilityGranted READ isAccessibilityGranted NOTIFY changed)
+    Q_PROPERTY(QString microphoneNotice READ microphoneNotice NOTIFY microphoneChanged)
+    Q_PROPERTY(
+        kestrova::PillStatus accessibilityStatus READ accessibilityStatus NOTIFY permissionsChanged)
     /// False where no permission would help.
-    Q_PROPERTY(bool isAccessibilityAvailable READ isAccessibilityAvailable NOTIFY changed)
+    Q_PROPERTY(
+        bool isAccessibilityAvailable READ isAccessibilityAvailable NOTIFY permissionsChanged)
+    Q_PROPERTY(
+        QString accessibilityExplanation READ accessibilityExplanation NOTIFY permissionsChanged)
 
     // Diagnostics
-    Q_PROPERTY(QString diagnostics READ diagnostics NOTIFY changed)
+    Q_PROPERTY(QString diagnostics READ diagnostics NOTIFY diagnosticsChanged)
 
 public:
     enum Theme { Light, Dark };
@@ -79,9 +82,7 @@ public:
     /// The controller outlives this.
     SettingsModel(AppController &controller, const RecorderKeyboard &keyboard);
 
-    QString statusText() const;
-    StatusPillTone::Value statusTone() const;
-    QString statusIcon() const;
+    PillStatus status() const;
     QString lastError() const;
 
     QString shortcut() const;
@@ -93,6 +94,7 @@ public:
     Theme theme() const;
     void setTheme(Theme theme);
 
+    PillStatus toolStatus() const;
     bool isWhisperCLIReady() const;
     /// The version of whisper.cpp that the program is made for.
     static QString pinnedCommit();
@@ -108,18 +110,20 @@ public:
     void setModelDownloadURL(const QString &address);
     QString modelSHA256() const;
     void setModelSHA256(const QString &digest);
+    PillStatus modelStatus() const;
     bool isModelReady() const;
     bool isPreparingModel() const;
-    QString downloadAmount() const;
-    QString downloadPercentage() const;
-    double downloadFraction() const;
+    ProgressStatus download() const;
 
+    PillStatus microphoneStatus() const;
     bool isMicrophoneGranted() const;
     QString microphoneMessage() const;
     QString microphoneHint() const;
     QString microphoneNotice() const;
+    PillStatus accessibilityStatus() const;
     bool isAccessibilityGranted() const;
     bool isAccessibilityAvailable() const;
+    QString accessibilityExplanation() const;
 
     QString diagnostics() const;
 
@@ -142,9 +146,16 @@ public:
     Q_INVOKABLE void copyDiagnostics();
 
 Q_SIGNALS:
-    /// Of any property but those of the download.
-    void changed();
+    void statusChanged();
+    void errorChanged();
+    void shortcutChanged();
+    void settingsChanged();
+    void toolChanged();
+    void modelChanged();
     void downloadChanged();
+    void permissionsChanged();
+    void microphoneChanged();
+    void diagnosticsChanged();
     /// "dashboard".
     void openWindowRequested(const QString &identifier);
 

@@ -9,14 +9,6 @@ ThemedSceneRoot {
     id: window
 
     required property SettingsModel model
-
-    readonly property var tabs: [
-        { title: "General", symbol: "slider.horizontal.3" },
-        { title: "Whisper.cpp", symbol: "waveform" },
-        { title: "Model", symbol: "externaldrive" },
-        { title: "Permissions", symbol: "hand.raised" },
-        { title: "Diagnostics", symbol: "wrench.and.screwdriver" }
-    ]
     property int selectedTab: 0
     readonly property int sidebarWidth: 180
 
@@ -32,11 +24,33 @@ ThemedSceneRoot {
         spacing: 0
 
         SidebarList {
+            id: sidebar
+
             Layout.fillHeight: true
             Layout.preferredWidth: window.sidebarWidth
-            tabs: window.tabs
             currentIndex: window.selectedTab
             onChosen: index => window.selectedTab = index
+
+            SidebarTab {
+                title: "General"
+                symbol: "slider.horizontal.3"
+            }
+            SidebarTab {
+                title: "Whisper.cpp"
+                symbol: "waveform"
+            }
+            SidebarTab {
+                title: "Model"
+                symbol: "externaldrive"
+            }
+            SidebarTab {
+                title: "Permissions"
+                symbol: "hand.raised"
+            }
+            SidebarTab {
+                title: "Diagnostics"
+                symbol: "wrench.and.screwdriver"
+            }
         }
         ScrollPane {
             id: pane
@@ -61,12 +75,10 @@ ThemedSceneRoot {
 
                         SectionTitle {
                             Layout.fillWidth: true
-                            subtitle: window.tabs[window.selectedTab].title
+                            subtitle: sidebar.tabs[window.selectedTab].title
                         }
                         StatusPill {
-                            text: window.model.statusText
-                            tone: window.model.statusTone
-                            icon: window.model.statusIcon
+                            status: window.model.status
                         }
                     }
                 }

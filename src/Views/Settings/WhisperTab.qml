@@ -27,9 +27,7 @@ ColumnLayout {
                 color: Theme.secondary
             }
             StatusPill {
-                text: tab.model.isWhisperCLIReady ? "Ready" : "Not Found"
-                tone: tab.model.isWhisperCLIReady ? StatusPillTone.Success : StatusPillTone.Warning
-                icon: tab.model.isWhisperCLIReady ? "checkmark" : "exclamationmark"
+                status: tab.model.toolStatus
             }
         }
         RowLayout {

@@ -16,7 +16,10 @@ TestCase {
         id: component
 
         DeliveryCard {
+            property var earlier
+
             width: 336
+            earlierTranscripts: earlier
         }
     }
     SignalSpy {
@@ -31,7 +34,7 @@ TestCase {
     }
 
     function card(notice: string, earlier: var): var {
-        const made = createTemporaryObject(component, this, { notice: notice, earlierTranscripts: earlier });
+        const made = createTemporaryObject(component, this, { notice: notice, earlier: earlier });
         copies.target = made;
         earlierCopies.target = made;
         copies.clear();

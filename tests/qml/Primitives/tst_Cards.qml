@@ -29,7 +29,12 @@ TestCase {
         id: pillComponent
 
         StatusPill {
-            text: "Ready"
+            property int tone
+            property string icon
+
+            status.text: "Ready"
+            status.tone: tone
+            status.icon: icon
         }
     }
 

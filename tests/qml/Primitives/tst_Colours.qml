@@ -63,8 +63,11 @@ TestCase {
         id: pillComponent
 
         StatusPill {
-            text: "Ready"
-            icon: "checkmark"
+            property int tone
+
+            status.text: "Ready"
+            status.tone: tone
+            status.icon: "checkmark"
         }
     }
 

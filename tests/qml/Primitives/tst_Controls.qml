@@ -135,9 +135,17 @@ TestCase {
         SidebarList {
             width: 184
             height: 200
-            tabs: [{ title: "One", symbol: "gear" }, { title: "Two", symbol: "power" }]
             currentIndex: 0
             onChosen: index => currentIndex = index
+
+            SidebarTab {
+                title: "One"
+                symbol: "gear"
+            }
+            SidebarTab {
+                title: "Two"
+                symbol: "power"
+            }
         }
     }
 

@@ -1,4 +1,4 @@
-#include "ViewModels/HotkeyTexts.h"
+#include "ViewModels/Texts/HotkeyTexts.h"
 
 #include "Models/Settings/HotkeyShortcut.h"
 #include "support/QtPrinting.h"

@@ -1,4 +1,4 @@
-#include "ViewModels/MicrophonePermissionMessages.h"
+#include "ViewModels/Texts/MicrophonePermissionMessages.h"
 
 #include "support/QtPrinting.h"
 

@@ -39,18 +39,13 @@ protected:
         return event;
     }
 
-    UsageCard card(int index) const { return model->usageCards().at(index).value<UsageCard>(); }
-    HotbarSlotRow slot(int slotIndex) const
-    {
-        return model->hotbarSlots().at(slotIndex - 1).value<HotbarSlotRow>();
-    }
-    static QStringList texts(const QVariantList &rows)
+    UsageCard card(int index) const { return model->usageCards().at(index); }
+    HotbarSlotRow slot(int slotIndex) const { return model->hotbarSlots().at(slotIndex - 1); }
+    static QStringList texts(const QList<UsageRow> &rows)
     {
         QStringList texts;
-        for (const QVariant &row : rows) {
-            const auto usage = row.value<UsageRow>();
-            texts.append(u"%1: %2, %3"_s.arg(usage.name, usage.count).arg(usage.share));
-        }
+        for (const UsageRow &row : rows)
+            texts.append(u"%1: %2, %3"_s.arg(row.name, row.count).arg(row.share));
         return texts;
     }
     /// Presses a shortcut in the recorder's sheet and saves it.
@@ -130,14 +125,14 @@ TEST_F(DashboardModelTest, OfAnEndlessErrorTheBeginningIsShownAndAllOfItCopied)
 TEST_F(DashboardModelTest, TheStatusIsToldAsInThePopover)
 {
     open();
-    EXPECT_EQ(model->statusText(), u"Ready"_s);
-    EXPECT_EQ(model->statusTone(), StatusPillTone::Neutral);
+    EXPECT_EQ(model->status().text, u"Ready"_s);
+    EXPECT_EQ(model->status().tone, StatusPillTone::Neutral);
     const QSignalSpy changes(model.get(), &DashboardModel::statusChanged);
     toggle();
     EXPECT_EQ(changes.size(), 1);
-    EXPECT_EQ(model->statusText(), u"Recording..."_s);
-    EXPECT_EQ(model->statusTone(), StatusPillTone::Recording);
-    EXPECT_FALSE(model->statusIcon().isEmpty());
+    EXPECT_EQ(model->status().text, u"Recording..."_s);
+    EXPECT_EQ(model->status().tone, StatusPillTone::Recording);
+    EXPECT_FALSE(model->status().icon.isEmpty());
 }
 
 TEST_F(DashboardModelTest, TheCardsTellTheFourRanges)

@@ -13,7 +13,7 @@ struct Case
 {
     const char *name;
     DictationState state;
-    DictationStatus expected;
+    PillStatus expected;
 };
 
 class DictationStatusOfEachState : public testing::TestWithParam<Case>
@@ -22,7 +22,7 @@ class DictationStatusOfEachState : public testing::TestWithParam<Case>
 
 TEST_P(DictationStatusOfEachState, HasItsTextToneAndIcon)
 {
-    const DictationStatus shown = DictationStatus::of(GetParam().state);
+    const PillStatus shown = dictationStatus(GetParam().state);
     EXPECT_EQ(shown.text, GetParam().expected.text);
     EXPECT_EQ(shown.tone, GetParam().expected.tone);
     EXPECT_EQ(shown.icon, GetParam().expected.icon);

@@ -8,7 +8,9 @@
 #include "support/WaitUntil.h"
 #include "support/Warnings.h"
 
+#include <QFile>
 #include <QQuickWindow>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
@@ -18,6 +20,7 @@
 namespace kestrova {
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -57,6 +60,20 @@ protected:
     {
         ASSERT_TRUE(scenes->open(identifier));
         ASSERT_TRUE(waitUntil([&] { return isInFront(title); })) << title.toStdString();
+    }
+    static constexpr qint64 muchMemory = 10'000'000;
+    /// In bytes.
+    static qint64 residentMemory()
+    {
+        QFile file(u"/proc/self/statm"_s);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
+    }
+    static void pass(std::chrono::milliseconds time)
+    {
+        QEventLoop loop;
+        QTimer::singleShot(time, &loop, &QEventLoop::quit);
+        loop.exec();
     }
     /// As a screen reader does it.
     static void press(const QString &title, const QString &button)
@@ -147,6 +164,25 @@ TEST_F(ScenesTest, ATrayClickOpensAndClosesThePopover)
     open(u"popover"_s, u"Kestrova"_s);
     EXPECT_TRUE(scenes->close(u"popover"_s));
     EXPECT_TRUE(waitUntil([] { return !window(u"Kestrova"_s); }));
+}
+
+TEST_F(ScenesTest, MemoryIsGivenBackSomeTimeAfterTheLastWindowHasGone)
+{
+    scenes.emplace(*controller, fake.platform, trayItem, 200ms);
+    ASSERT_TRUE(panel.start(trayItem));
+    for (int round = 0; round < 2; ++round) {
+        open(u"popover"_s, u"Kestrova"_s);
+        open(u"settings"_s, u"Settings"_s);
+        ASSERT_TRUE(waitUntil([] { return !window(u"Kestrova"_s); }));
+        pass(400ms);
+        const qint64 opened = residentMemory();
+        pass(400ms);
+        EXPECT_GT(residentMemory(), opened - muchMemory) << "the settings are open";
+        EXPECT_TRUE(scenes->close(u"settings"_s));
+        EXPECT_TRUE(waitUntil([&] { return residentMemory() < opened - muchMemory; }));
+    }
+    scenes->togglePopover();
+    EXPECT_TRUE(waitUntil([] { return isInFront(u"Kestrova"_s); }));
 }
 
 TEST_F(ScenesTest, AWindowThatCannotBeShownIsTold)

@@ -1,16 +1,23 @@
 #include "Views/Settings/SettingsModel.h"
 
 #include "ViewModels/ControllerTest.h"
+#include "Views/AnnouncedTopics.h"
+
+#include <gmock/gmock.h>
 
 namespace kestrova {
 namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 class SettingsModelTest : public ControllerTest
 {
 protected:
     SettingsModelTest()
     {
-        QObject::connect(&model, &SettingsModel::changed, &model, [this] { ++changes; });
         QObject::connect(&model, &SettingsModel::openWindowRequested, &model,
                          [this](const QString &identifier) { opened.append(identifier); });
     }
@@ -23,7 +30,7 @@ protected:
     }
 
     SettingsModel model{*controller, {*fake.platform.keyMonitoring, *fake.platform.windowing}};
-    int changes = 0;
+    AnnouncedTopics topics{model};
     QStringList opened;
 };
 
@@ -31,12 +38,11 @@ using NamedShortcutsInSettingsTest = ControllerTest;
 
 TEST_F(SettingsModelTest, TheStatusIsThatOfTheDictation)
 {
-    EXPECT_EQ(model.statusText(), u"Ready"_s);
-    EXPECT_EQ(model.statusTone(), StatusPillTone::Neutral);
-    toggle();
-    EXPECT_EQ(model.statusText(), u"Recording..."_s);
-    EXPECT_EQ(model.statusTone(), StatusPillTone::Recording);
-    EXPECT_GT(changes, 0);
+    EXPECT_EQ(model.status().text, u"Ready"_s);
+    EXPECT_EQ(model.status().tone, StatusPillTone::Neutral);
+    EXPECT_THAT(topics.announcedBy([&] { toggle(); }), Contains("statusChanged"));
+    EXPECT_EQ(model.status().text, u"Recording..."_s);
+    EXPECT_EQ(model.status().tone, StatusPillTone::Recording);
 }
 
 TEST_F(SettingsModelTest, AnErrorIsShownAndCopied)
@@ -60,9 +66,9 @@ TEST_F(SettingsModelTest, OfAnEndlessErrorTheBeginningIsShownAndAllOfItCopied)
 TEST_F(SettingsModelTest, AShortcutThatTheKeyboardCannotTypeIsExplainedAsLongAsItIsSo)
 {
     EXPECT_EQ(model.shortcutHint(), QString());
-    changes = 0;
-    fake.keyboard.setMissingModifiers(HotkeyShortcut::command);
-    EXPECT_GT(changes, 0);
+    EXPECT_THAT(
+        topics.announcedBy([&] { fake.keyboard.setMissingModifiers(HotkeyShortcut::command); }),
+        ElementsAre("shortcutChanged"));
     EXPECT_EQ(model.shortcutHint(),
               u"⌘⇧Space cannot be typed on this keyboard: it has no Super (⌘) key. Record another "
               "shortcut, or change the keyboard's options."_s);
@@ -221,13 +227,13 @@ TEST_F(SettingsModelTest, APresetIsOneChangeAndClearsTheChecksum)
 TEST_F(SettingsModelTest, TheModelIsDownloadedAnewAndItsProgressTold)
 {
     EXPECT_TRUE(model.isModelReady());
-    EXPECT_EQ(model.downloadAmount(), QString());
+    EXPECT_EQ(model.download().amount, QString());
     model.downloadModel();
     EXPECT_TRUE(model.isPreparingModel());
     state().modelDownload.set(DownloadProgress{62'000'000, 148'000'000});
-    EXPECT_EQ(model.downloadAmount(), u"62 MB of 148 MB"_s);
-    EXPECT_EQ(model.downloadPercentage(), u"41%"_s);
-    EXPECT_NEAR(model.downloadFraction(), 0.42, 0.01);
+    EXPECT_EQ(model.download().amount, u"62 MB of 148 MB"_s);
+    EXPECT_EQ(model.download().percentage, u"41%"_s);
+    EXPECT_NEAR(model.download().fraction, 0.42, 0.01);
     settle();
     EXPECT_FALSE(model.isPreparingModel());
     EXPECT_NE(model.lastError(), QString()); // nobody serves it
@@ -248,12 +254,14 @@ TEST_F(SettingsModelTest, WhyTheMicrophoneIsNotGrantedIsSaidWithWhatHelps)
 TEST_F(SettingsModelTest, WhatKeepsAGrantedMicrophoneFromHearingIsSaid)
 {
     EXPECT_EQ(model.microphoneNotice(), QString());
-    fake.audioInput.setCondition(MicrophoneCondition::noDevice);
-    settle();
+    EXPECT_THAT(topics.announcedBy([&] {
+        fake.audioInput.setCondition(MicrophoneCondition::noDevice);
+        settle();
+    }),
+                ElementsAre("microphoneChanged"));
     EXPECT_TRUE(model.isMicrophoneGranted());
     EXPECT_EQ(model.microphoneNotice(),
               u"There is no microphone. Connect one, or turn it on in the sound settings."_s);
-    EXPECT_GT(changes, 0);
 }
 
 TEST_F(SettingsModelTest, TheSystemsOwnAdviceAboutTheMicrophoneComesFirst)
@@ -273,6 +281,62 @@ TEST_F(SettingsModelTest, PermissionsAreAskedFor)
     model.promptForAccessibility();
     EXPECT_EQ(fake.access.accessibilityPromptCount(), 1);
     EXPECT_TRUE(model.isAccessibilityGranted());
+}
+
+TEST_F(SettingsModelTest, ThePillsTellWhatIsThereAndWhatIsMissing)
+{
+    EXPECT_EQ(model.toolStatus(), PillStatus::success(u"Ready"_s));
+    EXPECT_EQ(model.modelStatus(), PillStatus::success(u"Model Ready"_s));
+    EXPECT_EQ(model.microphoneStatus(), PillStatus::success(u"Granted"_s));
+    EXPECT_EQ(model.accessibilityStatus(), PillStatus::success(u"Granted"_s));
+    state().isWhisperCLIReady.set(false);
+    state().isModelReady.set(false);
+    state().permissions.set({});
+    EXPECT_EQ(model.toolStatus(), PillStatus::warning(u"Not Found"_s));
+    EXPECT_EQ(model.modelStatus(), PillStatus::warning(u"Model Missing"_s));
+    EXPECT_EQ(model.microphoneStatus(), PillStatus::warning(u"Not Granted"_s));
+    EXPECT_EQ(model.accessibilityStatus(), PillStatus::warning(u"Not Granted"_s));
+    state().accessibility.set(Access::unavailable);
+    EXPECT_EQ(model.accessibilityStatus(), PillStatus::warning(u"Not Available"_s));
+}
+
+TEST_F(SettingsModelTest, EveryMemberThatItShowsIsAnnouncedByItsTopicsAlone)
+{
+    const auto announced = [&](auto change) { return topics.announcedBy(change); };
+    EXPECT_THAT(announced([&] { model.setTheme(SettingsModel::Dark); }),
+                UnorderedElementsAre("settingsChanged", "diagnosticsChanged"));
+    EXPECT_THAT(announced([&] { state().state.set(DictationState::recording()); }),
+                UnorderedElementsAre("statusChanged", "diagnosticsChanged"));
+    EXPECT_THAT(announced([&] { state().lastError.set(u"It failed."_s); }),
+                ElementsAre("errorChanged"));
+    EXPECT_THAT(announced([&] { state().isModelReady.set(false); }),
+                UnorderedElementsAre("modelChanged", "diagnosticsChanged"));
+    EXPECT_THAT(announced([&] { state().isPreparingModel.set(true); }),
+                ElementsAre("modelChanged"));
+    EXPECT_THAT(announced([&] {
+                    state().modelDownload.set(DownloadProgress{1, 2});
+                }),
+                ElementsAre("downloadChanged"));
+    EXPECT_THAT(announced([&] { state().isWhisperCLIReady.set(false); }),
+                ElementsAre("toolChanged"));
+    EXPECT_THAT(announced([&] { state().resolvedWhisperCLIPath.set(u"/bin/tool"_s); }),
+                ElementsAre("toolChanged"));
+    EXPECT_THAT(
+        announced([&] { state().permissions.set({}); }),
+        UnorderedElementsAre("permissionsChanged", "microphoneChanged", "diagnosticsChanged"));
+    EXPECT_THAT(announced([&] { state().accessibility.set(Access::unavailable); }),
+                ElementsAre("permissionsChanged"));
+    EXPECT_THAT(announced([&] { state().hotkeys.set({}); }), ElementsAre("shortcutChanged"));
+}
+
+TEST_F(SettingsModelTest, NothingIsAnnouncedThatIsTheSameOrNotShown)
+{
+    EXPECT_THAT(topics.announcedBy([&] {
+        state().state.set(state().state.get());
+        state().lastTranscript.set(u"Hello"_s);
+        state().sessionWordCount.set(7);
+    }),
+                IsEmpty());
 }
 
 TEST_F(SettingsModelTest, TheReportIsPrintedAndCopied)

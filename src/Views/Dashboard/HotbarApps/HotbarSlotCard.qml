@@ -1,14 +1,14 @@
 import QtQuick
 import QtQuick.Layouts
 import Kestrova.Primitives
+import Kestrova.Dashboard
 
 // A slot of the hotbar: its application, its shortcut, and what can be done with them. Where the
 // buttons do not fit beside the rest they stand below it, at the trailing edge.
 SurfaceCard {
     id: card
 
-    // A HotbarSlotRow.
-    required property var slot
+    required property hotbarSlotRow slot
     property bool canAssign: true
     property bool recordsShortcuts: true
     signal assignRequested

@@ -22,9 +22,7 @@ ColumnLayout {
             subtitle: "Live insight into recordings, words, and routing"
         }
         StatusPill {
-            text: tab.model.statusText
-            tone: tab.model.statusTone
-            icon: tab.model.statusIcon
+            status: tab.model.status
         }
     }
     GridLayout {

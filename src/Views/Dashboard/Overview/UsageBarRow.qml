@@ -1,13 +1,13 @@
 import QtQuick
 import QtQuick.Layouts
 import Kestrova.Primitives
+import Kestrova.Dashboard
 
 // A name and its count over a bar that compares it with the others.
 Column {
     id: bar
 
-    // A UsageRow.
-    required property var row
+    required property usageRow row
 
     spacing: 6
     Accessible.role: Accessible.StaticText

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kestrova.Primitives
+import Kestrova.Dashboard
 
 // Names with their counts, each over a bar; a sentence when there are none.
 SurfaceCard {
@@ -9,8 +10,9 @@ SurfaceCard {
 
     required property string title
     required property string emptyText
-    // UsageRows
-    required property var rows
+    required property list<usageRow> rows
+    // Of a bar that is about to go.
+    property usageRow none
 
     padding: 14
 
@@ -39,7 +41,7 @@ SurfaceCard {
                 required property int index
 
                 width: parent.width
-                row: panel.rows[index]
+                row: panel.rows[index] ?? panel.none
             }
         }
     }

@@ -1,12 +1,12 @@
 import QtQuick
 import Kestrova.Primitives
+import Kestrova.Dashboard
 
 // The totals of one time range.
 SurfaceCard {
     id: card
 
-    // A UsageCard.
-    required property var totals
+    required property usageCard totals
 
     padding: 14
 

@@ -8,8 +8,7 @@ import Kestrova.Primitives
 FocusScope {
     id: sidebar
 
-    // Objects with the strings "title" and "symbol".
-    required property var tabs
+    default property list<SidebarTab> tabs
     required property int currentIndex
     signal chosen(int index)
 
@@ -52,7 +51,7 @@ FocusScope {
             T.TabButton {
                 id: row
 
-                required property var modelData
+                required property SidebarTab modelData
                 required property int index
                 readonly property bool isCurrent: index === sidebar.currentIndex
 

@@ -5,11 +5,9 @@ import Kestrova.Primitives
 Rectangle {
     id: pill
 
-    required property string text
-    property int tone: StatusPillTone.Neutral
-    property string icon
+    required property pillStatus status
 
-    readonly property color textColor: tone === StatusPillTone.Neutral ? Theme.primary : Theme.onFill
+    readonly property color textColor: status.tone === StatusPillTone.Neutral ? Theme.primary : Theme.onFill
 
     implicitWidth: Math.ceil(row.implicitWidth) + 16
     implicitHeight: row.implicitHeight + 6
@@ -17,10 +15,10 @@ Rectangle {
     color: fillColor()
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: text
+    Accessible.name: status.text
 
     function fillColor(): color {
-        switch (tone) {
+        switch (status.tone) {
         case StatusPillTone.Success:
             return Theme.greenFill;
         case StatusPillTone.Warning:
@@ -42,13 +40,13 @@ Rectangle {
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
-            visible: pill.icon.length > 0
-            name: pill.icon
+            visible: pill.status.icon.length > 0
+            name: pill.status.icon
             size: 9
             color: pill.textColor
         }
         StyledText {
-            text: pill.text
+            text: pill.status.text
             style: Theme.pill
             color: pill.textColor
             Accessible.ignored: true

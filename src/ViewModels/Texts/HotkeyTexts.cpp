@@ -1,4 +1,4 @@
-#include "ViewModels/HotkeyTexts.h"
+#include "ViewModels/Texts/HotkeyTexts.h"
 
 #include "Models/Settings/HotbarSlotAssignment.h"
 #include "Models/Settings/HotkeyShortcut.h"

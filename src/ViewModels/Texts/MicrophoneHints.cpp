@@ -1,4 +1,4 @@
-#include "ViewModels/MicrophoneHints.h"
+#include "ViewModels/Texts/MicrophoneHints.h"
 
 namespace kestrova {
 

@@ -1,4 +1,4 @@
-#include "ViewModels/MicrophonePermissionMessages.h"
+#include "ViewModels/Texts/MicrophonePermissionMessages.h"
 
 namespace kestrova {
 
