@@ -1,5 +1,6 @@
 #include "Views/Settings/SettingsModel.h"
 
+#include "Services/Dictation/WhisperCppConfig.h"
 #include "ViewModels/HotkeyBindings.h"
 #include "ViewModels/HotkeyTexts.h"
 #include "ViewModels/MicrophoneHints.h"
@@ -142,7 +143,7 @@ bool SettingsModel::isWhisperCLIReady() const
 
 QString SettingsModel::pinnedCommit()
 {
-    return u"9f70a352f9c9c4209f3e8f79f4f4f0f6b27f2b7d"_s;
+    return WhisperCppConfig::knownCommit();
 }
 
 QString SettingsModel::resolvedWhisperCLIPath() const
