@@ -1,7 +1,7 @@
 #include "Models/Json/JsonTree.h"
 
-#include "Models/Json/JsonNumber.h"
 #include "Models/Json/JsonParsing.h"
+#include "Models/Json/JsonScalars.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -30,11 +30,11 @@ public:
     const QJsonValue &root() const { return m_root; }
 
     void beginObject(const char *) { m_open.emplace_back(); }
-    void key(std::string_view key) { m_open.back().key = QString::fromUtf8(key); }
+    void key(std::string_view key) { m_open.back().key = textFromJson(key); }
     void endObject(const char *) { close(); }
     void beginArray() { m_open.emplace_back().isArray = true; }
     void endArray() { close(); }
-    void string(std::string_view text) { add(QString::fromUtf8(text)); }
+    void string(std::string_view text) { add(textFromJson(text)); }
     void boolean(bool value) { add(value); }
     void null() { add(QJsonValue::Null); }
 

@@ -1,8 +1,8 @@
 #include "Models/Usage/UsageEventsJson.h"
 
-#include "Models/Json/JsonNumber.h"
 #include "Models/Json/JsonObjectWriter.h"
 #include "Models/Json/JsonParsing.h"
+#include "Models/Json/JsonScalars.h"
 
 #include <algorithm>
 #include <array>
@@ -53,7 +53,7 @@ public:
         const auto found = m_names.find(utf8);
         if (found != m_names.end())
             return found->second;
-        return m_names.emplace(utf8, QString::fromUtf8(utf8)).first->second;
+        return m_names.emplace(utf8, textFromJson(utf8)).first->second;
     }
 
 private:

@@ -170,6 +170,22 @@ TEST(StrictJson, ADocumentIsReadThatIsAPartOfMoreBytes)
     EXPECT_FALSE(isLog(QByteArray::fromRawData(bytes.data() + settings.size(), log.size() - 1)));
 }
 
+TEST(StrictJson, AByteOrderMarkInATextIsACharacterOfIt)
+{
+    const QString name = u"\uFEFFa\uFEFF"_s;
+    const AppSettings settings =
+        AppSettings::fromJson(settingsWith("\"transcriptionLanguage\":\"" + name.toUtf8() + "\""));
+    EXPECT_EQ(settings.transcriptionLanguage, name);
+    EXPECT_EQ(AppSettings::fromJson(settings.toJson()).transcriptionLanguage, name);
+    EXPECT_EQ(AppSettings::fromJson(settingsWith(R"("\uFEFFtheme":"dark")")).theme,
+              AppTheme::light);
+
+    const UsageEvent event =
+        usageEventsFromJson(logWith("\"targetAppName\":\"" + name.toUtf8() + "\"")).first();
+    EXPECT_EQ(event.targetAppName, name);
+    EXPECT_EQ(usageEventsFromJson(logWith(R"("\uFEFFwordCount":4)")).first().wordCount, 3);
+}
+
 TEST(StrictJson, OfARepeatedKeyTheLastCounts)
 {
     const AppSettings settings =

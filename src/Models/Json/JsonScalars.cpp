@@ -1,4 +1,6 @@
-#include "Models/Json/JsonNumber.h"
+#include "Models/Json/JsonScalars.h"
+
+#include <QStringDecoder>
 
 #include <charconv>
 #include <cmath>
@@ -18,6 +20,12 @@ std::optional<Number> parsed(std::string_view text)
 }
 
 } // namespace
+
+QString textFromJson(std::string_view utf8)
+{
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decode(QByteArrayView(utf8.data(), qsizetype(utf8.size())));
+}
 
 std::optional<double> doubleFromJson(std::string_view number)
 {
