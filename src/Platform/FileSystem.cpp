@@ -74,6 +74,12 @@ void replaceFile(const QString &from, const QString &to)
         throw fileError(to, errno);
 }
 
+void replaceFileDurably(const QString &from, const QString &to)
+{
+    replaceFile(from, to);
+    syncDirectory(QFileInfo(to).path());
+}
+
 void syncDirectory(const QString &directory)
 {
     const int descriptor =

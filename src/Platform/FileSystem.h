@@ -38,6 +38,11 @@ void makePrivateDirectories(const QString &path);
 /// nothing changed.
 void replaceFile(const QString &from, const QString &to);
 
+/// The same, and makes the new name durable, as syncDirectory() does. The file's contents must be
+/// on disk already, or a power failure could leave the new name without them. Throws PlatformError:
+/// when it names the folder, the file is replaced and only not known to be on disk.
+void replaceFileDurably(const QString &from, const QString &to);
+
 /// Makes the names in a directory durable: a rename survives a power failure only once the folder
 /// that holds the name is on disk too. Throws PlatformError.
 void syncDirectory(const QString &directory);

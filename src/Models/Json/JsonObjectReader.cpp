@@ -1,8 +1,6 @@
 #include "Models/Json/JsonObjectReader.h"
 
-#include "Models/Json/JsonCursor.h"
-
-#include <QJsonDocument>
+#include "Models/Json/JsonTree.h"
 
 #include <limits>
 
@@ -44,19 +42,10 @@ qint64 wholeNumberOf(const QJsonValue &value, QLatin1String key)
 
 QJsonObject parseJsonObject(const QByteArray &bytes)
 {
-    // QJsonDocument also takes what is no JSON: unknown escapes, control characters, "49.", half a
-    // character.
-    JsonCursor strict(bytes);
-    strict.skipValue();
-    strict.expectEnd();
-
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    if (error.error != QJsonParseError::NoError)
-        throw JsonDecodingError(error.errorString());
-    if (!document.isObject())
+    const QJsonValue root = jsonTree(bytes);
+    if (!root.isObject())
         throw JsonDecodingError(u"The document is not an object."_s);
-    return document.object();
+    return root.toObject();
 }
 
 QString jsonText(const QString &text)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/ReadableError.h"
+#include "Models/Json/JsonDecodingError.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -9,15 +9,8 @@
 
 namespace kestrova {
 
-/// A stored document that does not have the form it must have.
-class JsonDecodingError final : public ReadableError
-{
-public:
-    using ReadableError::ReadableError;
-};
-
 /// Parses a document whose root is an object; throws JsonDecodingError otherwise, and for all that
-/// is no JSON (RFC 8259).
+/// parseJson() refuses. Of a repeated key the last counts.
 QJsonObject parseJsonObject(const QByteArray &bytes);
 
 /// A string's text as JSON can hold it: half a character (a surrogate on its own) is replaced.

@@ -1,29 +1,48 @@
 #include "Models/Usage/UsageEventsJson.h"
 
-#include "Models/Json/JsonCursor.h"
+#include "Models/Json/JsonObjectWriter.h"
+#include "Models/Json/JsonParsing.h"
+#include "Models/Json/JsonScalars.h"
 
+#include <algorithm>
 #include <array>
-#include <cctype>
-#include <charconv>
+#include <bitset>
 #include <string>
 #include <unordered_map>
 
 namespace kestrova {
 
-namespace {
+using namespace Qt::StringLiterals;
 
-constexpr std::string_view idKey = "id";
-constexpr std::string_view timestampKey = "timestamp";
-constexpr std::string_view slotIndexKey = "slotIndex";
-constexpr std::string_view targetBundleIdentifierKey = "targetBundleIdentifier";
-constexpr std::string_view targetAppNameKey = "targetAppName";
-constexpr std::string_view wordCountKey = "wordCount";
-constexpr std::string_view durationMinutesKey = "durationMinutes";
+namespace {
 
 constexpr std::string_view uuidForm = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
 
-/// An event with two names of middling length fits.
-constexpr std::size_t usualEventSize = 320;
+/// Of an event; other ends the list.
+enum class Field {
+    id,
+    timestamp,
+    slotIndex,
+    targetBundleIdentifier,
+    targetAppName,
+    wordCount,
+    durationMinutes,
+    other
+};
+
+constexpr std::array<std::string_view, std::size_t(Field::other)> fieldNames{
+    "id",        "timestamp",      "slotIndex", "targetBundleIdentifier", "targetAppName",
+    "wordCount", "durationMinutes"};
+
+constexpr std::string_view nameOf(Field field)
+{
+    return fieldNames[std::size_t(field)];
+}
+
+Field fieldNamed(std::string_view name)
+{
+    return Field(std::find(fieldNames.begin(), fieldNames.end(), name) - fieldNames.begin());
+}
 
 /// One QString per name, however many events carry it.
 class Names
@@ -34,7 +53,7 @@ public:
         const auto found = m_names.find(utf8);
         if (found != m_names.end())
             return found->second;
-        return m_names.emplace(utf8, QString::fromUtf8(utf8)).first->second;
+        return m_names.emplace(utf8, textFromJson(utf8)).first->second;
     }
 
 private:
@@ -45,119 +64,189 @@ private:
     std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_names;
 };
 
-class EventReader
+bool isHexDigit(char character)
 {
-public:
-    explicit EventReader(const QByteArray &document) : m_json(document) {}
-
-    template <typename Take>
-    void readAll(Take take)
-    {
-        m_json.readArray([&] {
-            UsageEvent event;
-            const QByteArrayView text = m_json.textOf([&] { event = readEvent(); });
-            take(event, text);
-        });
-        m_json.expectEnd();
-    }
-
-private:
-    UsageEvent readEvent();
-    QUuid readUuid();
-
-    template <typename Read>
-    auto readUnlessNull(Read read) -> std::optional<decltype(read())>
-    {
-        return m_json.readNull() ? std::nullopt : std::optional(read());
-    }
-
-    JsonCursor m_json;
-    Names m_names;
-};
-
-UsageEvent EventReader::readEvent()
-{
-    UsageEvent event;
-    bool hasId = false;
-    bool hasTimestamp = false;
-    bool hasWordCount = false;
-    bool hasDurationMinutes = false;
-    const auto readName = [this] { return m_names.named(m_json.readString()); };
-    m_json.readObject([&](std::string_view key) {
-        if (key == idKey) {
-            event.id = readUuid();
-            hasId = true;
-        } else if (key == timestampKey) {
-            event.timestamp = {m_json.readNumber()};
-            hasTimestamp = true;
-        } else if (key == slotIndexKey) {
-            event.slotIndex = readUnlessNull([this] { return m_json.readWholeNumber(); });
-        } else if (key == targetBundleIdentifierKey) {
-            event.targetBundleIdentifier = readUnlessNull(readName);
-        } else if (key == targetAppNameKey) {
-            event.targetAppName = readUnlessNull(readName);
-        } else if (key == wordCountKey) {
-            event.wordCount = m_json.readWholeNumber();
-            hasWordCount = true;
-        } else if (key == durationMinutesKey) {
-            event.durationMinutes = m_json.readNumber();
-            hasDurationMinutes = true;
-        } else {
-            m_json.skipValue();
-        }
-    });
-    if (!hasId || !hasTimestamp || !hasWordCount || !hasDurationMinutes)
-        m_json.fail("lacks a key of an event");
-    return event;
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F') ||
+           (character >= 'a' && character <= 'f');
 }
 
-QUuid EventReader::readUuid()
+/// QUuid would also take braces, and a null UUID for damage.
+std::optional<QUuid> uuidFrom(std::string_view text)
 {
-    // QUuid would also take braces, and a null UUID for damage.
-    const std::string_view text = m_json.readString();
-    bool isCanonical = text.size() == uuidForm.size();
-    for (std::size_t i = 0; isCanonical && i < text.size(); ++i) {
-        isCanonical = uuidForm[i] == '-' ? text[i] == '-'
-                                         : std::isxdigit(static_cast<unsigned char>(text[i])) != 0;
-    }
-    if (!isCanonical)
-        m_json.fail("has a damaged UUID");
+    const auto fits = [](char character, char form) {
+        return form == '-' ? character == '-' : isHexDigit(character);
+    };
+    if (!std::equal(text.begin(), text.end(), uuidForm.begin(), uuidForm.end(), fits))
+        return std::nullopt;
     return QUuid::fromString(QLatin1String(text.data(), qsizetype(text.size())));
 }
 
-void appendKey(std::string_view key, std::string &json)
-{
-    json += json.ends_with('{') ? "\"" : ",\"";
-    json += key;
-    json += "\":";
-}
+using TakeEvent = std::function<void(const UsageEvent &, QByteArrayView text)>;
 
-/// The shortest text that reads as the same number.
-template <typename Number>
-void appendNumber(Number number, std::string &json)
+/// Handler of parseJson() for the whole log.
+class EventsHandler
 {
-    std::array<char, 32> text;
-    const auto result = std::to_chars(text.begin(), text.end(), number);
-    json.append(text.begin(), result.ptr);
-}
+public:
+    explicit EventsHandler(const TakeEvent &take) : m_take(take) {}
 
-void appendString(const QString &text, std::string &json)
-{
-    constexpr auto hexDigits = "0123456789abcdef";
-    json += '"';
-    for (const char character : text.toUtf8()) {
-        const auto code = static_cast<unsigned char>(character);
-        if (code < 0x20) {
-            json += "\\u00";
-            json += hexDigits[code >> 4];
-            json += hexDigits[code & 15];
-            continue;
-        }
-        if (character == '"' || character == '\\')
-            json += '\\';
-        json += character;
+    void beginObject(const char *begin);
+    void key(std::string_view key);
+    void endObject(const char *end);
+    void beginArray();
+    void endArray() { --m_depth; }
+    void string(std::string_view text);
+    void number(std::string_view text);
+    void boolean(bool) { refuseUnlessIgnored(); }
+    void null();
+
+private:
+    // What the innermost open container is; anything deeper is a value of an unknown key.
+    enum Depth { outside, inLog, inEvent };
+
+    bool isIgnored() const
+    {
+        return m_depth > inEvent || (m_depth == inEvent && m_field == Field::other);
     }
-    json += '"';
+    void refuseUnlessIgnored() const;
+    template <typename Value>
+    Value need(const std::optional<Value> &value) const;
+    [[noreturn]] void refuseValue() const;
+
+    const TakeEvent &m_take;
+    Names m_names;
+    int m_depth = outside;
+    UsageEvent m_event;
+    const char *m_begin = nullptr;
+    Field m_field = Field::other;
+    std::bitset<fieldNames.size() + 1> m_given;
+};
+
+void EventsHandler::refuseValue() const
+{
+    if (m_depth < inEvent)
+        throw JsonDecodingError(u"The document is not a list of events."_s);
+    throw JsonDecodingError(u"An event has a wrong value of \"%1\"."_s.arg(
+        QLatin1String(nameOf(m_field).data(), qsizetype(nameOf(m_field).size()))));
+}
+
+void EventsHandler::refuseUnlessIgnored() const
+{
+    if (!isIgnored())
+        refuseValue();
+}
+
+template <typename Value>
+Value EventsHandler::need(const std::optional<Value> &value) const
+{
+    if (!value)
+        refuseValue();
+    return *value;
+}
+
+void EventsHandler::beginObject(const char *begin)
+{
+    if (m_depth == inLog) {
+        m_event = {};
+        m_given.reset();
+        m_begin = begin;
+    } else {
+        refuseUnlessIgnored();
+    }
+    ++m_depth;
+}
+
+void EventsHandler::key(std::string_view key)
+{
+    if (m_depth != inEvent)
+        return;
+    m_field = fieldNamed(key);
+    m_given.set(std::size_t(m_field));
+}
+
+void EventsHandler::endObject(const char *end)
+{
+    --m_depth;
+    if (m_depth != inLog)
+        return;
+    for (const Field field :
+         {Field::id, Field::timestamp, Field::wordCount, Field::durationMinutes}) {
+        if (!m_given.test(std::size_t(field)))
+            throw JsonDecodingError(u"An event lacks a key."_s);
+    }
+    m_take(m_event, QByteArrayView(m_begin, end));
+}
+
+void EventsHandler::beginArray()
+{
+    if (m_depth != outside)
+        refuseUnlessIgnored();
+    ++m_depth;
+}
+
+void EventsHandler::string(std::string_view text)
+{
+    if (isIgnored())
+        return;
+    if (m_depth < inEvent)
+        refuseValue();
+    switch (m_field) {
+    case Field::id:
+        m_event.id = need(uuidFrom(text));
+        break;
+    case Field::targetBundleIdentifier:
+        m_event.targetBundleIdentifier = m_names.named(text);
+        break;
+    case Field::targetAppName:
+        m_event.targetAppName = m_names.named(text);
+        break;
+    default:
+        refuseValue();
+    }
+}
+
+void EventsHandler::number(std::string_view text)
+{
+    if (isIgnored())
+        return;
+    if (m_depth < inEvent)
+        refuseValue();
+    switch (m_field) {
+    case Field::timestamp:
+        m_event.timestamp = {need(doubleFromJson(text))};
+        break;
+    case Field::slotIndex:
+        m_event.slotIndex = need(wholeNumberFromJson(text));
+        break;
+    case Field::wordCount:
+        m_event.wordCount = need(wholeNumberFromJson(text));
+        break;
+    case Field::durationMinutes:
+        m_event.durationMinutes = need(doubleFromJson(text));
+        break;
+    default:
+        refuseValue();
+    }
+}
+
+void EventsHandler::null()
+{
+    if (isIgnored())
+        return;
+    if (m_depth < inEvent)
+        refuseValue();
+    switch (m_field) {
+    case Field::slotIndex:
+        m_event.slotIndex.reset();
+        break;
+    case Field::targetBundleIdentifier:
+        m_event.targetBundleIdentifier.reset();
+        break;
+    case Field::targetAppName:
+        m_event.targetAppName.reset();
+        break;
+    default:
+        refuseValue();
+    }
 }
 
 } // namespace
@@ -170,41 +259,26 @@ QList<UsageEvent> usageEventsFromJson(const QByteArray &document)
     return events;
 }
 
-void readUsageEvents(const QByteArray &document,
-                     const std::function<void(const UsageEvent &, QByteArrayView text)> &take)
+void readUsageEvents(const QByteArray &document, const TakeEvent &take)
 {
-    EventReader(document).readAll(take);
+    EventsHandler handler(take);
+    parseJson(document, handler);
 }
 
 void appendJson(const UsageEvent &event, QByteArray &document)
 {
-    // Putting it together in a std::string takes two thirds of the time that QByteArray takes.
-    std::string json = "{";
-    json.reserve(usualEventSize);
-    appendKey(idKey, json);
-    json += '"';
-    json += std::string_view(event.id.toByteArray(QUuid::WithoutBraces).toUpper());
-    json += '"';
-    appendKey(timestampKey, json);
-    appendNumber(event.timestamp.secondsSinceReferenceDate, json);
-    if (event.slotIndex) {
-        appendKey(slotIndexKey, json);
-        appendNumber(*event.slotIndex, json);
-    }
-    if (event.targetBundleIdentifier) {
-        appendKey(targetBundleIdentifierKey, json);
-        appendString(*event.targetBundleIdentifier, json);
-    }
-    if (event.targetAppName) {
-        appendKey(targetAppNameKey, json);
-        appendString(*event.targetAppName, json);
-    }
-    appendKey(wordCountKey, json);
-    appendNumber(event.wordCount, json);
-    appendKey(durationMinutesKey, json);
-    appendNumber(event.durationMinutes, json);
-    json += '}';
-    document.append(json.data(), qsizetype(json.size()));
+    JsonObjectWriter object;
+    object.string(nameOf(Field::id), event.id.toString(QUuid::WithoutBraces).toUpper());
+    object.number(nameOf(Field::timestamp), event.timestamp.secondsSinceReferenceDate);
+    if (event.slotIndex)
+        object.number(nameOf(Field::slotIndex), *event.slotIndex);
+    if (event.targetBundleIdentifier)
+        object.string(nameOf(Field::targetBundleIdentifier), *event.targetBundleIdentifier);
+    if (event.targetAppName)
+        object.string(nameOf(Field::targetAppName), *event.targetAppName);
+    object.number(nameOf(Field::wordCount), event.wordCount);
+    object.number(nameOf(Field::durationMinutes), event.durationMinutes);
+    object.appendTo(document);
 }
 
 } // namespace kestrova

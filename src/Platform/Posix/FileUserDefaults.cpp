@@ -145,9 +145,8 @@ DocumentVersion FileUserDefaults::setData(const QString &key, const QByteArray &
     if (fdatasync(file.handle()) != 0)
         throw fileError(target, errno);
     const DocumentVersion version = versionOf(file, target);
-    replaceFile(file.fileName(), target);
+    replaceFileDurably(file.fileName(), target);
     file.setAutoRemove(false);
-    syncDirectory(QFileInfo(target).path());
     return version;
 }
 

@@ -112,8 +112,7 @@ void DefaultModelManager::install(PartialFile &download, const QString &stagingP
     download.moveTo(stagingPath);
     if (actualDigest != expectedDigest.toLower())
         throw KestrovaError::checksumMismatch(expectedDigest, actualDigest);
-    replaceFile(stagingPath, download.destination());
-    syncDirectory(QFileInfo(download.destination()).path());
+    replaceFileDurably(stagingPath, download.destination());
 }
 
 } // namespace kestrova

@@ -1,5 +1,6 @@
 #include "Views/Settings/SettingsModel.h"
 
+#include "Services/Dictation/WhisperCppConfig.h"
 #include "ViewModels/HotkeyBindings.h"
 #include "ViewModels/Texts/AccessibilityTexts.h"
 #include "ViewModels/Texts/HotkeyTexts.h"
@@ -155,7 +156,7 @@ bool SettingsModel::isWhisperCLIReady() const
 
 QString SettingsModel::pinnedCommit()
 {
-    return u"9f70a352f9c9c4209f3e8f79f4f4f0f6b27f2b7d"_s;
+    return WhisperCppConfig::knownCommit();
 }
 
 QString SettingsModel::resolvedWhisperCLIPath() const

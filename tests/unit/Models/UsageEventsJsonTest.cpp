@@ -66,6 +66,39 @@ TEST(UsageEventsJson, OptionalFieldsStandUnderTheirNames)
     EXPECT_EQ(object.value("targetAppName"_L1), QJsonValue(u""_s));
 }
 
+TEST(UsageEventsJson, NumbersAreWrittenShortest)
+{
+    const auto timestampText = [](double seconds) {
+        UsageEvent event = plainEvent();
+        event.timestamp = {seconds};
+        const QByteArray json = jsonOf(event);
+        const qsizetype begin = json.indexOf("\"timestamp\":") + 12;
+        return json.mid(begin, json.indexOf(',', begin) - begin);
+    };
+    EXPECT_EQ(timestampText(0), "0");
+    EXPECT_EQ(timestampText(-0.0), "-0");
+    EXPECT_EQ(timestampText(757382400), "757382400");
+    EXPECT_EQ(timestampText(757382400.12345695), "757382400.123457");
+    EXPECT_EQ(timestampText(0.1), "0.1");
+    EXPECT_EQ(timestampText(1.0 / 60), "0.016666666666666666");
+    EXPECT_EQ(timestampText(1e22), "1e+22");
+    EXPECT_EQ(timestampText(-63114076800.5), "-63114076800.5");
+    EXPECT_EQ(timestampText(std::numeric_limits<double>::max()), "1.7976931348623157e+308");
+    EXPECT_EQ(timestampText(std::numeric_limits<double>::denorm_min()), "5e-324");
+}
+
+TEST(UsageEventsJson, TextsAreWrittenInUtf8WithTheFewestEscapes)
+{
+    UsageEvent event = plainEvent();
+    event.targetAppName = u"\"a\\b/c\" é日本😀 \x7f"_s + QChar(0xD83D);
+    EXPECT_TRUE(
+        jsonOf(event).contains(QByteArray(R"("targetAppName":"\"a\\b/c\" é日本😀 )") + "\x7f?\""))
+        << jsonOf(event).toStdString();
+    event.targetAppName = u"\x01\x1f\b\f\n\r\t"_s + QChar(0);
+    EXPECT_TRUE(jsonOf(event).contains(R"("\u0001\u001F\b\f\n\r\t\u0000")"))
+        << jsonOf(event).toStdString();
+}
+
 TEST(UsageEventsJson, AnEmptyArrayIsAnEmptyLog)
 {
     EXPECT_TRUE(usageEventsFromJson("[]").isEmpty());
