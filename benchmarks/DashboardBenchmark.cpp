@@ -1,4 +1,5 @@
 #include "Concurrency/BackgroundExecutor.h"
+#include "Concurrency/InlineExecutor.h"
 #include "Concurrency/QtMainExecutor.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Platform/Platform.h"
@@ -122,10 +123,15 @@ int main(int argc, char **argv)
     platform.userDefaults->setData(UsageAnalyticsService::standardKey(), yearOfEvents());
     QtMainExecutor main;
     BackgroundExecutor background;
-    AppController controller(
-        {.platform = platform, .main = main, .background = background, .tools = background},
-        std::make_shared<SettingsStore>(*platform.userDefaults),
-        std::make_shared<SubstituteCapture>(), std::make_shared<SubstituteInserter>());
+    InlineExecutor storage;
+    AppController controller({.platform = platform,
+                              .main = main,
+                              .background = background,
+                              .tools = background,
+                              .storage = storage},
+                             std::make_shared<SettingsStore>(*platform.userDefaults, storage),
+                             std::make_shared<SubstituteCapture>(),
+                             std::make_shared<SubstituteInserter>());
     TrayItem trayItem(*platform.appearance, *platform.windowing);
     Scenes scenes(controller, platform, trayItem);
     Dashboard dashboard(scenes);

@@ -1,6 +1,7 @@
 #include "App/KestrovaApp.h"
 
 #include "App/WindowsLibrary.h"
+#include "Concurrency/InlineExecutor.h"
 #include "Services/Dictation/AVAudioCaptureService.h"
 #include "Services/Dictation/TextInsertionService.h"
 #include "Services/PermissionService.h"
@@ -22,8 +23,8 @@ KestrovaApp::KestrovaApp(std::shared_ptr<DesktopSession> session)
         *m_platform.workspace, *m_platform.pasteboard, *m_platform.keyEvents, *m_platform.scripts,
         m_main, m_clock);
     m_controller = std::make_unique<AppController>(
-        AppEnvironment{m_platform, m_main, m_background, m_tools},
-        std::make_shared<SettingsStore>(*m_platform.userDefaults), capture, inserter);
+        AppEnvironment{m_platform, m_main, m_background, m_tools, m_storage},
+        std::make_shared<SettingsStore>(*m_platform.userDefaults, m_storage), capture, inserter);
     m_trayItem = std::make_unique<TrayItem>(*m_platform.appearance, *m_platform.windowing);
     m_windows = std::make_unique<LazyWindows>(
         [this] { return loadWindows(*m_controller, m_platform, *m_trayItem); });
@@ -52,7 +53,7 @@ void KestrovaApp::endWork()
     m_controller.reset();
     m_main.shutDown();
     const auto deadline = std::chrono::steady_clock::now() + drainLimit;
-    for (BackgroundExecutor *executor : {&m_background, &m_tools}) {
+    for (BackgroundExecutor *executor : {&m_background, &m_tools, &m_storage}) {
         if (!executor->waitUntilIdle(deadline - std::chrono::steady_clock::now())) {
             qWarning("A task did not end in time.");
             endChildProcesses();
@@ -64,7 +65,8 @@ void KestrovaApp::endWork()
 QString standaloneDiagnosticsJSON()
 {
     const Platform platform = makePlatform(findDesktopSession());
-    const auto settings = std::make_shared<SettingsStore>(*platform.userDefaults);
+    InlineExecutor storage;
+    const auto settings = std::make_shared<SettingsStore>(*platform.userDefaults, storage);
     PermissionService permissions(*platform.systemAccess, *platform.workspace);
     return DiagnosticsReporter{.permissions = permissions.currentPermissions(),
                                .modelStatus = makeModelManager(platform, settings)->modelStatus(),

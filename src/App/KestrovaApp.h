@@ -44,6 +44,7 @@ private:
     QtMainExecutor m_main;
     BackgroundExecutor m_background;
     BackgroundExecutor m_tools{std::numeric_limits<std::size_t>::max()};
+    BackgroundExecutor m_storage{2}; // documents
     std::unique_ptr<AppController> m_controller;
     std::unique_ptr<TrayItem> m_trayItem;
     std::unique_ptr<LazyWindows> m_windows;

@@ -6,6 +6,7 @@
 #include "App/StopSignals.h"
 #include "App/TerminationSignals.h"
 #include "Models/ReadableError.h"
+#include "Platform/FreedMemory.h"
 #include "Views/Tray/PopoverAtStart.h"
 
 #include <QApplication>
@@ -88,6 +89,7 @@ int run(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
+    keepLittleFreedMemory();
     openMissingStandardStreams();
     if (contains(argc, argv, "--diagnostics"))
         return printDiagnostics(argc, argv);

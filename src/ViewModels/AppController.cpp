@@ -49,8 +49,9 @@ AppController::AppController(const AppEnvironment &environment,
                              std::shared_ptr<TextInserting> textInserter)
     : m_environment(environment), m_settingsStore(std::move(settingsStore)),
       m_analyticsService(std::make_shared<UsageAnalyticsService>(
-          *environment.platform.userDefaults, UsageAnalyticsService::standardKey(),
-          UsageAnalyticsService::standardRetentionMonths, environment.calendar, environment.now)),
+          *environment.platform.userDefaults, environment.storage,
+          UsageAnalyticsService::standardKey(), UsageAnalyticsService::standardRetentionMonths,
+          environment.calendar, environment.now)),
       m_hotkeyManager(makeHotkeyManager(environment.platform)),
       m_permissionService(std::make_unique<PermissionService>(*environment.platform.systemAccess,
                                                               *environment.platform.workspace)),

@@ -26,6 +26,8 @@ struct AppEnvironment
     Executor &background;
     /// Has a thread for each transcription tool, however many hang.
     Executor &tools;
+    /// Has a thread for each stored document: settings and usage log.
+    Executor &storage;
     Calendar calendar = Calendar::current();
     UsageAnalyticsService::NowProvider now = &UsageAnalyticsService::wallClockNow;
     WhisperCppTranscriber::ExecutableResolver resolveTool =

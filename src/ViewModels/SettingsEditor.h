@@ -9,12 +9,12 @@
 
 namespace kestrova {
 
-/// Changes the settings: each change is shown, stored, and then takes effect. What is refused is
+/// Changes the settings: each change is shown, saved, and then takes effect. What is refused is
 /// shown as an error and changes nothing. Main thread; nothing throws.
 class SettingsEditor
 {
 public:
-    /// takeEffect is called after each change, once it is stored. State and targets outlive this.
+    /// takeEffect is called after each change, once it is saved. State and targets outlive this.
     SettingsEditor(AppState &state, std::shared_ptr<SettingsStore> store,
                    const InsertionTargets &targets, std::function<void()> takeEffect);
 

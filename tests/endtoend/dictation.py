@@ -91,6 +91,20 @@ def prepare_profile(slots=(), **settings):
     shutil.copyfile(DEMO_MODEL, model_file())
 
 
+def wait_until(condition, expectation, limit=EVENT_LIMIT):
+    """Documents are stored shortly after what they tell has happened."""
+    deadline = time.monotonic() + limit
+    while not condition():
+        if time.monotonic() > deadline:
+            raise DictationError(f"no {expectation} within {limit} s")
+        time.sleep(0.02)
+
+
+def wait_for_settings(condition):
+    """Waits until the stored settings fulfil the condition."""
+    wait_until(lambda: condition(stored_settings()), "settings as expected")
+
+
 def sample_text(sample):
     return sample.with_suffix(".txt").read_text().strip()
 
@@ -121,6 +135,7 @@ class Dictation:
     def __init__(self, environment=None, prefix=(), program=PROGRAM):
         """The prefix is a command that runs the program, which is given as its arguments."""
         self.events = []
+        self._logged = len(usage_events())  # dictations that have to be in the log
         self._arrived = queue.Queue()
         self._errors = tempfile.TemporaryFile()
         self.process = subprocess.Popen(
@@ -186,6 +201,8 @@ class Dictation:
         """The inserted text, once the dictation has ended and is in the usage log."""
         transcript = self.wait_for(event="transcript")
         self.wait_for_state("idle")
+        self._logged += 1
+        wait_until(lambda: len(usage_events()) >= self._logged, "its event in the usage log")
         return transcript["text"]
 
     def wait_until_settled(self):

@@ -130,6 +130,7 @@ class Slots(DashboardTestCase):
             dashboard = self.open_dashboard(program, "Hotbar Apps")
             self.button(dashboard, "Assign Frontmost", 2).click()
             dashboard.find("Mousepad")
+            dictation.wait_for_settings(lambda stored: "bundleIdentifier" in stored["hotbarAssignments"][1])
             slot = dictation.stored_settings()["hotbarAssignments"][1]
             self.assertEqual((slot["slotIndex"], slot["bundleIdentifier"]), (2, "org.xfce.mousepad"))
             text = program.speak_and_insert(SENTENCES[0], slot=2)
@@ -137,7 +138,7 @@ class Slots(DashboardTestCase):
 
             self.button(dashboard, "Clear", 2).click()
             dashboard.wait_until_gone("Mousepad")
-            self.assertNotIn("bundleIdentifier", dictation.stored_settings()["hotbarAssignments"][1])
+            dictation.wait_for_settings(lambda stored: "bundleIdentifier" not in stored["hotbarAssignments"][1])
 
     def record(self, dashboard, slot, chord, shown):
         self.button(dashboard, "Record Shortcut", slot).click()
@@ -164,7 +165,7 @@ class Slots(DashboardTestCase):
             dashboard = program.bring_to_front("Dashboard")
             self.button(dashboard, "Reset Shortcut", 1).click()
             dashboard.wait_until_gone("⌥⌃M")
-            self.assertNotIn("shortcut", dictation.stored_settings()["hotbarAssignments"][0])
+            dictation.wait_for_settings(lambda stored: "shortcut" not in stored["hotbarAssignments"][0])
 
     def test_shortcuts_that_are_taken_are_refused(self):
         refusals = {

@@ -59,6 +59,7 @@ class Deliveries(DeliveryTestCase):
         with dictation.Dictation() as session:
             self.assertEqual(self.dictate(session, "hello"), "leftOnClipboard")
             self.assertEqual(clipboard(), "hello")
+            dictation.wait_until(lambda: len(dictation.usage_events()) > counted, "event in the usage log")
             self.assertEqual(len(dictation.usage_events()), counted + 1)
 
     def test_a_clipboard_that_is_taken_away_is_told(self):

@@ -8,6 +8,7 @@ import signal
 import subprocess
 import tempfile
 import threading
+import time
 import unittest
 from pathlib import Path
 
@@ -107,8 +108,19 @@ class Killed(DictationTestCase):
     ROUNDS = 200
     LIFE_STEP = 1.1
 
-    def dictate_until_killed(self, recorded, longest_life):
-        """Adds the stored log of each finished dictation to the list; returns when the program is gone."""
+    def log_longer_than(self, log, session):
+        """The log once it has one more dictation, unless the program is killed before."""
+        while len(stored := dictation.usage_events()) <= len(log):
+            if session.process.poll() is not None:
+                raise dictation.DictationError("killed")
+            time.sleep(0.005)
+        return stored
+
+    def dictate_until_killed(self, log, recorded, longest_life):
+        """Adds the stored log of each finished dictation to the list; returns when the program is gone.
+
+        The log is the one before the first.
+        """
         session = dictation.Dictation()
         killer = threading.Timer(random.uniform(0, longest_life), session.process.kill)
         killer.start()
@@ -118,7 +130,8 @@ class Killed(DictationTestCase):
                     if state != "idle":
                         session.send("toggle")
                     session.wait_for_state(state)
-                recorded.append(dictation.usage_events())
+                before = [log, *recorded][-1]
+                recorded.append(self.log_longer_than(before, session))
         except (dictation.DictationError, BrokenPipeError):
             self.assertEqual(session.process.wait(LIMIT), -signal.SIGKILL)
         finally:
@@ -136,7 +149,7 @@ class Killed(DictationTestCase):
         for number in range(self.ROUNDS):
             with self.subTest(number=number):
                 recorded = []
-                self.dictate_until_killed(recorded, longest_life)
+                self.dictate_until_killed(log, recorded, longest_life)
                 finished += len(recorded)
                 # Whatever the machine's speed, about half of the lives are long enough for a dictation.
                 longest_life *= 1 / self.LIFE_STEP if recorded else self.LIFE_STEP

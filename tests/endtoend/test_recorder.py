@@ -58,7 +58,8 @@ class MainShortcut(SettingsTestCase):
         with targets.start("mousepad") as editor, windows.Program() as program:
             settings = self.open_settings(program)
             self.record(settings, "ctrl+alt+k", "⌥⌃K")
-            self.assertEqual(dictation.stored_settings()["shortcut"], {"keyCode": 40, "modifiers": CONTROL + OPTION})
+            recorded = {"keyCode": 40, "modifiers": CONTROL + OPTION}
+            dictation.wait_for_settings(lambda stored: stored["shortcut"] == recorded)
             editor.activate()
             dictation.press(dictation.MAIN_SHORTCUT)
             self.check_it_dictates(program, "ctrl+alt+k")

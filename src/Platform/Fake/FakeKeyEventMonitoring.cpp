@@ -14,18 +14,21 @@ struct Grab final : KeyEventMonitoring::Monitor
 std::unique_ptr<KeyEventMonitoring::Monitor>
 FakeKeyEventMonitoring::addGlobalMonitor(KeyEvent::Types types, GlobalHandler handler)
 {
+    ++m_requestCount;
     return m_isGlobalAvailable ? m_global.addObserver(types, std::move(handler)) : nullptr;
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
 FakeKeyEventMonitoring::addLocalMonitor(KeyEvent::Types types, LocalHandler handler)
 {
+    ++m_requestCount;
     return m_isLocalAvailable ? m_local.add(types, std::move(handler)) : nullptr;
 }
 
 std::unique_ptr<KeyEventMonitoring::Monitor>
 FakeKeyEventMonitoring::grab(const QList<HotkeyShortcut> &shortcuts)
 {
+    ++m_requestCount;
     auto grabbing = std::make_unique<Grab>();
     grabbing->shortcuts = std::make_shared<const QList<HotkeyShortcut>>(shortcuts);
     m_grabbed.push_back(grabbing->shortcuts);

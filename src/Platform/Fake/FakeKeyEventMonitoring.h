@@ -26,6 +26,8 @@ public:
     int localMonitorCount() const { return m_local.count(); }
     /// Those of every grab() that has not ended, in order.
     QList<HotkeyShortcut> grabbed() const;
+    /// How often a monitor or a grab was asked for.
+    int requestCount() const { return m_requestCount; }
     /// From now on no key of the keyboard carries these modifiers; monitors are told.
     void setMissingModifiers(quint32 modifiers);
 
@@ -33,6 +35,7 @@ private:
     KeyEventHandlers m_global;
     KeyEventHandlers m_local;
     std::vector<std::weak_ptr<const QList<HotkeyShortcut>>> m_grabbed;
+    int m_requestCount = 0;
     quint32 m_missingModifiers = 0;
     bool m_isGlobalAvailable = true;
     bool m_isLocalAvailable = true;

@@ -19,6 +19,8 @@ public:
     /// As another program would.
     void put(const QString &key, const QByteArray &bytes);
     std::optional<QByteArray> stored(const QString &key) const;
+    /// How often a document was put or stored.
+    int writeCount() const { return m_writes; }
     QList<QByteArray> keptAside(const QString &key) const;
     void failReading(bool fail) { m_readingFails = fail; }
     void failWriting(bool fail) { m_writingFails = fail; }

@@ -7,13 +7,17 @@ StoredDocument::StoredDocument(UserDefaults &defaults, const QString &key)
 {
 }
 
-bool StoredDocument::isAsKnown() const
+std::optional<QByteArray> StoredDocument::knownBytes() const
 {
     try {
-        return m_defaults.version(m_key) == m_known;
+        if (const auto stored = m_defaults.versionedData(m_key)) {
+            if (stored->version == m_known)
+                return stored->bytes;
+        }
     } catch (const ReadableError &) {
-        return false;
+        // As good as unknown.
     }
+    return std::nullopt;
 }
 
 bool StoredDocument::store(const QByteArray &bytes)

@@ -30,8 +30,9 @@ public:
         return decoded(decode, m_known);
     }
 
-    /// Whether store() would replace what is there without setting it aside.
-    bool isAsKnown() const;
+    /// What is stored, if store() would replace it without setting it aside; none also when there
+    /// is nothing.
+    std::optional<QByteArray> knownBytes() const;
     /// Returns whether the bytes are stored; otherwise what was there still is.
     bool store(const QByteArray &bytes);
     /// Keeps what is stored beside the document; returns whether that is so.

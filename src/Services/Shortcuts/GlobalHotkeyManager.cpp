@@ -22,10 +22,20 @@ QList<HotkeyShortcut> exclusiveShortcutsOf(const QList<HotkeyBinding> &bindings)
     return shortcuts;
 }
 
+bool areArmedAlike(const HotkeyBinding &a, const HotkeyBinding &b)
+{
+    return a.shortcut == b.shortcut && a.isExclusive == b.isExclusive;
+}
+
 } // namespace
 
 void GlobalHotkeyManager::registerBindings(const QList<HotkeyBinding> &bindings)
 {
+    if (m_globalMonitor && m_localMonitor &&
+        std::ranges::equal(m_bindings, bindings, areArmedAlike)) {
+        m_bindings = bindings;
+        return;
+    }
     unregister();
     m_bindings = bindings;
     m_globalMonitor =

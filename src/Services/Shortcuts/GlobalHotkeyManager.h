@@ -18,8 +18,10 @@ public:
     /// The monitoring outlives this.
     explicit GlobalHotkeyManager(KeyEventMonitoring &monitoring) : m_monitoring(monitoring) {}
 
-    /// A direction that the system does not let us observe never calls a handler. Handlers may
-    /// call this, unregister(), and destroy the manager.
+    /// Where the shortcuts are those that are armed, nothing is asked of the system: the handlers
+    /// alone are replaced. A direction that the system does not let us observe never calls a
+    /// handler, and is tried again the next time. Handlers may call this, unregister(), and destroy
+    /// the manager.
     void registerBindings(const QList<HotkeyBinding> &bindings) override;
     void unregister() override;
     /// Armed unless the present keyboard lacks what it takes to type it.

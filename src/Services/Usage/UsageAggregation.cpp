@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace kestrova {
@@ -39,19 +40,19 @@ Trend trendOf(UsageTrendPeriod period)
 }
 
 template <typename Totals>
-void count(const UsageEvent &event, Totals &totals)
+void count(const CompactUsageLog::Entry &event, Totals &totals)
 {
     ++totals.recordings;
     totals.words = cappedSum(totals.words, event.wordCount);
     totals.minutes += event.durationMinutes;
 }
 
-QString applicationName(const UsageEvent &event)
+QString applicationName(const CompactUsageLog::Target &target)
 {
-    if (event.targetAppName && !event.targetAppName->isEmpty())
-        return *event.targetAppName;
-    if (event.targetBundleIdentifier && !event.targetBundleIdentifier->isEmpty())
-        return *event.targetBundleIdentifier;
+    if (target.appName && !target.appName->isEmpty())
+        return *target.appName;
+    if (target.bundleIdentifier && !target.bundleIdentifier->isEmpty())
+        return *target.bundleIdentifier;
     return u"Unknown"_s;
 }
 
@@ -59,15 +60,18 @@ QString applicationName(const UsageEvent &event)
 class ApplicationTotals
 {
 public:
-    void add(const UsageEvent &event)
+    /// The targets of the events outlive this.
+    explicit ApplicationTotals(const QList<CompactUsageLog::Target> &targets)
+        : m_targets(targets), m_placesByTarget(std::size_t(targets.size()))
     {
-        const QString name = applicationName(event);
-        const auto index = m_indices.constFind(name);
-        if (index != m_indices.constEnd())
-            return count(event, m_totals[*index]);
-        m_indices.insert(name, m_totals.size());
-        m_totals.append({name});
-        count(event, m_totals.last());
+    }
+
+    void add(const CompactUsageLog::Entry &event)
+    {
+        auto &place = m_placesByTarget[event.target];
+        if (!place)
+            place = placeOf(applicationName(m_targets[event.target]));
+        count(event, m_totals[*place]);
     }
 
     QList<TopApplicationUsage> top(qsizetype limit) const
@@ -80,7 +84,19 @@ public:
     }
 
 private:
-    QHash<QString, qsizetype> m_indices;
+    qsizetype placeOf(const QString &name)
+    {
+        const auto known = m_places.constFind(name);
+        if (known != m_places.constEnd())
+            return *known;
+        m_places.insert(name, m_totals.size());
+        m_totals.append({name});
+        return m_totals.size() - 1;
+    }
+
+    const QList<CompactUsageLog::Target> &m_targets;
+    std::vector<std::optional<qsizetype>> m_placesByTarget;
+    QHash<QString, qsizetype> m_places;
     QList<TopApplicationUsage> m_totals;
 };
 
@@ -109,7 +125,7 @@ Ranges rangesOf(const Trend &trend, const Calendar &calendar, Date now)
     return ranges;
 }
 
-void count(const UsageEvent &event, const Ranges &ranges, QList<UsageBucket> &buckets)
+void count(const CompactUsageLog::Entry &event, const Ranges &ranges, QList<UsageBucket> &buckets)
 {
     const auto firstLater =
         std::upper_bound(ranges.starts.begin(), ranges.starts.end(), event.timestamp);
@@ -122,8 +138,7 @@ void count(const UsageEvent &event, const Ranges &ranges, QList<UsageBucket> &bu
 
 } // namespace
 
-UsageDashboardSnapshot usageSnapshot(const QList<UsageEvent> &events, const Calendar &calendar,
-                                     Date now)
+UsageDashboardSnapshot usageSnapshot(const CompactUsageLog &log, const Calendar &calendar, Date now)
 {
     const Date hour = calendar.startOf(Calendar::Unit::hour, now);
     const Date day = calendar.startOf(Calendar::Unit::day, now);
@@ -131,22 +146,23 @@ UsageDashboardSnapshot usageSnapshot(const QList<UsageEvent> &events, const Cale
     const Date month = calendar.startOf(Calendar::Unit::month, now);
 
     UsageDashboardSnapshot snapshot = UsageDashboardSnapshot::empty();
-    ApplicationTotals applications;
+    ApplicationTotals applications(log.targets());
     UsageSummary all;
-    const auto countSince = [now](Date start, const UsageEvent &event, UsageSummary &summary) {
+    const auto countSince = [now](Date start, const CompactUsageLog::Entry &event,
+                                  UsageSummary &summary) {
         if (start <= event.timestamp && event.timestamp < now)
             count(event, summary);
     };
-    for (const UsageEvent &event : events) {
+    for (const CompactUsageLog::Entry &event : log.entries()) {
         countSince(hour, event, snapshot.thisHour);
         countSince(day, event, snapshot.today);
         countSince(week, event, snapshot.thisWeek);
         countSince(month, event, snapshot.thisMonth);
         count(event, all);
         applications.add(event);
-        if (event.slotIndex && *event.slotIndex >= 1 &&
-            *event.slotIndex <= snapshot.slotUsage.size())
-            ++snapshot.slotUsage[*event.slotIndex - 1].recordings;
+        const auto slot = log.targets()[event.target].slotIndex;
+        if (slot && *slot >= 1 && *slot <= snapshot.slotUsage.size())
+            ++snapshot.slotUsage[*slot - 1].recordings;
     }
     if (all.recordings > 0)
         snapshot.averageWordsPerRecording = double(all.words) / double(all.recordings);
@@ -154,7 +170,7 @@ UsageDashboardSnapshot usageSnapshot(const QList<UsageEvent> &events, const Cale
     return snapshot;
 }
 
-QList<UsageBucket> usageTrendBuckets(const QList<UsageEvent> &events, const Calendar &calendar,
+QList<UsageBucket> usageTrendBuckets(const CompactUsageLog &log, const Calendar &calendar,
                                      UsageTrendPeriod period, Date now)
 {
     const Trend trend = trendOf(period);
@@ -162,7 +178,7 @@ QList<UsageBucket> usageTrendBuckets(const QList<UsageEvent> &events, const Cale
     QList<UsageBucket> buckets;
     for (const Date start : ranges.starts)
         buckets.append({utcIdentifier(start), calendar.label(start, trend.labelFormat), start});
-    for (const UsageEvent &event : events)
+    for (const CompactUsageLog::Entry &event : log.entries())
         count(event, ranges, buckets);
     return buckets;
 }

@@ -3,6 +3,7 @@
 #include "Models/Usage/Calendar.h"
 #include "Models/Usage/UsageRecords.h"
 #include "Models/Usage/UsageTrendPeriod.h"
+#include "Services/Usage/CompactUsageLog.h"
 
 namespace kestrova {
 
@@ -13,13 +14,13 @@ namespace kestrova {
 /// the average, the five applications with the most recordings (then the most words, then the
 /// earliest in the log) and the slots over all events. An application goes by its name, else its
 /// identifier, else "Unknown".
-UsageDashboardSnapshot usageSnapshot(const QList<UsageEvent> &events, const Calendar &calendar,
+UsageDashboardSnapshot usageSnapshot(const CompactUsageLog &log, const Calendar &calendar,
                                      Date now);
 
 /// The last 24 hours, 365 days, 12 weeks or 12 months, oldest first, each whole, also the present
 /// one. The labels are in the calendar's locale and time zone; the identifier is the start in UTC
 /// (ISO 8601).
-QList<UsageBucket> usageTrendBuckets(const QList<UsageEvent> &events, const Calendar &calendar,
+QList<UsageBucket> usageTrendBuckets(const CompactUsageLog &log, const Calendar &calendar,
                                      UsageTrendPeriod period, Date now);
 
 } // namespace kestrova

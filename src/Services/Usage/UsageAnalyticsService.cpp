@@ -1,6 +1,5 @@
 #include "Services/Usage/UsageAnalyticsService.h"
 
-#include "Models/Usage/UsageEventsJson.h"
 #include "Services/Usage/UsageAggregation.h"
 
 #include <chrono>
@@ -21,21 +20,19 @@ Date UsageAnalyticsService::wallClockNow()
     return Date::fromUnixTime(std::chrono::duration<double>(sinceEpoch).count());
 }
 
-UsageAnalyticsService::UsageAnalyticsService(UserDefaults &userDefaults, const QString &storageKey,
-                                             int retentionMonths, const Calendar &calendar,
-                                             NowProvider nowProvider)
-    : m_document(userDefaults, storageKey), m_retentionMonths(retentionMonths),
+UsageAnalyticsService::UsageAnalyticsService(UserDefaults &userDefaults, Executor &storage,
+                                             const QString &storageKey, int retentionMonths,
+                                             const Calendar &calendar, NowProvider nowProvider)
+    : m_log(userDefaults, storageKey, storage), m_retentionMonths(retentionMonths),
       m_calendar(calendar), m_nowProvider(std::move(nowProvider))
 {
-    if (auto log = m_document.load(&UsageLog::fromJson))
-        m_log = std::move(*log);
     refreshRetention();
 }
 
 void UsageAnalyticsService::refreshRetention()
 {
     if (prune())
-        persist();
+        m_log.store();
 }
 
 void UsageAnalyticsService::record(const UsageEvent &event)
@@ -45,52 +42,24 @@ void UsageAnalyticsService::record(const UsageEvent &event)
         return;
     m_log.append(event);
     prune();
-    persist();
+    m_log.store();
 }
 
 UsageDashboardSnapshot UsageAnalyticsService::dashboardSnapshot(Date now)
 {
-    return usageSnapshot(m_log.events(), m_calendar, now);
+    return usageSnapshot(m_log.log(), m_calendar, now);
 }
 
 QList<UsageBucket> UsageAnalyticsService::trendBuckets(UsageTrendPeriod period, Date now)
 {
-    return usageTrendBuckets(m_log.events(), m_calendar, period, now);
+    return usageTrendBuckets(m_log.log(), m_calendar, period, now);
 }
 
 bool UsageAnalyticsService::prune()
 {
     const auto cutoff =
         m_calendar.adding(-qint64(m_retentionMonths), Calendar::Unit::month, m_nowProvider());
-    const qsizetype before = m_log.events().size();
-    if (!cutoff || !m_log.dropBefore(*cutoff))
-        return false;
-    if (m_log.events().size() < before - m_log.events().size())
-        m_hasLostMost = true;
-    return true;
-}
-
-// Another program of the user, on another machine with the same home, may have stored events too;
-// or the file could not be read at the start.
-void UsageAnalyticsService::takeInWhatOthersStored()
-{
-    if (m_document.isAsKnown())
-        return;
-    auto stored = m_document.load(&UsageLog::fromJson);
-    if (!stored)
-        return;
-    stored->addMissing(m_log);
-    m_log = std::move(*stored);
-    prune();
-}
-
-void UsageAnalyticsService::persist()
-{
-    takeInWhatOthersStored();
-    if (m_hasLostMost && !m_document.setAside())
-        return;
-    m_hasLostMost = false;
-    m_document.store(m_log.json());
+    return cutoff && m_log.dropBefore(*cutoff);
 }
 
 } // namespace kestrova

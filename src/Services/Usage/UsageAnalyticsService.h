@@ -2,19 +2,16 @@
 
 #include "Models/Usage/Calendar.h"
 #include "Services/Protocols.h"
-#include "Services/Settings/StoredDocument.h"
-#include "Services/Usage/UsageLog.h"
+#include "Services/Usage/StoredUsageLog.h"
 
 #include <functional>
 
 namespace kestrova {
 
 /// The log of finished dictations, held in memory and stored whole under one key, and what the
-/// dashboard shows of it. Main thread. Failures are not reported: a log that cannot be stored keeps
-/// its events in memory and is stored with the next one. Storing replaces no events that it has not
-/// seen: those that somebody else stored meanwhile are taken in, and what cannot be read is set
-/// aside. So is a log before it loses more than half of its events to its retention, because the
-/// clock may be wrong.
+/// dashboard shows of it. Main thread. Failures are not reported; what StoredUsageLog says of them
+/// holds. A retention that drops most of a log may be due to a wrong clock, so that the document is
+/// set aside.
 class UsageAnalyticsService final : public UsageAnalyticsManaging
 {
 public:
@@ -27,9 +24,10 @@ public:
     static Date wallClockNow();
 
     /// Loads the stored log; one that cannot be read or does not decode counts as empty. Drops what
-    /// is past its retention, and stores the log if there was any. The user defaults outlive the
-    /// service; the calendar serves all date arithmetic.
-    UsageAnalyticsService(UserDefaults &userDefaults, const QString &storageKey,
+    /// is past its retention, and stores the log if there was any. The user defaults and the
+    /// executor, on which the log is stored, outlive the service; the calendar serves all date
+    /// arithmetic.
+    UsageAnalyticsService(UserDefaults &userDefaults, Executor &storage, const QString &storageKey,
                           int retentionMonths, const Calendar &calendar,
                           NowProvider nowProvider = &wallClockNow);
 
@@ -45,15 +43,11 @@ public:
 
 private:
     bool prune();
-    void takeInWhatOthersStored();
-    void persist();
 
-    StoredDocument m_document;
+    StoredUsageLog m_log;
     const int m_retentionMonths;
     const Calendar m_calendar;
     const NowProvider m_nowProvider;
-    UsageLog m_log;
-    bool m_hasLostMost = false; // of its events, which are still stored
 };
 
 } // namespace kestrova

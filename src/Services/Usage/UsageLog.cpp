@@ -1,11 +1,13 @@
 #include "Services/Usage/UsageLog.h"
 
 #include "Models/Usage/UsageEventsJson.h"
+#include "Services/Usage/CompactUsageLog.h"
 
 #include <QSet>
 
 #include <algorithm>
-#include <numeric>
+#include <cctype>
+#include <utility>
 
 namespace kestrova {
 
@@ -25,6 +27,20 @@ UsageLog UsageLog::fromJson(const QByteArray &document)
     return log;
 }
 
+void UsageLog::appendTo(QByteArray &document, const QList<UsageEvent> &events)
+{
+    document.truncate(document.lastIndexOf(']'));
+    const auto last = std::find_if(document.crbegin(), document.crend(),
+                                   [](uchar character) { return std::isspace(character) == 0; });
+    bool isEmpty = *last == '[';
+    for (const UsageEvent &event : events) {
+        if (!std::exchange(isEmpty, false))
+            document.append(',');
+        appendJson(event, document);
+    }
+    document.append(']');
+}
+
 void UsageLog::append(const UsageEvent &event)
 {
     QByteArray text;
@@ -40,67 +56,33 @@ void UsageLog::append(const UsageEvent &event, QByteArrayView text)
         m_json.back() = ',';
     m_json.append(text).append(']');
     m_textSizes.append(text.size());
-
-    if (!m_events.isEmpty() && event.timestamp < m_events.last().timestamp)
-        m_isChronological = false;
     m_events.append(event);
 }
 
-void UsageLog::addMissing(const UsageLog &other)
+void UsageLog::addMissing(const CompactUsageLog &other)
 {
     QSet<QUuid> ids;
     ids.reserve(m_events.size());
     for (const UsageEvent &event : m_events)
         ids.insert(event.id);
-    other.forEach([&](const UsageEvent &event, QByteArrayView text) {
-        if (!ids.contains(event.id))
-            append(event, text);
-    });
-}
-
-template <typename Visit>
-void UsageLog::forEach(Visit visit) const
-{
-    qsizetype begin = 1; // behind the bracket; each text is followed by a comma or the last bracket
-    for (qsizetype i = 0; i < m_events.size(); ++i) {
-        visit(m_events[i], QByteArrayView(m_json).sliced(begin, m_textSizes[i]));
-        begin += m_textSizes[i] + 1;
+    for (const CompactUsageLog::Entry &entry : other.entries()) {
+        if (!ids.contains(entry.id))
+            append(other.event(entry));
     }
 }
 
 bool UsageLog::dropBefore(Date cutoff)
 {
-    const auto isKept = [cutoff](const UsageEvent &event) { return event.timestamp >= cutoff; };
-    const auto firstKept = std::find_if(m_events.cbegin(), m_events.cend(), isKept);
-    const qsizetype leading = firstKept - m_events.cbegin();
-    if (m_isChronological || std::all_of(firstKept, m_events.cend(), isKept)) {
-        dropFirst(leading);
-        return leading > 0;
-    }
     UsageLog kept;
-    forEach([&](const UsageEvent &event, QByteArrayView text) {
-        if (isKept(event))
-            kept.append(event, text);
-    });
-    *this = std::move(kept);
-    return true;
-}
-
-void UsageLog::dropFirst(qsizetype count)
-{
-    if (count == 0)
-        return;
-    if (count == m_events.size()) {
-        *this = UsageLog();
-        return;
+    qsizetype begin = 1; // behind the bracket; each text is followed by a comma or the last bracket
+    for (qsizetype i = 0; i < m_events.size(); ++i) {
+        if (m_events[i].timestamp >= cutoff)
+            kept.append(m_events[i], QByteArrayView(m_json).sliced(begin, m_textSizes[i]));
+        begin += m_textSizes[i] + 1;
     }
-    // Each event's text follows one bracket or comma; the comma before the first that stays becomes
-    // the bracket. Neither removal moves what stays.
-    const auto firstKept = m_textSizes.cbegin() + count;
-    m_json.remove(0, std::accumulate(m_textSizes.cbegin(), firstKept, count));
-    m_json.front() = '[';
-    m_textSizes.remove(0, count);
-    m_events.remove(0, count);
+    const bool hasDropped = kept.m_events.size() < m_events.size();
+    *this = std::move(kept);
+    return hasDropped;
 }
 
 } // namespace kestrova

@@ -6,8 +6,10 @@
 
 namespace kestrova {
 
-/// The usage events in recording order, and beside them their stored form, kept up to date: to
-/// append an event or to drop the oldest costs the same however many there are.
+class CompactUsageLog;
+
+/// A usage log as it is stored, while it is changed: the events in recording order, and the text of
+/// each.
 class UsageLog
 {
 public:
@@ -16,6 +18,8 @@ public:
     /// Reads as usageEventsFromJson() does and throws what it throws. What the document has for
     /// each event stays as it is, which takes much less time than to encode it anew.
     static UsageLog fromJson(const QByteArray &document);
+    /// Appends events to a document that fromJson() reads, without reading it.
+    static void appendTo(QByteArray &document, const QList<UsageEvent> &events);
 
     const QList<UsageEvent> &events() const { return m_events; }
     /// The document that usageEventsFromJson() reads as events().
@@ -24,21 +28,16 @@ public:
     /// The event's numbers are finite.
     void append(const UsageEvent &event);
     /// Appends those events of the other log whose ids this one does not have.
-    void addMissing(const UsageLog &other);
-    /// Drops every event stamped before the cutoff; returns whether there was one. One pass over
-    /// the log if a clock that was set back has left it out of order.
+    void addMissing(const CompactUsageLog &other);
+    /// Drops every event stamped before the cutoff; returns whether there was one.
     bool dropBefore(Date cutoff);
 
 private:
     void append(const UsageEvent &event, QByteArrayView text);
-    template <typename Visit>
-    void forEach(Visit visit) const;
-    void dropFirst(qsizetype count);
 
     QList<UsageEvent> m_events;
     QByteArray m_json = "[]";
     QList<qsizetype> m_textSizes; // of each event in m_json
-    bool m_isChronological = true;
 };
 
 } // namespace kestrova

@@ -106,6 +106,48 @@ TEST_F(GlobalHotkeyManagerTest, RegisteringAgainReplacesEverything)
     EXPECT_EQ(called, QStringList{u"new"_s});
 }
 
+TEST_F(GlobalHotkeyManagerTest, TheSameShortcutsStayArmedAndCallTheNewHandlers)
+{
+    const HotkeyShortcut toggle{space, command | shift};
+    const HotkeyShortcut slot{18, command | option};
+    manager.registerBindings({binding(u"old"_s, toggle), binding(u"hotbar-1"_s, slot)});
+    const int requests = monitoring.requestCount();
+    manager.registerBindings({binding(u"new"_s, toggle), binding(u"hotbar-1"_s, slot)});
+    EXPECT_EQ(monitoring.requestCount(), requests) << "nothing is asked of the system";
+    EXPECT_EQ(monitoring.globalMonitorCount(), 1);
+    EXPECT_EQ(monitoring.localMonitorCount(), 1);
+    EXPECT_EQ(monitoring.grabbed(), (QList{toggle, slot}));
+    monitoring.pressGlobally(commandShiftSpace);
+    EXPECT_EQ(called, QStringList{u"new"_s});
+}
+
+TEST_F(GlobalHotkeyManagerTest, ShortcutsThatDifferInAnythingAreArmedAnew)
+{
+    const HotkeyShortcut toggle{space, command | shift};
+    const HotkeyShortcut slot{18, command | option};
+    HotkeyBinding unassigned = binding(u"hotbar-1"_s, slot);
+    unassigned.isExclusive = false;
+    manager.registerBindings({binding(u"toggle"_s, toggle), unassigned});
+    EXPECT_EQ(monitoring.grabbed(), QList{toggle});
+    manager.registerBindings({binding(u"toggle"_s, toggle), binding(u"hotbar-1"_s, slot)});
+    EXPECT_EQ(monitoring.grabbed(), (QList{toggle, slot}));
+    manager.registerBindings({binding(u"toggle"_s, toggle)});
+    EXPECT_EQ(monitoring.grabbed(), QList{toggle});
+    monitoring.pressGlobally({18, command | option});
+    EXPECT_EQ(called, QStringList());
+}
+
+TEST_F(GlobalHotkeyManagerTest, ADirectionThatCouldNotBeObservedIsTriedAgain)
+{
+    const QList bindings{binding(u"toggle"_s, {space, command | shift})};
+    monitoring.setGlobalAvailable(false);
+    manager.registerBindings(bindings);
+    monitoring.setGlobalAvailable(true);
+    manager.registerBindings(bindings);
+    monitoring.pressGlobally(commandShiftSpace);
+    EXPECT_EQ(called, QStringList{u"toggle"_s});
+}
+
 TEST_F(GlobalHotkeyManagerTest, OfTwoBindingsWithOneShortcutOnlyTheFirstIsCalled)
 {
     manager.registerBindings({binding(u"toggle"_s, {space, command | shift}),

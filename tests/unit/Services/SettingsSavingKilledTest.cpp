@@ -1,3 +1,5 @@
+#include "Concurrency/BackgroundExecutor.h"
+#include "Concurrency/InlineExecutor.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Services/Settings/SettingsStore.h"
 #include "Services/TestFiles.h"
@@ -9,11 +11,13 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <thread>
 
 namespace kestrova {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// Records that differ in many places and in length, so that no mixture passes for one of them.
 AppSettings numberedSettings(qint64 number)
@@ -27,11 +31,35 @@ AppSettings numberedSettings(qint64 number)
     return settings;
 }
 
+TEST(SettingsSaving, AProgramKilledAQuarterOfASecondAfterASaveLosesNothing)
+{
+    const QTemporaryDir folder;
+    FileUserDefaults defaults(folder.path());
+    InlineExecutor unused;
+    for (int round = 1; round <= 3; ++round) {
+        const auto saved = writesUntilKilled(
+            [&](const auto &confirm) {
+                BackgroundExecutor storage(1);
+                SettingsStore store(defaults, storage);
+                store.loadToEdit();
+                for (int keystroke = 0; keystroke < 20; ++keystroke)
+                    store.save(numberedSettings(20 * round + keystroke));
+                confirm();
+                std::this_thread::sleep_for(1h);
+            },
+            250ms);
+        ASSERT_EQ(saved, 1);
+        EXPECT_EQ(SettingsStore(defaults, unused).load(), numberedSettings(20 * round + 19));
+    }
+    EXPECT_EQ(namesIn(folder.path()), QStringList{SettingsStore::key() + u".json"_s});
+}
+
 TEST(SettingsSaving, AProgramKilledAtAnyMomentLeavesOneOfTheSavedRecords)
 {
     const QTemporaryDir folder;
     FileUserDefaults defaults(folder.path());
-    SettingsStore store(defaults);
+    InlineExecutor storage;
+    SettingsStore store(defaults, storage);
     const qint64 longestLife = 4 * durationOf([&] { store.save(numberedSettings(0)); });
     std::minstd_rand random(1);
     qint64 confirmed = 0;

@@ -1,5 +1,7 @@
 #include "Services/Settings/SettingsStore.h"
+#include "Concurrency/InlineExecutor.h"
 #include "Platform/Fake/FakeUserDefaults.h"
+#include "support/ManualExecutors.h"
 #include "support/QtPrinting.h"
 #include "support/Warnings.h"
 
@@ -14,7 +16,8 @@ class SettingsStoreTest : public testing::Test
 {
 protected:
     FakeUserDefaults defaults;
-    SettingsStore store{defaults};
+    InlineExecutor storage;
+    SettingsStore store{defaults, storage};
     const QString key = u"kestrova.settings.v1"_s;
 
     static AppSettings changed()
@@ -35,7 +38,7 @@ TEST_F(SettingsStoreTest, WhatIsSavedIsLoaded)
 {
     store.save(changed());
     EXPECT_EQ(store.load(), changed());
-    EXPECT_EQ(SettingsStore(defaults).load(), changed());
+    EXPECT_EQ(SettingsStore(defaults, storage).load(), changed());
     EXPECT_TRUE(defaults.keptAside(key).isEmpty());
 }
 
@@ -99,6 +102,65 @@ TEST_F(SettingsStoreTest, WhatAnotherProgramStoredIsKeptAside)
     store.save(changed());
     EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{"stored by another program"});
     EXPECT_EQ(store.load(), changed());
+}
+
+class SettingsStoredLater : public SettingsStoreTest
+{
+protected:
+    static AppSettings inLanguage(const QString &language)
+    {
+        AppSettings settings = AppSettings::defaults();
+        settings.transcriptionLanguage = language;
+        return settings;
+    }
+
+    ManualExecutor later;
+    SettingsStore slow{defaults, later};
+};
+
+TEST_F(SettingsStoredLater, WhatIsSavedCountsAtOnceAndTheNewestIsStored)
+{
+    for (const QString &language : {u"d"_s, u"de"_s, u"d"_s, u"fr"_s}) {
+        slow.save(inLanguage(language));
+        EXPECT_EQ(slow.load(), inLanguage(language));
+        EXPECT_EQ(slow.loadToEdit(), inLanguage(language));
+    }
+    EXPECT_FALSE(defaults.stored(key));
+    later.runAll();
+    EXPECT_EQ(defaults.stored(key), inLanguage(u"fr"_s).toJson());
+    EXPECT_EQ(defaults.writeCount(), 1);
+    defaults.put(key, changed().toJson());
+    EXPECT_EQ(slow.load(), changed()) << "what is stored counts again";
+}
+
+TEST_F(SettingsStoredLater, ARecordThatCannotBeStoredCountsUntilThen)
+{
+    store.save(changed());
+    EXPECT_EQ(slow.loadToEdit(), changed());
+    defaults.failWriting(true);
+    slow.save(inLanguage(u"de"_s));
+    EXPECT_EQ(slow.load(), inLanguage(u"de"_s));
+    const Warnings warnings;
+    later.runAll();
+    EXPECT_EQ(warnings.all(),
+              u"\"kestrova.settings.v1\" could not be stored: No space left on device"_s);
+    EXPECT_EQ(slow.load(), changed());
+    defaults.failWriting(false);
+    slow.save(inLanguage(u"de"_s));
+    later.runAll();
+    EXPECT_EQ(defaults.stored(key), inLanguage(u"de"_s).toJson());
+    EXPECT_TRUE(defaults.keptAside(key).isEmpty());
+}
+
+TEST_F(SettingsStoredLater, WhatAnotherProgramStoresMeanwhileIsKeptAside)
+{
+    slow.loadToEdit();
+    slow.save(changed());
+    defaults.put(key, "stored by another program");
+    EXPECT_EQ(slow.load(), changed());
+    later.runAll();
+    EXPECT_EQ(defaults.stored(key), changed().toJson());
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{"stored by another program"});
 }
 
 } // namespace

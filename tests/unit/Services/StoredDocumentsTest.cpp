@@ -1,9 +1,11 @@
+#include "Concurrency/InlineExecutor.h"
 #include "Models/Usage/UsageEventsJson.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Services/FileSizeLimit.h"
 #include "Services/Settings/SettingsStore.h"
 #include "Services/TestFiles.h"
 #include "Services/Usage/UsageAnalyticsService.h"
+#include "Services/Usage/UsageLog.h"
 #include "support/OrdinaryUser.h"
 #include "support/QtPrinting.h"
 #include "support/Samples.h"
@@ -36,11 +38,13 @@ void PrintTo(const StoredDocument &document, std::ostream *stream)
     *stream << document.name;
 }
 
+InlineExecutor storage;
+
 UsageAnalyticsService usageService(UserDefaults &defaults)
 {
     const Calendar calendar(QTimeZone::utc(), Qt::Monday, QLocale::c());
-    return {defaults, UsageAnalyticsService::standardKey(), 12, calendar,
-            [] { return Date{757'382'400}; }};
+    return {defaults, storage,  UsageAnalyticsService::standardKey(),
+            12,       calendar, [] { return Date{757'382'400}; }};
 }
 
 QByteArray replaced(QByteArray document, const char *before, const char *after)
@@ -99,12 +103,12 @@ StoredDocument settingsDocument()
                 replaced(sound, "\"accurate\"", "\"exact\""),
             },
         [](UserDefaults &defaults) {
-            return SettingsStore(defaults).load() == AppSettings::defaults();
+            return SettingsStore(defaults, storage).load() == AppSettings::defaults();
         },
         [](UserDefaults &defaults) {
             AppSettings settings = AppSettings::defaults();
             settings.theme = AppTheme::dark;
-            SettingsStore store(defaults);
+            SettingsStore store(defaults, storage);
             store.loadToEdit();
             store.save(settings);
         },
@@ -317,7 +321,7 @@ TEST_F(DocumentThatComesLate, AUsageLogThatCouldNotBeReadAtTheStartLosesNothing)
 TEST_F(DocumentThatComesLate, SettingsAreSetAsideBeforeTheyAreReplaced)
 {
     const QByteArray sound = sample("settings-compact.json");
-    SettingsStore store(defaults);
+    SettingsStore store(defaults, storage);
     EXPECT_EQ(store.loadToEdit(), AppSettings::defaults());
     ASSERT_TRUE(writeFile(path(SettingsStore::key()), sound));
     EXPECT_EQ(store.load(), AppSettings::fromJson(sound)) << "readers see it at once";
@@ -348,8 +352,8 @@ TEST(TwoPrograms, WithOneSettingsRecordOverwriteNothingUnseen)
 {
     const QTemporaryDir folder;
     FileUserDefaults defaults(folder.path());
-    SettingsStore first(defaults);
-    SettingsStore second(defaults);
+    SettingsStore first(defaults, storage);
+    SettingsStore second(defaults, storage);
     first.loadToEdit();
     second.loadToEdit();
     AppSettings settings = AppSettings::defaults();

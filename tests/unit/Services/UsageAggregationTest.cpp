@@ -24,12 +24,12 @@ class UsageAggregationTest : public testing::Test
 protected:
     QList<UsageBucket> buckets(const QList<UsageEvent> &events, UsageTrendPeriod period) const
     {
-        return usageTrendBuckets(events, calendar, period, now);
+        return usageTrendBuckets(CompactUsageLog(events), calendar, period, now);
     }
 
     UsageDashboardSnapshot snapshot(const QList<UsageEvent> &events) const
     {
-        return usageSnapshot(events, calendar, now);
+        return usageSnapshot(CompactUsageLog(events), calendar, now);
     }
 
     static qint64 totalOf(const QList<UsageBucket> &buckets)

@@ -1,8 +1,11 @@
 #include "Services/Usage/UsageAnalyticsService.h"
+#include "Concurrency/InlineExecutor.h"
 #include "Models/Usage/UsageEventsJson.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Services/StraightforwardUsage.h"
+#include "Services/Usage/UsageLog.h"
 #include "support/DateText.h"
+#include "support/ManualExecutors.h"
 #include "support/QtPrinting.h"
 #include "support/UsageEvents.h"
 
@@ -20,7 +23,7 @@ class UsageAnalyticsServiceTest : public testing::Test
 protected:
     UsageAnalyticsService service(int retentionMonths = 12)
     {
-        return {defaults, key, retentionMonths, calendar, [this] { return now; }};
+        return {defaults, storage, key, retentionMonths, calendar, [this] { return now; }};
     }
 
     QList<UsageEvent> stored() const { return usageEventsFromJson(*defaults.stored(key)); }
@@ -36,6 +39,7 @@ protected:
     }
 
     FakeUserDefaults defaults;
+    InlineExecutor storage;
     const Calendar calendar{QTimeZone("Europe/Berlin"), Qt::Monday, QLocale::c()};
     const QString key = UsageAnalyticsService::standardKey();
     Date now = date("2024-03-31T12:00:00.250+02:00");
@@ -297,6 +301,98 @@ TEST_F(UsageAnalyticsServiceTest, TheDashboardAndTheTrendShowTheLog)
         EXPECT_EQ(service.trendBuckets(period, later), expected.buckets(period, later));
 }
 
+class UsageStoredLater : public UsageAnalyticsServiceTest
+{
+protected:
+    UsageAnalyticsService slowService()
+    {
+        return {defaults, later, key, 12, calendar, [this] { return now; }};
+    }
+
+    ManualExecutor later;
+};
+
+TEST_F(UsageStoredLater, EventsCountAtOnceAndAreStoredTogether)
+{
+    const UsageEvent old = eventAt(now);
+    store({old});
+    UsageAnalyticsService service = slowService();
+    const int before = defaults.writeCount();
+    const QList<UsageEvent> fresh{eventAt(now), eventAt(now), eventAt(now)};
+    for (const UsageEvent &event : fresh)
+        service.record(event);
+    EXPECT_EQ(recordingsOf(service), 4);
+    EXPECT_EQ(stored(), QList<UsageEvent>{old});
+    later.runAll();
+    EXPECT_EQ(stored(), QList<UsageEvent>{old} + fresh);
+    EXPECT_EQ(defaults.writeCount(), before + 1);
+    EXPECT_EQ(recordingsOf(service), 4);
+}
+
+TEST_F(UsageStoredLater, WhatTheDocumentHasForEachEventStaysAsItIs)
+{
+    const QByteArray foreign = R"( [ { "later": [1, {}], "timestamp": 733575600, "wordCount": 1.0e0,
+        "durationMinutes": 0.5, "id": "6f9619ff-8b86-d011-b42d-00c04fc964ff" } ] )";
+    defaults.put(key, foreign);
+    UsageAnalyticsService service = slowService();
+    service.record(eventAt(cutoff));
+    later.runAll();
+    service.record(eventAt(cutoff));
+    later.runAll();
+    EXPECT_EQ(stored().size(), 3);
+    const QByteArray text = foreign.sliced(3, foreign.lastIndexOf('}') - 2);
+    EXPECT_TRUE(defaults.stored(key)->contains(text));
+
+    now.secondsSinceReferenceDate += 1;
+    service.refreshRetention();
+    later.runAll();
+    EXPECT_EQ(defaults.stored(key), '[' + text + ']');
+}
+
+TEST_F(UsageStoredLater, EventsThatAnotherProgramStoresMeanwhileAreTakenInWhenOursAreStored)
+{
+    UsageAnalyticsService service = slowService();
+    const UsageEvent first = eventAt(now);
+    service.record(first);
+    const UsageEvent theirs = eventAt(now);
+    store({eventAt(justBeforeCutoff), theirs});
+    EXPECT_EQ(recordingsOf(service), 1);
+    later.runAll();
+    EXPECT_EQ(stored(), QList<UsageEvent>({theirs, first}));
+    EXPECT_EQ(recordingsOf(service), 2);
+    EXPECT_TRUE(defaults.keptAside(key).isEmpty());
+}
+
+TEST_F(UsageStoredLater, ALogThatCannotBeStoredIsStoredWholeTheNextTime)
+{
+    UsageAnalyticsService service = slowService();
+    const QList<UsageEvent> events{eventAt(now), eventAt(now), eventAt(now), eventAt(now)};
+    service.record(events[0]);
+    later.runAll();
+    defaults.failWriting(true);
+    service.record(events[1]);
+    later.runAll();
+    service.record(events[2]);
+    later.runAll();
+    EXPECT_EQ(stored(), QList<UsageEvent>{events[0]});
+    defaults.failWriting(false);
+    service.record(events[3]);
+    later.runAll();
+    EXPECT_EQ(stored(), events);
+}
+
+TEST_F(UsageStoredLater, AClockThatIsAheadForAMomentStillSetsTheLogAside)
+{
+    store({eventAt(now)});
+    const QByteArray before = *defaults.stored(key);
+    now.secondsSinceReferenceDate += 400 * 86400.0;
+    UsageAnalyticsService service = slowService();
+    service.record(eventAt(now));
+    later.runAll();
+    EXPECT_EQ(defaults.keptAside(key), QList<QByteArray>{before});
+    EXPECT_EQ(stored().size(), 1);
+}
+
 TEST_F(UsageAnalyticsServiceTest, WithoutAClockTheWallClockIsRead)
 {
     const double before = double(QDateTime::currentMSecsSinceEpoch() - 1) / 1000;
@@ -306,7 +402,7 @@ TEST_F(UsageAnalyticsServiceTest, WithoutAClockTheWallClockIsRead)
 
     const UsageEvent fresh = eventAt(UsageAnalyticsService::wallClockNow());
     store({eventAt(Date{fresh.timestamp.secondsSinceReferenceDate - 400 * 86400.0}), fresh});
-    UsageAnalyticsService(defaults, key, 12, calendar);
+    UsageAnalyticsService(defaults, storage, key, 12, calendar);
     EXPECT_EQ(stored(), QList<UsageEvent>{fresh});
 }
 

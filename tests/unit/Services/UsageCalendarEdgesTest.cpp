@@ -176,13 +176,14 @@ protected:
 
     UsageDashboardSnapshot snapshotAround(const Starts &starts) const
     {
-        return usageSnapshot(eventsAround(starts), calendar, now);
+        return usageSnapshot(CompactUsageLog(eventsAround(starts)), calendar, now);
     }
 
     void expectBuckets(UsageTrendPeriod period, const Starts &starts) const
     {
         SCOPED_TRACE(rawValue(period).toStdString());
-        const auto buckets = usageTrendBuckets(eventsAround(starts), calendar, period, now);
+        const auto buckets =
+            usageTrendBuckets(CompactUsageLog(eventsAround(starts)), calendar, period, now);
         const auto last = buckets.size() - 1;
         EXPECT_EQ(buckets[last].startDate, date(starts.present));
         EXPECT_EQ(buckets[last - 1].startDate, date(starts.last));

@@ -1,6 +1,7 @@
 #include "Services/Usage/UsageLog.h"
 #include "Models/Usage/UsageEventsJson.h"
 #include "Services/StraightforwardUsage.h"
+#include "Services/Usage/CompactUsageLog.h"
 #include "support/QtPrinting.h"
 #include "support/UsageEvents.h"
 
@@ -41,18 +42,37 @@ TEST(UsageLog, AppendingIsTheSameAsEncodingAnew)
     EXPECT_EQ(UsageLog(log.events()).json(), log.json());
 }
 
-TEST(UsageLog, MissingEventsOfAnotherLogAreAppendedAsTheyAre)
+TEST(UsageLog, MissingEventsOfAnotherLogAreAppended)
 {
     UsageLog log = logAt({1, 2});
-    UsageLog other(log.events());
+    CompactUsageLog other(log.events());
     other.append(eventAt(Date{0}));
     other.append(eventAt(Date{5}));
     log.addMissing(other);
     expectTimestamps(log, {1, 2, 0, 5});
+    EXPECT_EQ(log.events(), other.events());
     log.addMissing(other);
     expectTimestamps(log, {1, 2, 0, 5});
-    EXPECT_TRUE(log.dropBefore(Date{1}));
+    log.dropBefore(Date{1});
     expectTimestamps(log, {1, 2, 5});
+}
+
+TEST(UsageLog, EventsAreAppendedToADocumentAsToALog)
+{
+    const UsageEvent first = eventAt(Date{5});
+    const UsageEvent second = eventAt(Date{6});
+    QByteArray text;
+    appendJson(eventAt(Date{3}), text);
+    for (const QByteArray &document : {QByteArray("[]"), QByteArray("\xef\xbb\xbf [\r\n]\n"),
+                                       '[' + text + ']', " [ " + text + ",\t" + text + " ] \r\n"}) {
+        QByteArray extended = document;
+        UsageLog::appendTo(extended, {first, second});
+        EXPECT_TRUE(extended.startsWith(document.first(document.lastIndexOf(']'))));
+        UsageLog log = UsageLog::fromJson(document);
+        log.append(first);
+        log.append(second);
+        EXPECT_EQ(UsageLog::fromJson(extended).json(), log.json());
+    }
 }
 
 TEST(UsageLog, WhatADocumentHasForEachEventStaysAsItIs)
@@ -66,10 +86,10 @@ TEST(UsageLog, WhatADocumentHasForEachEventStaysAsItIs)
     expectTimestamps(log, {5, 3});
 
     log.append(eventAt(Date{7}));
-    EXPECT_TRUE(log.dropBefore(Date{4}));
+    log.dropBefore(Date{4});
     expectTimestamps(log, {5, 7});
     EXPECT_TRUE(log.json().startsWith('[' + first + ','));
-    EXPECT_TRUE(log.dropBefore(Date{6}));
+    log.dropBefore(Date{6});
     expectTimestamps(log, {7});
 
     EXPECT_EQ(UsageLog::fromJson(" [ ] ").json(), "[]");
@@ -85,36 +105,65 @@ TEST(UsageLog, ACopyKeepsItsFormWhenTheOtherGrows)
     expectTimestamps(log, {1, 2});
 }
 
-TEST(UsageLog, EventsBeforeTheCutoffAreDroppedAndThoseAtItStay)
+/// What holds for a log in either form.
+template <typename Log>
+class UsageLogRetention : public testing::Test
 {
-    UsageLog log = logAt({1, 2, 3, 3, 4});
+protected:
+    static Log logAt(std::initializer_list<double> timestamps)
+    {
+        Log log;
+        for (const double timestamp : timestamps)
+            log.append(eventAt(Date{timestamp}));
+        return log;
+    }
+    static QList<UsageEvent> eventsOf(const UsageLog &log)
+    {
+        EXPECT_EQ(log.json(), UsageLog(log.events()).json());
+        return log.events();
+    }
+    static QList<UsageEvent> eventsOf(const CompactUsageLog &log) { return log.events(); }
+    static void expectTimestamps(const Log &log, const QList<double> &expected)
+    {
+        QList<double> timestamps;
+        for (const UsageEvent &event : eventsOf(log))
+            timestamps.append(event.timestamp.secondsSinceReferenceDate);
+        EXPECT_EQ(timestamps, expected);
+    }
+};
+using UsageLogForms = testing::Types<UsageLog, CompactUsageLog>;
+TYPED_TEST_SUITE(UsageLogRetention, UsageLogForms, );
+
+TYPED_TEST(UsageLogRetention, EventsBeforeTheCutoffAreDroppedAndThoseAtItStay)
+{
+    TypeParam log = this->logAt({1, 2, 3, 3, 4});
     EXPECT_FALSE(log.dropBefore(Date{1}));
-    expectTimestamps(log, {1, 2, 3, 3, 4});
+    this->expectTimestamps(log, {1, 2, 3, 3, 4});
     EXPECT_TRUE(log.dropBefore(Date{3}));
-    expectTimestamps(log, {3, 3, 4});
+    this->expectTimestamps(log, {3, 3, 4});
     log.append(eventAt(Date{5}));
-    expectTimestamps(log, {3, 3, 4, 5});
+    this->expectTimestamps(log, {3, 3, 4, 5});
     EXPECT_TRUE(log.dropBefore(Date{6}));
-    expectTimestamps(log, {});
+    this->expectTimestamps(log, {});
     EXPECT_FALSE(log.dropBefore(Date{6}));
     log.append(eventAt(Date{1}));
-    expectTimestamps(log, {1});
+    this->expectTimestamps(log, {1});
 }
 
-TEST(UsageLog, EventsOutOfOrderAreDroppedWhereverTheyStand)
+TYPED_TEST(UsageLogRetention, EventsOutOfOrderAreDroppedWhereverTheyStand)
 {
-    UsageLog log = logAt({5, 1, 6, 2, 7});
+    TypeParam log = this->logAt({5, 1, 6, 2, 7});
     EXPECT_TRUE(log.dropBefore(Date{3}));
-    expectTimestamps(log, {5, 6, 7});
-    EXPECT_TRUE(UsageLog(logAt({5, 1}).events()).dropBefore(Date{3}));
+    this->expectTimestamps(log, {5, 6, 7});
+    EXPECT_TRUE(this->logAt({5, 1}).dropBefore(Date{3}));
 }
 
-TEST(UsageLog, AnyHistoryKeepsWhatPlainFilteringKeeps)
+TYPED_TEST(UsageLogRetention, AnyHistoryKeepsWhatPlainFilteringKeeps)
 {
     std::minstd_rand random(1);
     const Calendar calendar(QTimeZone::utc(), Qt::Monday, QLocale::c());
     for (const unsigned disorder : {0U, 3U, 40U}) {
-        UsageLog log;
+        TypeParam log;
         QList<UsageEvent> expected;
         for (int step = 0; step < 300; ++step) {
             const auto event = eventAt(Date{double(step) - double(random() % (disorder + 1))});
@@ -124,8 +173,7 @@ TEST(UsageLog, AnyHistoryKeepsWhatPlainFilteringKeeps)
             const auto kept = StraightforwardUsage(expected, calendar).keptSince(cutoff);
             ASSERT_EQ(log.dropBefore(cutoff), kept != expected);
             expected = kept;
-            ASSERT_EQ(log.events(), expected);
-            ASSERT_EQ(log.json(), UsageLog(expected).json());
+            ASSERT_EQ(this->eventsOf(log), expected);
         }
     }
 }

@@ -1,3 +1,4 @@
+#include "Concurrency/BackgroundExecutor.h"
 #include "Models/Usage/UsageEventsJson.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Services/Usage/UsageAnalyticsService.h"
@@ -30,9 +31,12 @@ TEST(UsageRecording, ARecorderKilledAtAnyMomentLosesNoEventAndLeavesAReadableLog
         // The word counts number the events.
         const auto recorded = writesUntilKilled(
             [&](const auto &confirm) {
-                UsageAnalyticsService service(defaults, key, 12, calendar, [] { return Date{0}; });
+                BackgroundExecutor storage(1);
+                UsageAnalyticsService service(defaults, storage, key, 12, calendar,
+                                              [] { return Date{0}; });
                 for (qint64 number = stored;; ++number) {
                     service.record(eventAt(Date{0}, number));
+                    storage.waitUntilIdle(std::chrono::minutes(1));
                     confirm();
                 }
             },

@@ -117,6 +117,21 @@ TEST_F(AppControllerKeyMonitoringTest, ACommitLeavesOneMonitorOfEachKind)
     EXPECT_EQ(fake.keyboard.globalMonitorCount(), 0);
 }
 
+TEST_F(AppControllerKeyMonitoringTest, ACommitThatChangesNoShortcutAsksNothingOfTheKeyboard)
+{
+    const int before = fake.keyboard.requestCount();
+    for (const QString &path : {u"/w"_s, u"/wh"_s, toolPath()}) {
+        controller->updateSettings([&](AppSettings &settings) { settings.whisperCLIPath = path; });
+    }
+    EXPECT_EQ(fake.keyboard.requestCount(), before);
+    press(HotkeyShortcut::defaultMain());
+    settle();
+    EXPECT_EQ(capture->starts, 1);
+
+    assign(2, editor.bundleIdentifier, {});
+    EXPECT_GT(fake.keyboard.requestCount(), before) << "slot 2 is other programs' no more";
+}
+
 TEST_F(AppControllerKeyMonitoringTest, AChangeIsStoredBeforeItIsArmed)
 {
     end();

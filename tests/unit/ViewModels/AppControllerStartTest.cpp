@@ -149,6 +149,7 @@ TEST_F(ControllerTest, AtItsStartEverythingIsReadBeforeAndAfterTheShortcutsAreAr
                                                .main = main,
                                                .background = background,
                                                .tools = tools,
+                                               .storage = storage,
                                                .calendar = calendar,
                                                .now =
                                                    [&] {
@@ -170,7 +171,7 @@ TEST_F(ControllerTest, UnlessToldOtherwiseItCountsByTheUsersOwnTimeZoneAndLocale
 {
     const QByteArray zone = qgetenv("TZ");
     qputenv("TZ", "Pacific/Kiritimati");
-    const AppController started(AppEnvironment{fake.platform, main, background, tools},
+    const AppController started(AppEnvironment{fake.platform, main, background, tools, storage},
                                 settingsStore, capture, inserter);
     if (zone.isNull())
         qunsetenv("TZ");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Concurrency/BackgroundExecutor.h"
+#include "Concurrency/InlineExecutor.h"
 #include "Platform/Fake/FakePlatform.h"
 #include "Services/CoordinatorServices.h"
 #include "Services/TestFiles.h"
@@ -63,6 +64,7 @@ protected:
                            .main = main,
                            .background = background,
                            .tools = tools,
+                           .storage = storage,
                            .calendar = calendar,
                            .now = [this] { return now; },
                            .resolveTool = [this](const QString &path) { return tool(path); }},
@@ -181,6 +183,7 @@ protected:
     ManualExecutor main;
     ManualExecutor background;
     BackgroundExecutor tools;
+    InlineExecutor storage;
     const Calendar calendar{QTimeZone("Europe/Berlin"), Qt::Monday, QLocale::c()};
     Date now = date("2024-03-15T12:00:00+01:00");
     /// Hides every tool, also one that this machine has.
@@ -188,7 +191,7 @@ protected:
     /// Each reading of the environment looks for the tool once.
     int environmentReadings = 0;
     const std::shared_ptr<SettingsStore> settingsStore =
-        std::make_shared<SettingsStore>(*fake.platform.userDefaults);
+        std::make_shared<SettingsStore>(*fake.platform.userDefaults, storage);
     const std::shared_ptr<SubstituteCapture> capture = std::make_shared<SubstituteCapture>();
     const std::shared_ptr<SubstituteInserter> inserter = std::make_shared<SubstituteInserter>();
     std::unique_ptr<AppController> controller;

@@ -1,5 +1,6 @@
 #include "ViewModels/DictationEventHandler.h"
 
+#include "Concurrency/InlineExecutor.h"
 #include "Models/Usage/UsageEventsJson.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Services/Usage/UsageAnalyticsService.h"
@@ -43,10 +44,11 @@ protected:
     const Date beginning = date("2024-03-15T12:00:00+01:00");
     Date now = beginning;
     FakeUserDefaults defaults;
+    InlineExecutor storage;
     ManualExecutor main;
     std::shared_ptr<AppState> state = std::make_shared<AppState>(AppSettings::defaults());
     const std::shared_ptr<UsageAnalyticsService> analytics =
-        std::make_shared<UsageAnalyticsService>(defaults, key, 12, calendar,
+        std::make_shared<UsageAnalyticsService>(defaults, storage, key, 12, calendar,
                                                 [this] { return now; });
     /// What the coordinator takes up again after the next event.
     std::optional<DictationState> overtaken;
