@@ -218,9 +218,11 @@ void PulseAudioRecorder::drain()
     if (pa_stream_get_latency(m_stream.get(), &latency, &isNegative) < 0 || isNegative)
         return;
     constexpr qint64 microsecondsPerSecond = 1'000'000;
-    // What the server is collecting into the next fragment is not always in the latency.
-    const qint64 underWay = static_cast<qint64>(latency) + fragmentDuration.count();
-    const qint64 wanted = m_frameCount + underWay * m_format.sampleRate / microsecondsPerSecond;
+    const qint64 underWay =
+        static_cast<qint64>(latency) * m_format.sampleRate / microsecondsPerSecond;
+    // What the server is collecting into the next fragment is not always in the latency: of that
+    // fragment one frame is enough, because it comes as a whole.
+    const qint64 wanted = m_frameCount + underWay + 1;
     m_connection.wait(deadline, [&] { return m_frameCount >= wanted || !m_isRecording; });
 }
 
