@@ -6,7 +6,7 @@
 #include "App/StopSignals.h"
 #include "App/TerminationSignals.h"
 #include "Models/ReadableError.h"
-#include "Platform/FreedMemory.h"
+#include "Platform/ProcessMemory.h"
 #include "Views/Tray/PopoverAtStart.h"
 
 #include <QApplication>

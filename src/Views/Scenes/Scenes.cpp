@@ -1,7 +1,7 @@
 #include "Views/Scenes/Scenes.h"
 
 #include "Models/ReadableError.h"
-#include "Platform/UnusedMemory.h"
+#include "Platform/ProcessMemory.h"
 #include "Views/Dashboard/DashboardModel.h"
 #include "Views/Settings/SettingsModel.h"
 #include "Views/Tray/FreeDescriptors.h"

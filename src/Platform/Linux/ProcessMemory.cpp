@@ -1,4 +1,4 @@
-#include "Platform/UnusedMemory.h"
+#include "Platform/ProcessMemory.h"
 
 #include <cstdint>
 #include <link.h>
@@ -9,6 +9,12 @@
 namespace kestrova {
 
 namespace {
+
+/// Blocks from this size on are mapped one by one and returned as they are freed. Larger than what
+/// is allocated for each frame of a window.
+constexpr int mappedBlock = 4 << 20;
+/// How much may stay at the end of each heap.
+constexpr int keptAtEnd = 1 << 20;
 
 bool writesItsCode(const dl_phdr_info &library)
 {
@@ -47,6 +53,12 @@ int dropUnwrittenPages(dl_phdr_info *library, std::size_t, void *)
 }
 
 } // namespace
+
+void keepLittleFreedMemory()
+{
+    mallopt(M_MMAP_THRESHOLD, mappedBlock);
+    mallopt(M_TRIM_THRESHOLD, keptAtEnd);
+}
 
 void giveUnusedMemoryBack()
 {
