@@ -53,7 +53,8 @@ void KestrovaApp::endWork()
     m_controller.reset();
     m_main.shutDown();
     const auto deadline = std::chrono::steady_clock::now() + drainLimit;
-    for (BackgroundExecutor *executor : {&m_background, &m_tools, &m_storage}) {
+    // What is to be stored comes first: it must not pay for a tool that hangs.
+    for (BackgroundExecutor *executor : {&m_storage, &m_background, &m_tools}) {
         if (!executor->waitUntilIdle(deadline - std::chrono::steady_clock::now())) {
             qWarning("A task did not end in time.");
             endChildProcesses();

@@ -25,11 +25,6 @@ constexpr qint64 longestWriteSeconds = 60;
 /// As many as the kernel follows.
 constexpr int mostLinks = 40;
 
-[[noreturn]] void fail(const QString &path, const QString &reason)
-{
-    throw PlatformError(path + u": "_s + reason);
-}
-
 bool haveSameBytes(const QString &first, const QString &second)
 {
     try {
@@ -139,9 +134,10 @@ DocumentVersion FileUserDefaults::setData(const QString &key, const QByteArray &
 
     // The explicit flush is what notices a full disk.
     QTemporaryFile file(target + unfinishedSuffix + u"XXXXXX"_s);
+    errno = 0; // Qt knows of no reason for a write that fell short.
     if (!file.open() || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
         file.write(bytes) != bytes.size() || !file.flush())
-        fail(target, file.errorString());
+        throw fileError(target, errno != 0 ? errno : EIO);
     if (fdatasync(file.handle()) != 0)
         throw fileError(target, errno);
     const DocumentVersion version = versionOf(file, target);

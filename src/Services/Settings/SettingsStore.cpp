@@ -61,9 +61,10 @@ AppSettings SettingsStore::load() const
 
 AppSettings SettingsStore::loadToEdit()
 {
-    const std::lock_guard documentLock(m_shared->documentMutex);
+    // Nobody waits for the disk while a record of ours is on its way there.
     if (const auto saved = m_shared->savedLast())
         return *saved;
+    const std::lock_guard documentLock(m_shared->documentMutex);
     return m_shared->document.load(&AppSettings::fromJson).value_or(AppSettings::defaults());
 }
 

@@ -21,8 +21,7 @@ public:
     /// What was saved last, or else the stored record; the defaults when nothing is stored or it
     /// does not decode.
     AppSettings load() const;
-    /// The same, for whoever is going to save what becomes of it. Waits for a record that is being
-    /// stored.
+    /// The same, for whoever is going to save what becomes of it.
     AppSettings loadToEdit();
     /// Replaces the stored record, soon: nothing is waited for. Of records that are saved in quick
     /// succession only the last may be stored. What does not decode, or was put there since

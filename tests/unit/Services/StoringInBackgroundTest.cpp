@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <future>
+#include <semaphore>
 #include <thread>
 
 namespace kestrova {
@@ -20,6 +22,35 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 constexpr auto generous = 60s;
+
+/// A disk that takes as long as it is told to.
+class HeldUserDefaults final : public UserDefaults
+{
+public:
+    explicit HeldUserDefaults(UserDefaults &disk) : m_disk(disk) {}
+
+    std::optional<VersionedData> versionedData(const QString &key) const override
+    {
+        return m_disk.versionedData(key);
+    }
+    std::optional<DocumentVersion> version(const QString &key) const override
+    {
+        return m_disk.version(key);
+    }
+    DocumentVersion setData(const QString &key, const QByteArray &bytes) override
+    {
+        writesBegun.release();
+        writesAllowed.acquire();
+        return m_disk.setData(key, bytes);
+    }
+    void setAside(const QString &key) override { m_disk.setAside(key); }
+
+    std::counting_semaphore<> writesBegun{0};
+    std::counting_semaphore<> writesAllowed{0};
+
+private:
+    UserDefaults &m_disk;
+};
 
 class StoringInBackground : public testing::Test
 {
@@ -62,6 +93,28 @@ TEST_F(StoringInBackground, ReadersOnOtherThreadsSeeEachSavedRecordAtOnceAndTheL
     EXPECT_FALSE(isStale);
     ASSERT_TRUE(storage.waitUntilIdle(generous));
     EXPECT_EQ(AppSettings::fromJson(*defaults.data(SettingsStore::key())).modelSHA256, u"300"_s);
+}
+
+TEST_F(StoringInBackground, NoChangeOfSettingsWaitsForTheDisk)
+{
+    HeldUserDefaults disk(defaults);
+    SettingsStore store(disk, storage);
+    AppSettings settings = store.loadToEdit();
+    settings.transcriptionLanguage = u"de"_s;
+    store.save(settings);
+    disk.writesBegun.acquire();
+    auto edited = std::async(std::launch::async, [&store] {
+        AppSettings next = store.loadToEdit();
+        next.modelSHA256 = u"1"_s;
+        store.save(next);
+    });
+    EXPECT_EQ(edited.wait_for(5s), std::future_status::ready);
+    disk.writesAllowed.release(2);
+    edited.wait();
+    ASSERT_TRUE(storage.waitUntilIdle(generous));
+    const AppSettings stored = AppSettings::fromJson(*defaults.data(SettingsStore::key()));
+    EXPECT_EQ(stored.transcriptionLanguage, u"de"_s);
+    EXPECT_EQ(stored.modelSHA256, u"1"_s);
 }
 
 TEST_F(StoringInBackground, EventsThatAreRecordedWhileOthersAreStoredAreStoredToo)
