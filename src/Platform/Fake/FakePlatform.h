@@ -1,10 +1,8 @@
 #pragma once
 
-#include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/Audio/FakeAudioInput.h"
 #include "Platform/Fake/FakeDesktop.h"
 #include "Platform/Fake/FakeDesktopAppearance.h"
-#include "Platform/Fake/FakeGlobalShortcuts.h"
-#include "Platform/Fake/FakeKeyEventMonitoring.h"
 #include "Platform/Fake/FakePasteboard.h"
 #include "Platform/Fake/FakeProcessRunning.h"
 #include "Platform/Fake/FakeStandardDirectories.h"
@@ -12,6 +10,8 @@
 #include "Platform/Fake/FakeTerminalLauncher.h"
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Platform/Fake/FakeWindowing.h"
+#include "Platform/Fake/Keys/FakeGlobalShortcuts.h"
+#include "Platform/Fake/Keys/FakeKeyEventMonitoring.h"
 #include "Platform/Platform.h"
 
 namespace kestrova {

@@ -1,6 +1,6 @@
 #include "Services/Dictation/AVAudioCaptureService.h"
 #include "Models/KestrovaError.h"
-#include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/Audio/FakeAudioInput.h"
 #include "Platform/Fake/FakeStandardDirectories.h"
 #include "support/QtPrinting.h"
 

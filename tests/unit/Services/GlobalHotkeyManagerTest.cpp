@@ -1,6 +1,6 @@
 #include "Services/Shortcuts/GlobalHotkeyManager.h"
 
-#include "Platform/Fake/FakeKeyEventMonitoring.h"
+#include "Platform/Fake/Keys/FakeKeyEventMonitoring.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>

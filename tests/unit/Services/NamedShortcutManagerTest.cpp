@@ -1,6 +1,6 @@
 #include "Services/Shortcuts/NamedShortcutManager.h"
 
-#include "Platform/Fake/FakeGlobalShortcuts.h"
+#include "Platform/Fake/Keys/FakeGlobalShortcuts.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "Views/Recorder/ShortcutCapture.h"
 
-#include "Platform/Fake/FakeKeyEventMonitoring.h"
 #include "Platform/Fake/FakeWindowing.h"
+#include "Platform/Fake/Keys/FakeKeyEventMonitoring.h"
 #include "support/QtPrinting.h"
 
 #include <QStringList>

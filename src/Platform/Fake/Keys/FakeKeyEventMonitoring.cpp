@@ -1,4 +1,4 @@
-#include "Platform/Fake/FakeKeyEventMonitoring.h"
+#include "Platform/Fake/Keys/FakeKeyEventMonitoring.h"
 
 namespace kestrova {
 

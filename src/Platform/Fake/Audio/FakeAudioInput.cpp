@@ -1,4 +1,4 @@
-#include "Platform/Fake/FakeAudioInput.h"
+#include "Platform/Fake/Audio/FakeAudioInput.h"
 
 #include "Models/ReadableError.h"
 

@@ -1,4 +1,4 @@
-#include "Platform/Fake/FakeGlobalShortcuts.h"
+#include "Platform/Fake/Keys/FakeGlobalShortcuts.h"
 
 namespace kestrova {
 
